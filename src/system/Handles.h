@@ -1,0 +1,91 @@
+#pragma once
+// An owner for every kind of platform handle that the system uses, and the pairs that must be undone together.
+
+#include <type_traits>
+
+#include "system/Owner.h"
+#include "system/Windows.h"
+
+namespace lumenor {
+
+/// Traits of a handle whose empty value is null and whose closer is the platform's function `close`.
+template <typename HandleType, auto close> struct NullHandleTraits {
+  using Handle = HandleType;
+  static Handle Empty() noexcept { return nullptr; }
+  static void Close(Handle handle) noexcept { close(handle); }
+};
+
+/// Traits of a handle whose empty value is INVALID_HANDLE_VALUE.
+template <auto close> struct InvalidHandleTraits {
+  using Handle = HANDLE;
+  static Handle Empty() noexcept { return INVALID_HANDLE_VALUE; }
+  static void Close(Handle handle) noexcept { close(handle); }
+};
+
+using KernelHandle = Owner<NullHandleTraits<HANDLE, &::CloseHandle>>;            // events, threads, processes
+using FileHandle = Owner<InvalidHandleTraits<&::CloseHandle>>;                   // files and snapshots
+using FindHandle = Owner<InvalidHandleTraits<&::FindClose>>;                     // FindFirstFileW
+using ChangeHandle = Owner<InvalidHandleTraits<&::FindCloseChangeNotification>>; // folder watches
+using RegistryKey = Owner<NullHandleTraits<HKEY, &::RegCloseKey>>;
+using MemoryDeviceContext = Owner<NullHandleTraits<HDC, &::DeleteDC>>;
+using IconHandle = Owner<NullHandleTraits<HICON, &::DestroyIcon>>;
+
+/// Traits of GDI objects, which all close with DeleteObject.
+template <typename HandleType> struct GdiObjectTraits {
+  using Handle = HandleType;
+  static Handle Empty() noexcept { return nullptr; }
+  static void Close(Handle handle) noexcept { ::DeleteObject(handle); }
+};
+
+using BitmapHandle = Owner<GdiObjectTraits<HBITMAP>>;
+using FontHandle = Owner<GdiObjectTraits<HFONT>>;
+
+/// Traits of memory from the local heap, such as the array of CommandLineToArgvW.
+template <typename T> struct LocalMemoryTraits {
+  using Handle = T *;
+  static Handle Empty() noexcept { return nullptr; }
+  static void Close(Handle memory) noexcept { ::LocalFree(memory); }
+};
+
+template <typename T> using LocalMemory = Owner<LocalMemoryTraits<T>>;
+
+/// A window's or the screen's device context, given back when it goes out of scope.
+class WindowDeviceContext {
+public:
+  /// Takes the device context of `window`; null means the screen's.
+  explicit WindowDeviceContext(HWND window) noexcept : window(window), context(::GetDC(window)) {}
+  ~WindowDeviceContext() {
+    if (context != nullptr)
+      ::ReleaseDC(window, context);
+  }
+  WindowDeviceContext(const WindowDeviceContext &) = delete;
+  WindowDeviceContext &operator=(const WindowDeviceContext &) = delete;
+
+  /// Null when the platform had none to give.
+  HDC Get() const noexcept { return context; }
+
+private:
+  HWND window;
+  HDC context;
+};
+
+/// Selects a GDI object into a device context and puts the former one back when it goes out of scope.
+class SelectedObject {
+public:
+  SelectedObject(HDC context, HGDIOBJ object) noexcept : context(context), former(::SelectObject(context, object)) {}
+  ~SelectedObject() {
+    if (Succeeded())
+      ::SelectObject(context, former);
+  }
+  SelectedObject(const SelectedObject &) = delete;
+  SelectedObject &operator=(const SelectedObject &) = delete;
+
+  /// False when the platform refused the object.
+  bool Succeeded() const noexcept { return former != nullptr && former != HGDI_ERROR; }
+
+private:
+  HDC context;
+  HGDIOBJ former;
+};
+
+} // namespace lumenor

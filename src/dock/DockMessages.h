@@ -1,0 +1,56 @@
+#pragma once
+// The numbers by which the dock's windows, timers and threads speak to each other: one table of each kind.
+
+#include "system/Windows.h"
+
+namespace lumenor {
+
+/// Messages of the dock's main window. WM_USER+10 stands between them: the root window's own, for a failed EndDraw.
+enum DockMessage : UINT {
+  DragAddMessage = WM_USER + 1,                // 1025: a path was dropped; wParam the text, lParam the screen point
+  RemoveButtonMessage = WM_USER + 3,           // 1027: wParam the window of the button to remove
+  ShowWelcomeMessage = WM_USER + 4,            // 1028
+  DockAtTopMessage = WM_USER + 5,              // 1029: posted by the registry thread
+  DockAtBottomMessage = WM_USER + 6,           // 1030: posted by the registry thread
+  RefreshForYouMessage = WM_USER + 11,         // 1035: sent by a folder thread
+  RefreshSearchProviderMessage = WM_USER + 12, // 1036: sent by a folder thread
+  SetSearchProviderMessage = WM_USER + 13,     // 1037: wParam an Element that lives as long as the call
+  ResetDockMessage = WM_USER + 15,             // 1039: posted by the reset dialog
+};
+
+/// Timers of the dock's main window.
+enum DockTimer : UINT_PTR {
+  FadeTimer = 3,
+  StartMainApplicationTimer = 4,
+  TrackingTimer = 8,
+};
+
+/// Periods of the timers, in milliseconds.
+enum DockTimerPeriod : UINT {
+  fadeStepMs = 200,
+  startMainApplicationMs = 120'000,
+  trackingFlushMs = 1'800'000,
+};
+
+/// Control ids. The ids of a row of buttons count up from its first one.
+enum DockControlId : LONG {
+  TextBoxId = 100,
+  FirstFixedButtonId = 1000,
+  ResetDialogButtonId = 1003, // both buttons of the reset dialog; nothing reads it
+  FirstUserButtonId = 2000,
+  FirstFlyoutItemId = 3000,
+};
+
+/// At most so many user buttons, and so many control ids from FirstUserButtonId.
+constexpr int maxUserButtons = 30;
+
+/// At most so many fixed buttons, whatever the main document holds.
+constexpr int maxFixedButtons = 3;
+
+/// Codes in the wParam of WM_QUIT.
+enum DockQuitCode : int {
+  EndProcessQuitCode = 0,
+  RestartQuitCode = 999, // build the bar anew in the same process
+};
+
+} // namespace lumenor

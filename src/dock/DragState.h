@@ -1,0 +1,18 @@
+#pragma once
+// What a drag in progress tells the buttons, the drop target and the bar, which have no pointers to each other.
+// Process-wide; user-interface thread only.
+
+#include "system/Windows.h"
+
+namespace lumenor {
+
+/// The window of the user button that is being dragged, or null.
+inline HWND draggedButton = nullptr;
+
+/// True while a drag's cursor is off the row of user buttons.
+inline bool dragOutside = false;
+
+/// True while a drag's cursor is over the row of user buttons.
+inline bool dragOverButtons = false;
+
+} // namespace lumenor

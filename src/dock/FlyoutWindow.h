@@ -1,0 +1,86 @@
+#pragma once
+// A window that lists elements, one button a row, over a translucent plate, and that hides as soon as it loses the
+// activation. Owned by the button or the dock that opens it; made once with its window, then only shown and hidden.
+// User-interface thread.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "content/Element.h"
+#include "system/Windows.h"
+#include "toolkit/DockPanel.h"
+#include "toolkit/drawing/Button.h"
+#include "toolkit/drawing/Window.h"
+#include "toolkit/Event.h"
+#include "toolkit/Property.h"
+#include "toolkit/StackPanel.h"
+#include "toolkit/TextElement.h"
+
+namespace lumenor {
+
+class BackPlate;
+class DockButton;
+
+class FlyoutWindow : public Window {
+public:
+  /// `bounds` is in screen coordinates, its bottom is recomputed; `title` is the header's text. Starts hidden and
+  /// without a window; Create makes that.
+  FlyoutWindow(const RECT &bounds, const std::wstring &title, const ElementList &elements);
+  ~FlyoutWindow() override;
+
+  /// Where the flyout stands, in screen coordinates; the bottom follows from the rows. Moves the window if there is
+  /// one. Not the SetBounds of UIElement.
+  void SetBounds(const RECT &rectangle);
+
+  /// Visible becomes hidden, anything else visible.
+  void ToggleVisibility();
+
+  /// Makes the rows anew from the elements. Needs the window.
+  virtual void CreateItems();
+
+  /// What choosing a row does: the element's action.
+  virtual void OnItemChosen(const Element &element);
+
+  /// The rows, in the order of the elements; empty before CreateItems.
+  const std::vector<std::shared_ptr<DockButton>> &GetItems() const { return items; }
+
+  /// The rectangle that the next showing uses, in screen coordinates.
+  const RECT &GetFlyoutBounds() const { return bounds; }
+
+  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
+                            DWORD mapId = 0) override;
+  void InitializeComponent() override;
+
+protected:
+  void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) override;
+
+private:
+  RECT bounds;
+  std::wstring title;
+
+protected:
+  std::shared_ptr<BackPlate> backPlate;
+  ElementList elements;
+  std::vector<std::shared_ptr<DockButton>> items;
+  std::shared_ptr<TextElement> header;
+
+public:
+  Event<PropertyChangeEventArgs<lumenor::Visibility>> Visible;
+
+private:
+  void MakeHeader();
+  void RemoveItems();
+  void AddItem(int index, const Element &element);
+  void UpdateBottom();
+  void MoveToFlyoutBounds();
+  LRESULT OnActivate(WPARAM wParam);
+  void DestroyItemWindows();
+  void OnItemClick(ButtonEventArgs *args);
+
+  std::shared_ptr<DockPanel> rootPanel;
+  std::shared_ptr<StackPanel> list;
+  std::shared_ptr<TypedEventListener<FlyoutWindow, ButtonEventArgs>> itemClickListener;
+};
+
+} // namespace lumenor

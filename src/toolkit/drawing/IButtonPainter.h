@@ -1,0 +1,27 @@
+#pragma once
+// Draws a button in each of its states. The button holds its painter in a shared pointer and attaches itself; the
+// painter borrows the button. User-interface thread only.
+
+#include "toolkit/UIElement.h"
+
+namespace lumenor {
+
+class Button;
+
+/// How a button looks. Paint gets the button's absolute rectangle on the root's drawing surface, in pixels.
+class IButtonPainter : public Paintable {
+public:
+  virtual ~IButtonPainter() = default;
+
+  /// The button that the painter is attached to, borrowed; null before Attach.
+  virtual Button *GetButton() { return button; }
+
+  /// Ties the painter to `newButton`, which outlives it. Called by the button, when it gets its window and when it
+  /// takes a new painter.
+  virtual void Attach(Button *newButton) { button = newButton; }
+
+protected:
+  Button *button = nullptr;
+};
+
+} // namespace lumenor

@@ -1,0 +1,54 @@
+#pragma once
+// The look of the dialogs' buttons: a gradient-filled rounded rectangle with a label. User-interface thread only.
+
+#include <memory>
+#include <string>
+
+#include "toolkit/drawing/ButtonLayout.h"
+#include "toolkit/drawing/IButtonPainter.h"
+
+namespace lumenor {
+
+class TextElement;
+
+/// A linear gradient brush from top to bottom of a rectangle one pixel high. Raises HResultError.
+Microsoft::WRL::ComPtr<ID2D1LinearGradientBrush> MakeUnitGradient(ID2D1RenderTarget *renderTarget,
+                                                                  const D2D1_GRADIENT_STOP *stops, UINT32 count);
+
+/// Draws an outline, a fill on hover and press, and a label.
+class SimpleButtonPainter : public IButtonPainter {
+public:
+  /// An empty `text` becomes the display name of `programPath`, where that is given. `skipBrushes` leaves the brushes
+  /// to a derived class. Raises HResultError.
+  SimpleButtonPainter(RenderTargetPtr renderTarget, const std::wstring &text, const ButtonLayout &layout,
+                      const std::wstring &programPath, bool skipBrushes = false);
+
+  void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
+
+  /// Builds the label for the button's size of now; a later change of the size doesn't reach it.
+  void Attach(Button *newButton) override;
+
+protected:
+  using BrushPtr = Microsoft::WRL::ComPtr<ID2D1LinearGradientBrush>;
+
+  /// The brushes of one state, borrowed; `fill` is null where nothing is filled.
+  struct StateBrushes {
+    ID2D1LinearGradientBrush *outline;
+    ID2D1LinearGradientBrush *fill;
+
+    void SetTransform(const D2D1_MATRIX_3X2_F &transform) const;
+  };
+
+  StateBrushes ChooseBrushes() const;
+
+  std::wstring text;
+  ButtonLayout layout;
+  RenderTargetPtr renderTarget;
+  BrushPtr normalBrush;
+  BrushPtr pressedHighlightBrush;
+  BrushPtr activeBrush;
+  BrushPtr hoverHighlightBrush;
+  std::shared_ptr<TextElement> labelText;
+};
+
+} // namespace lumenor

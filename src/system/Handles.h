@@ -28,6 +28,7 @@ using FindHandle = Owner<InvalidHandleTraits<&::FindClose>>;                    
 using ChangeHandle = Owner<InvalidHandleTraits<&::FindCloseChangeNotification>>; // folder watches
 using RegistryKey = Owner<NullHandleTraits<HKEY, &::RegCloseKey>>;
 using MemoryDeviceContext = Owner<NullHandleTraits<HDC, &::DeleteDC>>;
+using WindowHandle = Owner<NullHandleTraits<HWND, &::DestroyWindow>>;
 using IconHandle = Owner<NullHandleTraits<HICON, &::DestroyIcon>>;
 
 /// Traits of GDI objects, which all close with DeleteObject.

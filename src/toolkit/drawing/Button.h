@@ -1,0 +1,102 @@
+#pragma once
+// The clickable element: at once a control of the tree and a real child window of the platform's button class. The
+// window shows nothing of its own; it is there for the platform's part of a click (capture, release inside or outside,
+// the space key, the notification). What the user sees is painted by the button's painter in the root's one pass.
+// Held in a shared pointer by whoever composes the screen. User-interface thread.
+
+#include <memory>
+#include <string>
+
+#include "system/Handles.h"
+#include "system/Windows.h"
+#include "toolkit/Control.h"
+#include "toolkit/Event.h"
+#include "toolkit/Geometry.h"
+#include "toolkit/Property.h"
+#include "toolkit/WindowImpl.h"
+
+namespace lumenor {
+
+class Button;
+class IButtonPainter;
+
+/// What an event of a button says; lives on the stack of the code that fires.
+struct ButtonEventArgs {
+  Button *sender = nullptr;
+};
+
+class Button : public CWindowImpl<Button, CWindow, CWinTraits<WS_CHILD | WS_VISIBLE | BS_OWNERDRAW, 0>>,
+               public Control {
+public:
+  /// `painter` must not be null. Makes no window; that comes with OnAttached.
+  explicit Button(std::shared_ptr<IButtonPainter> painter);
+  ~Button() override;
+
+  /// The platform's class that the window is built upon.
+  static const wchar_t *GetSuperClassName() { return L"BUTTON"; }
+
+  /// Fired one turn of the message loop after a release inside the button or after the space key came up. An exception
+  /// out of a listener goes on to whoever dispatches the button's messages.
+  Event<ButtonEventArgs> Click{L"Click"};
+
+  /// 1 while the left mouse button or the space key is down on the button.
+  Property<int> IsPressed{0};
+
+  /// 1 from the first mouse move over the button until the mouse leaves.
+  Property<int> IsMouseOver{0};
+
+  /// Replaces the painter, attaches it to this button and asks for a repaint. `newPainter` must not be null.
+  void SetPainter(std::shared_ptr<IButtonPainter> newPainter);
+
+  void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
+  HWND GetHandle() override;
+  void OnAttached() override;
+  void OnDetached() override;
+
+  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
+                            DWORD mapId = 0) override;
+
+protected:
+  /// On WM_CREATE: attaches the painter.
+  virtual void OnCreate();
+
+  /// On WM_DESTROY: nothing here.
+  virtual void OnDestroy();
+
+  std::shared_ptr<IButtonPainter> painter;
+
+private:
+  template <typename T> using PropertyListener =
+      std::shared_ptr<TypedEventListener<Button, PropertyChangeEventArgs<T>>>;
+
+  void Subscribe();
+  BOOL OnPaint(LRESULT &result);
+  BOOL OnKey(WPARAM key, int pressed, LRESULT &result);
+  BOOL OnPress(int pressed, LRESULT &result);
+  BOOL OnMouseMove(LRESULT &result);
+  BOOL OnMouseLeave(LRESULT &result);
+  BOOL OnFocus(int focused, LRESULT &result);
+  BOOL FinishStateMessage(LRESULT &result);
+  BOOL OnMove(LPARAM position);
+  BOOL OnSize(LPARAM size);
+  BOOL OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result);
+
+  void InvalidateWindow(BOOL erase);
+  void OnStateChanged(PropertyChangeEventArgs<int> *args);
+  void OnGeometryChanged(PropertyChangeEventArgs<long> *args);
+  void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
+  void OnOpacityChanged(PropertyChangeEventArgs<unsigned char> *args);
+  void OnNameChanged(PropertyChangeEventArgs<std::wstring> *args);
+  RECT GetBounds() const;
+  void BuildToolTip();
+  void AddToToolTip(HWND root);
+
+  WindowHandle toolTipWindow;
+  PropertyListener<int> mouseOverListener, pressedListener;
+  PropertyListener<long> leftListener, topListener, widthListener, heightListener;
+  PropertyListener<lumenor::Visibility> visibilityListener;
+  PropertyListener<unsigned char> opacityListener;
+  PropertyListener<std::wstring> nameListener;
+};
+
+} // namespace lumenor

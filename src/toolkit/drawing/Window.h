@@ -1,0 +1,136 @@
+#pragma once
+// The root of an element tree and the only place where pixels reach the screen: a top-level layered window made from a
+// dialog template, whose one child is the whole screen. Each repaint renders the tree into an off-screen bitmap and
+// hands that, with an alpha for each pixel, to the platform. Owned by whoever opens it. User-interface thread.
+
+#include <cstddef>
+#include <memory>
+
+#include <d2d1.h>
+
+#include "system/Guard.h"
+#include "system/Windows.h"
+#include "toolkit/DialogImpl.h"
+#include "toolkit/Event.h"
+#include "toolkit/Geometry.h"
+#include "toolkit/Property.h"
+#include "toolkit/SingleChildContainer.h"
+
+namespace lumenor {
+
+/// Messages of the root window itself.
+enum WindowMessage : UINT {
+  DrawFailedMessage = WM_USER + 10, // 1034: posted to the window when EndDraw failed; wParam is the HRESULT
+};
+
+/// One row of a window's message map: a message, its handler, and the name under which a failure of it is reported. The
+/// handler says whether the message is handled and then sets the result.
+template <typename Owner> struct MessageRow {
+  UINT message;
+  const wchar_t *handlerName;
+  BOOL (Owner::*handler)(WPARAM wParam, LPARAM lParam, LRESULT &result);
+};
+
+class Window : public CDialogImpl<Window>, public SingleChildContainer {
+public:
+  /// Makes the render target; no window yet. A failed platform call raises HResultError.
+  Window();
+  ~Window() override;
+
+  /// Makes the modeless window of the template `dialogId` under `parentWindow`, which may be null. Null when the
+  /// platform refused or when a failure inside destroyed it.
+  HWND Create(HWND parentWindow);
+
+  /// Runs the window of the template `dialogId` as a modal dialog; returns what EndDialog was given.
+  INT_PTR DoModal(HWND parentWindow);
+
+  /// Paints the whole tree and puts it on the screen, at once. A call out of a running Render is answered by one more
+  /// pass after it. Raises HResultError, but not for a failed EndDraw: that posts DrawFailedMessage.
+  void Render();
+
+  /// Puts the window on the screen at its bounds, with the focus, when Visibility says visible.
+  void Show();
+
+  /// The template's number, set by the constructor of each subclass.
+  WORD dialogId = 0;
+
+  void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
+  HWND GetHandle() override;
+  void Invalidate() override;
+
+  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
+                            DWORD mapId = 0) override;
+
+  /// Called once while the window is being made; each screen composes its tree here.
+  virtual void InitializeComponent();
+
+protected:
+  using EndSessionHandler = void (Window::*)();
+
+  /// On WM_DESTROY, and on WM_CLOSE ahead of the destruction: nothing here.
+  virtual void OnDestroy();
+  virtual void OnClose();
+
+  /// Puts the window where Left, Top, Width and Height say, in screen pixels.
+  virtual void MoveToBounds();
+
+  virtual void OnLeftChanged();
+  virtual void OnTopChanged();
+  virtual void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
+  virtual void OnOpacityChanged();
+
+  /// Runs the handler that `rows` has for `message`, if any. When it fails, the failure is reported under the handler's
+  /// name, the window is destroyed, and the message counts as not handled.
+  template <typename Owner, std::size_t count>
+  BOOL RunHandler(const MessageRow<Owner> (&rows)[count], UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result);
+
+  /// Called at the end of a session when set.
+  EndSessionHandler endSessionHandler = nullptr;
+
+  /// Lent to every element and painter of the tree.
+  Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> renderTarget;
+
+private:
+  static const MessageRow<Window> messageRows[];
+
+  BOOL HandleInitDialog(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleShowWindow(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleWindowPosChanged(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleDestroy(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleClose(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleNcCalcSize(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleQueryEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result);
+
+  void Appear();
+  void MoveWithFrame();
+  void RenderOnce();
+  void Draw(HDC target, const RECT &area);
+  void ForwardLeft(PropertyChangeEventArgs<long> *args);
+  void ForwardTop(PropertyChangeEventArgs<long> *args);
+  void ForwardVisibility(PropertyChangeEventArgs<lumenor::Visibility> *args);
+  void ForwardOpacity(PropertyChangeEventArgs<unsigned char> *args);
+
+  int paintPending = 0;
+  bool rendering = false;
+  std::shared_ptr<TypedEventListener<Window, PropertyChangeEventArgs<long>>> leftListener, topListener;
+  std::shared_ptr<TypedEventListener<Window, PropertyChangeEventArgs<lumenor::Visibility>>> visibilityListener;
+  std::shared_ptr<TypedEventListener<Window, PropertyChangeEventArgs<unsigned char>>> opacityListener;
+};
+
+template <typename Owner, std::size_t count> BOOL Window::RunHandler(const MessageRow<Owner> (&rows)[count],
+                                                                     UINT message, WPARAM wParam, LPARAM lParam,
+                                                                     LRESULT &result) {
+  for (const MessageRow<Owner> &row : rows) {
+    if (row.message != message)
+      continue;
+    BOOL handled = FALSE;
+    if (Guarded(row.handlerName, [&] { handled = (static_cast<Owner *>(this)->*row.handler)(wParam, lParam, result); }))
+      return handled;
+    ::DestroyWindow(handle);
+    return FALSE;
+  }
+  return FALSE;
+}
+
+} // namespace lumenor

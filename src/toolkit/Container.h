@@ -1,0 +1,83 @@
+#pragma once
+// A control with an ordered list of children, and the wiring that lays them out again whenever a child's wish or the
+// container's own rectangle changes. The children are borrowed. User-interface thread.
+//
+// BeginUpdate and EndUpdate around bulk changes hold the layout back until the outermost EndUpdate, which runs it once.
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "toolkit/Control.h"
+
+namespace lumenor {
+
+class Container : public Control {
+public:
+  Container();
+
+  /// Paints the visible children in list order, so that a later one lies on top; nothing of its own.
+  void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
+  bool IsDirty() override;
+
+  /// Lays the children out: the end of a group of changes.
+  void Update() override;
+
+  /// Appends `child`, attaches it and lays out. Null is ignored. The child must outlive its stay here.
+  virtual void AddChild(UIElement *child);
+
+  /// Detaches `child` and lays out; an element that isn't here only costs the layout.
+  virtual void RemoveChild(UIElement *child);
+
+  /// Inserts `child` before `index`, or appends it when there is no such index. Null is ignored.
+  virtual void InsertChild(UIElement *child, std::size_t index);
+
+  /// Takes the child at `from` out and puts it in at `to`, counted without it, or at the end when there is no such
+  /// index, and lays out; windows and listeners aren't touched. Returns where the child stands now; when there is
+  /// nothing at `from`, the count of children, and nothing happens.
+  virtual std::size_t MoveChild(std::size_t from, std::size_t to);
+
+  /// A copy of the list.
+  virtual std::vector<UIElement *> GetChildren();
+
+  /// Places the children; nothing in this class.
+  virtual void Layout();
+
+  /// The first index of `child`; -1 when it isn't here.
+  virtual int IndexOfChild(UIElement *child);
+
+  virtual void OnLeftChanged();
+  virtual void OnTopChanged();
+  virtual void OnWidthChanged();
+  virtual void OnHeightChanged();
+  virtual void OnChildDesiredWidthChanged();
+  virtual void OnChildDesiredHeightChanged();
+  virtual void OnChildVisibilityChanged();
+
+protected:
+  /// True while a group of changes or an operation of several steps holds the layout back.
+  bool IsLayoutSuspended() const { return layoutSuspendCount > 0 || IsUpdating(); }
+
+  std::vector<UIElement *> children;
+
+  /// Held above 0 by operations that run one layout for several steps.
+  int layoutSuspendCount = 0;
+
+private:
+  template <typename T> using Listener = std::shared_ptr<TypedEventListener<Container, PropertyChangeEventArgs<T>>>;
+
+  void AttachChild(UIElement *child);
+  void ForwardLeft(PropertyChangeEventArgs<long> *args);
+  void ForwardTop(PropertyChangeEventArgs<long> *args);
+  void ForwardWidth(PropertyChangeEventArgs<long> *args);
+  void ForwardHeight(PropertyChangeEventArgs<long> *args);
+  void ForwardChildDesiredWidth(PropertyChangeEventArgs<long> *args);
+  void ForwardChildDesiredHeight(PropertyChangeEventArgs<long> *args);
+  void ForwardChildVisibility(PropertyChangeEventArgs<lumenor::Visibility> *args);
+
+  Listener<long> leftListener, topListener, widthListener, heightListener;
+  Listener<long> childDesiredWidthListener, childDesiredHeightListener;
+  Listener<lumenor::Visibility> childVisibilityListener;
+};
+
+} // namespace lumenor

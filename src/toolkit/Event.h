@@ -1,0 +1,122 @@
+#pragma once
+// Synchronous multicast events and their listeners. An event owns no listener: whoever wants the calls holds its
+// listener in a shared pointer and is gone from every event as soon as it drops it. User-interface thread.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace lumenor {
+
+/// One byte that says whether a listener still lives; shared between the listener and the event's entry for it, so that
+/// either may go first.
+using AliveFlag = std::shared_ptr<unsigned char>;
+
+template <typename Args> class Event;
+
+/// What an event calls. Its destruction marks all its entries dead; each event drops its own at its next firing.
+template <typename Args> class EventListener {
+public:
+  EventListener() = default;
+  EventListener(const EventListener &) = delete;
+  EventListener &operator=(const EventListener &) = delete;
+  virtual ~EventListener() {
+    for (const AliveFlag &flag : flagRefs)
+      *flag = 0;
+  }
+
+  /// `args` lives only as long as the call.
+  virtual void Invoke(Args *args) = 0;
+
+private:
+  friend class Event<Args>;
+  std::vector<AliveFlag> flagRefs; // one for every AddListener that was ever done with this listener
+};
+
+/// Calls a member function of an object; does nothing when either is null.
+template <typename Owner, typename Args> class TypedEventListener : public EventListener<Args> {
+public:
+  using Handler = void (Owner::*)(Args *);
+
+  TypedEventListener(Owner *owner, Handler handler) : owner(owner), handler(handler) {}
+
+  void Invoke(Args *args) override {
+    if (owner != nullptr && handler != nullptr)
+      (owner->*handler)(args);
+  }
+
+private:
+  Owner *owner;
+  Handler handler;
+};
+
+/// A listener that calls `handler` on `owner`. Keep the result in a member: it listens as long as that lives.
+template <typename Owner, typename HandlerClass, typename Args>
+std::shared_ptr<TypedEventListener<Owner, Args>> MakeListener(Owner *owner, void (HandlerClass::*handler)(Args *)) {
+  return std::make_shared<TypedEventListener<Owner, Args>>(owner, handler);
+}
+
+/// The listeners of one happening, called in the order of their subscription.
+template <typename Args> class Event {
+public:
+  /// `name` is a literal, a label for whoever debugs.
+  explicit Event(const wchar_t *name) : name(name) {}
+  Event(const Event &) = delete;
+  Event &operator=(const Event &) = delete;
+
+  /// Subscribes; the same listener twice is called twice a firing. Null is ignored. Borrows `listener`, which may go
+  /// at any time.
+  void AddListener(EventListener<Args> *listener) {
+    if (listener == nullptr)
+      return;
+    auto flag = std::make_shared<unsigned char>(static_cast<unsigned char>(1));
+    listener->flagRefs.push_back(flag);
+    listeners.push_back(listener);
+    aliveFlags.push_back(std::move(flag));
+  }
+
+  /// Takes the first entry of `listener` out, if there is one.
+  void RemoveListener(EventListener<Args> *listener) {
+    for (std::size_t i = 0; i < listeners.size(); ++i)
+      if (listeners[i] == listener)
+        return RemoveAt(static_cast<int>(i));
+  }
+
+  /// Takes the entry at `index` out; later entries move one down. An index past the end is skipped.
+  void RemoveAt(int index) {
+    if (index < 0 || static_cast<std::size_t>(index) >= listeners.size())
+      return;
+    listeners.erase(listeners.begin() + index);
+    aliveFlags.erase(aliveFlags.begin() + index);
+  }
+
+  /// Calls every living listener, also those that are added meanwhile, then drops the entries found dead. An exception
+  /// of a listener ends the firing and passes through.
+  void Fire(Args *args) {
+    std::vector<std::uint32_t> dead;
+    for (std::size_t i = 0; i < listeners.size(); ++i) {
+      if (*aliveFlags[i] != 0)
+        listeners[i]->Invoke(args);
+      else
+        dead.push_back(static_cast<std::uint32_t>(i));
+    }
+    // The indices stand as they were found, not corrected for the removals before them: with several dead entries in
+    // one firing the later removals strike one place further on. Who wants exactness calls RemoveListener.
+    for (const std::uint32_t index : dead)
+      RemoveAt(static_cast<int>(index));
+  }
+
+  /// How many entries there are, dead ones included.
+  std::size_t Count() const { return listeners.size(); }
+
+  /// The label given at construction.
+  const wchar_t *Name() const { return name; }
+
+private:
+  std::vector<EventListener<Args> *> listeners;
+  std::vector<AliveFlag> aliveFlags; // parallel to listeners
+  const wchar_t *name;
+};
+
+} // namespace lumenor

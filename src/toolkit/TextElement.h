@@ -1,0 +1,65 @@
+#pragma once
+// One run of text in the family of the system's status font; publishes its measured size as the desired one. No window.
+// User-interface thread.
+
+#include <memory>
+#include <string>
+
+#include <dwrite.h>
+
+#include "toolkit/UIElement.h"
+
+namespace lumenor {
+
+class TextElement : public UIElement {
+public:
+  /// Makes the text format; raises HResultError when that fails. It has no brush before the first Update, so set it up
+  /// between BeginUpdate and EndUpdate before it is painted.
+  explicit TextElement(RenderTargetPtr renderTarget);
+
+  Property<std::wstring> Text;
+  Property<lumenor::Color> Color{lumenor::Color{1, 1, 1, 1}};
+  Property<DWRITE_TEXT_ALIGNMENT> TextAlignment{DWRITE_TEXT_ALIGNMENT_LEADING};
+
+  /// In device-independent units.
+  Property<float> FontSize{10.0F};
+  Property<DWRITE_FONT_WEIGHT> FontWeight{DWRITE_FONT_WEIGHT_NORMAL};
+  Property<DWRITE_FONT_STYLE> FontStyle{DWRITE_FONT_STYLE_NORMAL};
+  Property<DWRITE_FONT_STRETCH> FontStretch{DWRITE_FONT_STRETCH_NORMAL};
+
+  /// A DWRITE_WORD_WRAPPING. A change shows at the next Update that something else causes.
+  Property<int> WordWrapping{DWRITE_WORD_WRAPPING_NO_WRAP};
+
+  /// Not 0: text that is too long is cut with an ellipsis.
+  Property<int> Trimming{1};
+
+  /// Makes format and brush anew and measures; nothing inside a group of changes. Raises HResultError.
+  void Update() override;
+
+  /// Draws the text into `rect`, vertically centred, on the render target given at construction.
+  void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
+
+private:
+  template <typename T> using Listener = std::shared_ptr<TypedEventListener<TextElement, PropertyChangeEventArgs<T>>>;
+
+  void Measure();
+  void CreateFormat();
+  void SetTrimming(IDWriteFactory *factory);
+  template <typename T> Listener<T> UpdateOn(Property<T> &property);
+  template <typename T> void OnFormatChanged(PropertyChangeEventArgs<T> *args);
+  void OnTextChanged(PropertyChangeEventArgs<std::wstring> *args);
+
+  RenderTargetPtr renderTarget;
+  Microsoft::WRL::ComPtr<IDWriteTextFormat> textFormat;
+  Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> brush;
+  Listener<std::wstring> textListener;
+  Listener<lumenor::Color> colorListener;
+  Listener<DWRITE_TEXT_ALIGNMENT> textAlignmentListener;
+  Listener<float> fontSizeListener;
+  Listener<DWRITE_FONT_WEIGHT> fontWeightListener;
+  Listener<DWRITE_FONT_STYLE> fontStyleListener;
+  Listener<DWRITE_FONT_STRETCH> fontStretchListener;
+  Listener<int> trimmingListener;
+};
+
+} // namespace lumenor

@@ -44,6 +44,7 @@ protected:
   void OnDestroy() override;
 
 private:
+  /// Notes the position of a mouse move and begins a drag where one is due; true when the mouse didn't move at all.
   bool OnMouseMove(int x, int y);
 
   int index;

@@ -20,8 +20,8 @@ public:
   DockGlowButtonPainter(RenderTargetPtr renderTarget, unsigned insetImage, const Element &element,
                         const ButtonLayout &layout);
 
-  void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
-  void Attach(Button *button) override;
+  void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
+  void Attach(Button *newButton) override;
   void Layout() override;
 
 private:

@@ -21,6 +21,7 @@ namespace lumenor {
 
 class BackPlate;
 class DockButton;
+struct ButtonLayout;
 
 class FlyoutWindow : public Window {
 public:
@@ -69,12 +70,14 @@ public:
   Event<PropertyChangeEventArgs<lumenor::Visibility>> Visible;
 
 private:
-  void MakeHeader();
-  void RemoveItems();
-  void AddItem(int index, const Element &element);
+  void StyleHeader();
+  void AddItem(const Element &element, const ButtonLayout &layout);
   void UpdateBottom();
-  void MoveToFlyoutBounds();
-  LRESULT OnActivate(WPARAM wParam);
+  void SizeBackPlate();
+  void PlaceWindow();
+  void RedrawNow();
+  void HideWindow();
+  void OnActivate(UINT state);
   void DestroyItemWindows();
   void OnItemClick(ButtonEventArgs *args);
 

@@ -24,10 +24,9 @@ DesignScale ScreenScale();
 
 /// What the platform tells about the primary screen and its task bar.
 struct ScreenMetrics {
-  int fullScreenWidth;  // SM_CXFULLSCREEN
-  int fullScreenHeight; // SM_CYFULLSCREEN
-  RECT taskBar;         // by ABM_GETTASKBARPOS
-  RECT trayWindow;      // the task bar window's own rectangle
+  int fullScreenWidth; // SM_CXFULLSCREEN
+  RECT taskBar;        // by ABM_GETTASKBARPOS
+  RECT trayWindow;     // the task bar window's own rectangle; looked at only when the task bar is at the top
 };
 
 /// The width of the bar on a screen `fullScreenWidth` device pixels wide: 330 narrower, scaled once more, and from 400

@@ -26,7 +26,8 @@ public:
   void InitializeComponent() override;
 
 private:
-  void MakeTexts();
+  void StyleTitle();
+  void StyleDescription();
   void ComposePanels();
   std::shared_ptr<Button> AddButton(const wchar_t *textQuery);
   void OnClick(ButtonEventArgs *args);

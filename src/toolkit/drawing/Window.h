@@ -37,13 +37,6 @@ public:
   Window();
   ~Window() override;
 
-  /// Makes the modeless window of the template `dialogId` under `parentWindow`, which may be null. Null when the
-  /// platform refused or when a failure inside destroyed it.
-  HWND Create(HWND parentWindow);
-
-  /// Runs the window of the template `dialogId` as a modal dialog; returns what EndDialog was given.
-  INT_PTR DoModal(HWND parentWindow);
-
   /// Paints the whole tree and puts it on the screen, at once. A call out of a running Render is answered by one more
   /// pass after it. Raises HResultError, but not for a failed EndDraw: that posts DrawFailedMessage.
   void Render();
@@ -51,7 +44,7 @@ public:
   /// Puts the window on the screen at its bounds, with the focus, when Visibility says visible.
   void Show();
 
-  /// The template's number, set by the constructor of each subclass.
+  /// The number of the template that Create and DoModal take, set by the constructor of each subclass.
   WORD dialogId = 0;
 
   void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
@@ -102,6 +95,10 @@ private:
   BOOL HandleQueryEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result);
 
+  class RenderingMark;
+
+  void RemoveFrame();
+  void MakeLayered();
   void Appear();
   void MoveWithFrame();
   void RenderOnce();

@@ -1,0 +1,239 @@
+#include "toolkit/drawing/Button.h"
+
+#include <utility>
+
+#include <commctrl.h>
+
+#include "toolkit/drawing/IButtonPainter.h"
+
+namespace lumenor {
+
+// A tool tip looks at the record's size; it must be the whole record, whatever the headers make of it.
+static_assert(sizeof(TOOLINFOW) == 72);
+
+Button::Button(std::shared_ptr<IButtonPainter> painter) : painter(std::move(painter)) { Subscribe(); }
+
+Button::~Button() = default;
+
+void Button::Subscribe() {
+  mouseOverListener = MakeListener(this, &Button::OnStateChanged);
+  IsMouseOver.changed.AddListener(mouseOverListener.get());
+  pressedListener = MakeListener(this, &Button::OnStateChanged);
+  IsPressed.changed.AddListener(pressedListener.get());
+  leftListener = MakeListener(this, &Button::OnGeometryChanged);
+  Left.changed.AddListener(leftListener.get());
+  topListener = MakeListener(this, &Button::OnGeometryChanged);
+  Top.changed.AddListener(topListener.get());
+  widthListener = MakeListener(this, &Button::OnGeometryChanged);
+  Width.changed.AddListener(widthListener.get());
+  heightListener = MakeListener(this, &Button::OnGeometryChanged);
+  Height.changed.AddListener(heightListener.get());
+  visibilityListener = MakeListener(this, &Button::OnVisibilityChanged);
+  Visibility.changed.AddListener(visibilityListener.get());
+  opacityListener = MakeListener(this, &Button::OnOpacityChanged);
+  Opacity.changed.AddListener(opacityListener.get());
+  nameListener = MakeListener(this, &Button::OnNameChanged);
+  Name.changed.AddListener(nameListener.get());
+}
+
+void Button::SetPainter(std::shared_ptr<IButtonPainter> newPainter) {
+  painter = std::move(newPainter);
+  painter->Attach(this);
+  InvalidateWindow(TRUE);
+}
+
+void Button::Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) {
+  if (handle != nullptr)
+    painter->Paint(std::move(renderTarget), rect);
+}
+
+HWND Button::GetHandle() { return handle; }
+
+void Button::OnAttached() {
+  if (parent == nullptr)
+    return;
+  const HWND parentWindow = parent->GetHandle();
+  // Noted before the window exists: its first WM_SIZE and WM_MOVE set all four to 0.
+  const RECT bounds = GetBounds();
+  if (::IsWindow(parentWindow))
+    Create(parentWindow);
+  SetBounds(&bounds);
+  BuildToolTip();
+}
+
+void Button::OnDetached() {
+  if (::IsWindow(handle))
+    ::DestroyWindow(handle);
+}
+
+BOOL Button::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD mapId) {
+  if (mapId != 0)
+    return FALSE;
+  switch (message) {
+  case WM_PAINT:
+    return OnPaint(result);
+  case WM_KEYDOWN:
+    return OnKey(wParam, 1, result);
+  case WM_KEYUP:
+    return OnKey(wParam, 0, result);
+  case WM_LBUTTONDOWN:
+    return OnPress(1, result);
+  case WM_LBUTTONUP:
+    return OnPress(0, result);
+  case WM_MOUSEMOVE:
+    return OnMouseMove(result);
+  case WM_MOUSELEAVE:
+    return OnMouseLeave(result);
+  case WM_SETFOCUS:
+    return OnFocus(1, result);
+  case WM_KILLFOCUS:
+    return OnFocus(0, result);
+  case WM_MOVE:
+    return OnMove(lParam);
+  case WM_SIZE:
+    return OnSize(lParam);
+  case WM_CREATE:
+    OnCreate();
+    result = 0;
+    return TRUE;
+  case WM_DESTROY:
+    OnDestroy();
+    result = 1;
+    return TRUE;
+  case WM_COMMAND:
+    return OnCommand(wParam, lParam, result);
+  default:
+    return FALSE;
+  }
+}
+
+void Button::OnCreate() { painter->Attach(this); }
+
+void Button::OnDestroy() {}
+
+// Unhandled, so that the platform validates the window; the root paints it.
+BOOL Button::OnPaint(LRESULT &result) {
+  if (!::IsWindow(handle)) {
+    result = 1;
+    return TRUE;
+  }
+  if (IsDirty())
+    Invalidate();
+  return FALSE;
+}
+
+// Every key asks for a repaint, not only the space key.
+BOOL Button::OnKey(WPARAM key, int pressed, LRESULT &result) {
+  if (key == VK_SPACE)
+    IsPressed.Set(pressed);
+  return FinishStateMessage(result);
+}
+
+BOOL Button::OnPress(int pressed, LRESULT &result) {
+  IsPressed.Set(pressed);
+  return FinishStateMessage(result);
+}
+
+BOOL Button::OnMouseMove(LRESULT &result) {
+  IsMouseOver.Set(1);
+  TRACKMOUSEEVENT tracking{sizeof(tracking), TME_LEAVE, handle, 0};
+  ::TrackMouseEvent(&tracking);
+  return FinishStateMessage(result);
+}
+
+BOOL Button::OnMouseLeave(LRESULT &result) {
+  IsMouseOver.Set(0);
+  IsPressed.Set(0);
+  return FinishStateMessage(result);
+}
+
+BOOL Button::OnFocus(int focused, LRESULT &result) {
+  HasFocus.Set(focused);
+  return FinishStateMessage(result);
+}
+
+// Unhandled, so that the platform's button does its part of the click; but a listener of the state may have destroyed
+// the window, and then there is nobody to do it.
+BOOL Button::FinishStateMessage(LRESULT &result) {
+  if (!::IsWindow(handle)) {
+    result = 1;
+    return TRUE;
+  }
+  InvalidateWindow(FALSE);
+  return FALSE;
+}
+
+// The coordinates are taken as unsigned: a window at a negative offset reads a large positive one. Callers keep
+// children at offsets that aren't negative.
+BOOL Button::OnMove(LPARAM position) {
+  Left.Set(LOWORD(position));
+  Top.Set(HIWORD(position));
+  return FALSE;
+}
+
+BOOL Button::OnSize(LPARAM size) {
+  Width.Set(LOWORD(size));
+  Height.Set(HIWORD(size));
+  return FALSE;
+}
+
+// The parent panel has posted the notification back to this window. Commands of others end here.
+BOOL Button::OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result) {
+  result = 0;
+  if (reinterpret_cast<HWND>(lParam) == handle && HIWORD(wParam) == BN_CLICKED) {
+    ButtonEventArgs args{this};
+    Click.Fire(&args);
+  }
+  return TRUE;
+}
+
+// Without a window there is nothing to ask for: the platform takes a null handle for all windows of the desktop.
+void Button::InvalidateWindow(BOOL erase) {
+  if (handle != nullptr)
+    ::InvalidateRect(handle, nullptr, erase);
+}
+
+void Button::OnStateChanged(PropertyChangeEventArgs<int> *) { InvalidateWindow(TRUE); }
+
+void Button::OnGeometryChanged(PropertyChangeEventArgs<long> *) {
+  if (::IsWindow(handle))
+    ::SetWindowPos(handle, nullptr, Left.Get(), Top.Get(), Width.Get(), Height.Get(), SWP_FRAMECHANGED);
+}
+
+void Button::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) {
+  if (::IsWindow(handle))
+    ::ShowWindow(handle, args->newValue == lumenor::Visibility::Visible ? SW_SHOW : SW_HIDE);
+}
+
+void Button::OnOpacityChanged(PropertyChangeEventArgs<unsigned char> *) { Invalidate(); }
+
+void Button::OnNameChanged(PropertyChangeEventArgs<std::wstring> *) { BuildToolTip(); }
+
+RECT Button::GetBounds() const { return {Left.Get(), Top.Get(), Left.Get() + Width.Get(), Top.Get() + Height.Get()}; }
+
+void Button::BuildToolTip() {
+  toolTipWindow.Reset();
+  const HWND root = GetRootHandle();
+  toolTipWindow.Reset(::CreateWindowExW(
+      WS_EX_TOPMOST | WS_EX_TRANSPARENT, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
+      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, root, nullptr, ::GetModuleHandleW(nullptr), nullptr));
+  if (!toolTipWindow)
+    return;
+  ::SetWindowPos(toolTipWindow.Get(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+  AddToToolTip(root);
+}
+
+void Button::AddToToolTip(HWND root) {
+  std::wstring text = Name.Get();
+  TOOLINFOW info{};
+  info.cbSize = sizeof(info);
+  info.uFlags = TTF_IDISHWND | TTF_CENTERTIP | TTF_SUBCLASS | TTF_TRANSPARENT;
+  info.hwnd = root;
+  info.uId = reinterpret_cast<UINT_PTR>(handle);
+  info.rect = GetBounds();
+  info.hinst = ::GetModuleHandleW(nullptr);
+  info.lpszText = text.data();
+  ::SendMessageW(toolTipWindow.Get(), TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&info));
+}
+
+} // namespace lumenor

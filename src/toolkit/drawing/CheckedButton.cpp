@@ -1,0 +1,35 @@
+#include "toolkit/drawing/CheckedButton.h"
+
+#include <utility>
+
+#include "toolkit/drawing/IButtonPainter.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr LONG checkBoxStyle = BS_CHECKBOX;
+
+} // namespace
+
+CheckedButton::CheckedButton(std::shared_ptr<IButtonPainter> painter) : Button(std::move(painter)) {
+  clickListener = MakeListener(this, &CheckedButton::OnClick);
+  Click.AddListener(clickListener.get());
+}
+
+BOOL CheckedButton::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
+                                         DWORD mapId) {
+  return mapId == 0 ? Button::ProcessWindowMessage(window, message, wParam, lParam, result) : FALSE;
+}
+
+// The owner-draw style has the bit already; asking for it says what the button is.
+void CheckedButton::OnCreate() {
+  const LONG style = ::GetWindowLongW(handle, GWL_STYLE);
+  if ((style & checkBoxStyle) == 0)
+    ::SetWindowLongW(handle, GWL_STYLE, style | checkBoxStyle);
+  painter->Attach(this);
+}
+
+void CheckedButton::OnClick(ButtonEventArgs *) { Checked.Set(Checked.Get() == 0 ? 1 : 0); }
+
+} // namespace lumenor

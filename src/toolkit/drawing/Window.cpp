@@ -1,0 +1,302 @@
+#include "toolkit/drawing/Window.h"
+
+#include <utility>
+
+#include "system/Desktop.h"
+#include "system/Handles.h"
+#include "system/HResultError.h"
+
+namespace lumenor {
+
+namespace {
+
+// The frame, the title and the absolute position that a template may ask for.
+constexpr LONG unwantedStyle = WS_CAPTION | WS_THICKFRAME | DS_ABSALIGN;
+constexpr LONG neededExtendedStyle = WS_EX_LAYERED | WS_EX_TOPMOST;
+
+constexpr UINT styleChangeFlags = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED;
+
+/// BeginPaint and EndPaint of one repaint.
+class PaintContext {
+public:
+  /// Raises HResultError when the platform gives no context.
+  explicit PaintContext(HWND window) : window(window) { ThrowIfNull(::BeginPaint(window, &paint)); }
+  ~PaintContext() {
+    ::EndPaint(window, &paint);
+    // EndPaint has given the context back to the platform; that it is also deleted, each time, is wanted and kept.
+    ::DeleteDC(paint.hdc);
+  }
+  PaintContext(const PaintContext &) = delete;
+  PaintContext &operator=(const PaintContext &) = delete;
+
+  PAINTSTRUCT paint{};
+
+private:
+  HWND window;
+};
+
+/// BeginDraw and EndDraw of one pass over the tree.
+class DrawSession {
+public:
+  explicit DrawSession(ID2D1RenderTarget *target) : target(target) { target->BeginDraw(); }
+  ~DrawSession() {
+    if (target != nullptr)
+      target->EndDraw();
+  }
+  DrawSession(const DrawSession &) = delete;
+  DrawSession &operator=(const DrawSession &) = delete;
+
+  /// Ends the drawing; returns the first failure of all that was drawn.
+  HRESULT End() { return std::exchange(target, nullptr)->EndDraw(); }
+
+private:
+  ID2D1RenderTarget *target;
+};
+
+D2D1_RECT_F ToFloats(const RECT &rect) {
+  return {static_cast<float>(rect.left), static_cast<float>(rect.top), static_cast<float>(rect.right),
+          static_cast<float>(rect.bottom)};
+}
+
+/// Hands the picture in `source`, of the size of `screenRect`, to the platform as the looks of `window`.
+void UpdateLayers(HWND window, const RECT &screenRect, HDC source, unsigned char opacity) {
+  POINT position{screenRect.left, screenRect.top};
+  SIZE size{screenRect.right - screenRect.left, screenRect.bottom - screenRect.top};
+  POINT origin{0, 0};
+  BLENDFUNCTION blend{AC_SRC_OVER, 0, opacity, AC_SRC_ALPHA};
+  const DWORD flags = IsLowColorDisplay() ? ULW_OPAQUE : ULW_ALPHA;
+  ThrowIfFalse(::UpdateLayeredWindow(window, nullptr, &position, &size, source, &origin, 0, &blend, flags));
+}
+
+} // namespace
+
+const MessageRow<Window> Window::messageRows[] = {
+    {WM_INITDIALOG, L"OnInitDialog", &Window::HandleInitDialog},
+    {WM_SHOWWINDOW, L"OnShowWindow", &Window::HandleShowWindow},
+    {WM_WINDOWPOSCHANGED, L"OnWindowPosChanged", &Window::HandleWindowPosChanged},
+    {WM_DESTROY, L"OnDestroy", &Window::HandleDestroy},
+    {WM_CLOSE, L"OnClose", &Window::HandleClose},
+    {WM_NCCALCSIZE, L"OnNcCalcSize", &Window::HandleNcCalcSize},
+    {WM_QUERYENDSESSION, L"OnQueryEndSession", &Window::HandleQueryEndSession},
+    {WM_ENDSESSION, L"OnEndSession", &Window::HandleEndSession},
+};
+
+Window::Window() : renderTarget(CreateGdiRenderTarget()) {
+  leftListener = MakeListener(this, &Window::ForwardLeft);
+  Left.changed.AddListener(leftListener.get());
+  topListener = MakeListener(this, &Window::ForwardTop);
+  Top.changed.AddListener(topListener.get());
+  visibilityListener = MakeListener(this, &Window::ForwardVisibility);
+  Visibility.changed.AddListener(visibilityListener.get());
+  opacityListener = MakeListener(this, &Window::ForwardOpacity);
+  Opacity.changed.AddListener(opacityListener.get());
+}
+
+Window::~Window() = default;
+
+BOOL Window::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD mapId) {
+  if (mapId != 0)
+    return FALSE;
+  if (RunHandler(messageRows, message, wParam, lParam, result))
+    return TRUE;
+  BOOL handled = FALSE;
+  const LRESULT answer = ReflectNotifications(handle, message, wParam, lParam, handled);
+  if (handled)
+    result = answer;
+  return handled;
+}
+
+BOOL Window::HandleInitDialog(WPARAM, LPARAM, LRESULT &result) {
+  RemoveFrame();
+  MakeLayered();
+  InitializeComponent();
+  if (Visibility.Get() == lumenor::Visibility::Visible)
+    Appear();
+  result = 1;
+  return TRUE;
+}
+
+BOOL Window::HandleShowWindow(WPARAM shown, LPARAM, LRESULT &) {
+  Visibility.Set(shown != 0 ? lumenor::Visibility::Visible : lumenor::Visibility::Hidden);
+  return FALSE;
+}
+
+BOOL Window::HandleWindowPosChanged(WPARAM, LPARAM lParam, LRESULT &) {
+  const WINDOWPOS position = *reinterpret_cast<const WINDOWPOS *>(lParam);
+  Left.Set(position.x);
+  Top.Set(position.y);
+  Width.Set(position.cx);
+  Height.Set(position.cy);
+  return FALSE;
+}
+
+BOOL Window::HandleDestroy(WPARAM, LPARAM, LRESULT &result) {
+  OnDestroy();
+  result = 0;
+  return TRUE;
+}
+
+BOOL Window::HandleClose(WPARAM, LPARAM, LRESULT &result) {
+  OnClose();
+  ::DestroyWindow(handle);
+  result = 0;
+  return TRUE;
+}
+
+// The client area is the whole window.
+BOOL Window::HandleNcCalcSize(WPARAM, LPARAM, LRESULT &result) {
+  result = 0;
+  return TRUE;
+}
+
+BOOL Window::HandleQueryEndSession(WPARAM, LPARAM, LRESULT &result) {
+  result = 1;
+  return TRUE;
+}
+
+BOOL Window::HandleEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result) {
+  if (endSessionHandler != nullptr)
+    (this->*endSessionHandler)();
+  result = wParam != 0 && lParam != 0 ? 1 : 0;
+  return TRUE;
+}
+
+void Window::RemoveFrame() {
+  const LONG style = ::GetWindowLongW(handle, GWL_STYLE);
+  if ((style & unwantedStyle) == 0)
+    return;
+  ::SetWindowLongW(handle, GWL_STYLE, style & ~unwantedStyle);
+  ::SetWindowPos(handle, nullptr, 0, 0, 0, 0, styleChangeFlags);
+}
+
+void Window::MakeLayered() {
+  const LONG style = ::GetWindowLongW(handle, GWL_EXSTYLE);
+  if ((style & neededExtendedStyle) == neededExtendedStyle)
+    return;
+  ::SetWindowLongW(handle, GWL_EXSTYLE, style | neededExtendedStyle);
+  ::SetWindowPos(handle, nullptr, 0, 0, 0, 0, styleChangeFlags);
+}
+
+void Window::InitializeComponent() {}
+
+void Window::OnDestroy() {}
+
+void Window::OnClose() {}
+
+void Window::MoveToBounds() { ::MoveWindow(handle, Left.Get(), Top.Get(), Width.Get(), Height.Get(), TRUE); }
+
+void Window::OnLeftChanged() { MoveWithFrame(); }
+
+void Window::OnTopChanged() { MoveWithFrame(); }
+
+void Window::MoveWithFrame() {
+  if (::IsWindow(handle))
+    ::SetWindowPos(handle, nullptr, Left.Get(), Top.Get(), Width.Get(), Height.Get(), SWP_FRAMECHANGED);
+}
+
+void Window::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) {
+  if (!::IsWindow(handle))
+    return;
+  if (args->newValue != lumenor::Visibility::Visible)
+    ::ShowWindow(handle, SW_HIDE);
+  else if (Visibility.Get() == lumenor::Visibility::Visible)
+    Appear();
+}
+
+void Window::OnOpacityChanged() { Render(); }
+
+void Window::ForwardLeft(PropertyChangeEventArgs<long> *) { OnLeftChanged(); }
+
+void Window::ForwardTop(PropertyChangeEventArgs<long> *) { OnTopChanged(); }
+
+void Window::ForwardVisibility(PropertyChangeEventArgs<lumenor::Visibility> *args) { OnVisibilityChanged(args); }
+
+void Window::ForwardOpacity(PropertyChangeEventArgs<unsigned char> *) { OnOpacityChanged(); }
+
+void Window::Show() {
+  if (Visibility.Get() == lumenor::Visibility::Visible)
+    Appear();
+}
+
+void Window::Appear() {
+  MoveToBounds();
+  ::ShowWindow(handle, SW_SHOW);
+  ::SetFocus(handle);
+  Render();
+}
+
+void Window::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
+  if (GetChild() != nullptr)
+    PaintChild(std::move(target), GetChild(), rect);
+}
+
+HWND Window::GetHandle() { return handle; }
+
+// The climb of every Invalidate ends here, in a repaint at once.
+void Window::Invalidate() {
+  if (handle != nullptr)
+    ::InvalidateRect(handle, nullptr, TRUE);
+  Render();
+}
+
+/// Says that a Render is under way, until it ends in whatever way.
+class Window::RenderingMark {
+public:
+  explicit RenderingMark(Window &window) : window(window) { window.rendering = true; }
+  ~RenderingMark() {
+    window.rendering = false;
+    window.paintPending = 0;
+  }
+  RenderingMark(const RenderingMark &) = delete;
+  RenderingMark &operator=(const RenderingMark &) = delete;
+
+private:
+  Window &window;
+};
+
+// A property that changes while the tree paints asks for a repaint in the midst of one. It is answered by one more pass
+// when this one is done; an element that changes at every paint gets no third, or the bar would paint for ever.
+void Window::Render() {
+  if (rendering) {
+    paintPending = 1;
+    return;
+  }
+  const RenderingMark mark(*this);
+  RenderOnce();
+  if (paintPending != 0 && ::IsWindow(handle))
+    RenderOnce();
+}
+
+void Window::RenderOnce() {
+  PaintContext context(handle);
+  RECT screenRect{};
+  ::GetWindowRect(handle, &screenRect);
+  RECT &area = context.paint.rcPaint;
+  area = {0, 0, screenRect.right - screenRect.left, screenRect.bottom - screenRect.top};
+  if (::IsRectEmpty(&area))
+    return; // nothing to show, and no bitmap is that small
+  const MemoryDeviceContext memory(::CreateCompatibleDC(nullptr));
+  const BitmapHandle bitmap(::CreateCompatibleBitmap(context.paint.hdc, area.right, area.bottom));
+  const SelectedObject selected(memory.Get(), bitmap.Get());
+  if (!selected.Succeeded())
+    throw HResultError(E_FAIL);
+  Draw(memory.Get(), area);
+  UpdateLayers(handle, screenRect, memory.Get(), Opacity.Get());
+}
+
+void Window::Draw(HDC target, const RECT &area) {
+  ThrowIfFailed(renderTarget->BindDC(target, &area));
+  DrawSession session(renderTarget.Get());
+  const D2D1_MATRIX_3X2_F identity{{{1.0F, 0.0F, 0.0F, 1.0F, 0.0F, 0.0F}}};
+  renderTarget->SetTransform(&identity);
+  const D2D1_COLOR_F transparentWhite{1.0F, 1.0F, 1.0F, 0.0F};
+  renderTarget->Clear(&transparentWhite);
+  RECT client{};
+  ::GetClientRect(handle, &client);
+  const D2D1_RECT_F rect = ToFloats(client);
+  Paint(renderTarget, &rect);
+  if (const HRESULT drawn = session.End(); FAILED(drawn))
+    ::PostMessageW(handle, DrawFailedMessage, static_cast<WPARAM>(drawn), 0);
+}
+
+} // namespace lumenor

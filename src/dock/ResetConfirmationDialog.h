@@ -29,7 +29,10 @@ private:
   void StyleTitle();
   void StyleDescription();
   void ComposePanels();
-  std::shared_ptr<Button> AddButton(const wchar_t *textQuery);
+  void AddTitle();
+  void AddMessage();
+  std::shared_ptr<Button> MakeButton(const wchar_t *textQuery) const;
+  void AddButton(Button &button);
   void OnClick(ButtonEventArgs *args);
 
   RECT bounds;

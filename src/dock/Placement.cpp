@@ -1,0 +1,201 @@
+#include "dock/Placement.h"
+
+#include <optional>
+
+#include <shellapi.h>
+
+#include "system/Handles.h"
+#include "system/HResultError.h"
+#include "system/Log.h"
+#include "system/Registry.h"
+#include "toolkit/Scale.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr wchar_t dockKeyPath[] = L"SOFTWARE\\Tarnwick\\Lumenor";
+constexpr wchar_t dockPositionValue[] = L"DockPosition";
+constexpr wchar_t topPosition[] = L"Top";
+
+constexpr int barHeight = 77;
+constexpr int flyoutWidth = 240;
+constexpr int flyoutGap = 2;
+constexpr int searchFieldTop = 35;
+constexpr int searchFieldHeight = 16;
+constexpr int resetDialogHeight = 172;
+constexpr LONG topWithoutTaskBar = 1; // not 0: the bar leaves the screen's first row free
+
+RECT TaskBarRect(HWND tray) {
+  APPBARDATA data = {};
+  data.cbSize = sizeof data;
+  data.hWnd = tray;
+  ::SHAppBarMessage(ABM_GETTASKBARPOS, &data);
+  return data.rc;
+}
+
+HWND FindTaskBar() {
+  const HWND tray = ::FindWindowW(L"Shell_TrayWnd", nullptr);
+  if (tray == nullptr) {
+    const DWORD error = ::GetLastError();
+    LogInfo("hwnd to Shell_TrayWnd is null. error code = %d", error);
+    throw HResultError(HResultFromError(error));
+  }
+  return tray;
+}
+
+ScreenMetrics ReadScreenMetrics(HWND tray) {
+  ScreenMetrics screen = {::GetSystemMetrics(SM_CXFULLSCREEN), TaskBarRect(tray), {}};
+  if (IsTaskBarAtTop(screen.taskBar))
+    ThrowIfFalse(::GetWindowRect(tray, &screen.trayWindow));
+  return screen;
+}
+
+} // namespace
+
+DesignScale ScreenScale() { return {ScaleX(96), ScaleY(96)}; }
+
+int BarWidth(int fullScreenWidth, const DesignScale &scale) {
+  // The screen's width counts device pixels already and is scaled all the same: dense screens reach the limit sooner.
+  const int width = scale.X(fullScreenWidth - 330);
+  if (width < scale.X(400))
+    return scale.X(400);
+  return width < scale.X(900) ? width : scale.X(900);
+}
+
+bool IsTaskBarAtTop(const RECT &taskBar) { return taskBar.top == taskBar.left && taskBar.bottom < taskBar.right; }
+
+RECT BarRect(const ScreenMetrics &screen, const DesignScale &scale) {
+  const int width = BarWidth(screen.fullScreenWidth, scale);
+  RECT bar = {};
+  bar.left = static_cast<LONG>(static_cast<unsigned>(screen.fullScreenWidth) >> 1) - width / 2;
+  bar.right = bar.left + width;
+  bar.top = IsTaskBarAtTop(screen.taskBar) ? screen.trayWindow.bottom : topWithoutTaskBar;
+  bar.bottom = bar.top + scale.Y(barHeight);
+  return bar;
+}
+
+void PlaceHorizontally(RECT &rect, LONG left, const RECT &workArea, const DesignScale &scale) {
+  const LONG width = scale.X(flyoutWidth);
+  rect.left = left;
+  rect.right = left + width;
+  if (rect.left < workArea.left) {
+    rect.left = workArea.left;
+    rect.right = rect.left + width;
+  } else if (rect.right > workArea.right) {
+    rect.right = workArea.right;
+    rect.left = rect.right - width;
+  }
+}
+
+RECT ForYouFlyoutRect(const RECT &window, int barWidth, LONG desiredHeight, const RECT &workArea,
+                      const DesignScale &scale) {
+  RECT flyout = {};
+  flyout.top = window.bottom + flyoutGap;
+  flyout.bottom = flyout.top + desiredHeight;
+  if (flyout.bottom > workArea.bottom) {
+    flyout.bottom = window.top - flyoutGap;
+    flyout.top = flyout.bottom - desiredHeight;
+  }
+  PlaceHorizontally(flyout, barWidth - scale.X(62) + window.left, workArea, scale);
+  return flyout;
+}
+
+RECT SearchProviderFlyoutRect(const RECT &window, int barWidth, LONG desiredHeight, const RECT &workArea,
+                              const DesignScale &scale) {
+  RECT flyout = {};
+  flyout.top = scale.Y(searchFieldTop) + scale.Y(searchFieldHeight) + window.top;
+  // Scaled on the way down and not on the way up; the rows depend on both.
+  flyout.bottom = flyout.top + scale.Y(desiredHeight);
+  if (flyout.bottom > workArea.bottom) {
+    flyout.bottom = scale.Y(searchFieldTop) + window.top;
+    flyout.top = flyout.bottom - desiredHeight;
+  }
+  PlaceHorizontally(flyout, window.left - scale.X(95) + barWidth, workArea, scale);
+  return flyout;
+}
+
+RECT ButtonFlyoutRect(POINT corner, LONG buttonHeight, LONG flyoutHeight, const RECT &workArea,
+                      const DesignScale &scale) {
+  RECT flyout = {};
+  flyout.top = corner.y + flyoutGap;
+  flyout.bottom = flyout.top + flyoutHeight;
+  if (flyout.bottom > workArea.bottom) {
+    flyout.top = corner.y - buttonHeight - flyoutHeight - flyoutGap;
+    flyout.bottom = flyout.top + flyoutHeight;
+  }
+  PlaceHorizontally(flyout, corner.x, workArea, scale);
+  return flyout;
+}
+
+RECT ResetDialogRect(const RECT &dockRect, bool atTop, LONG barTop, const DesignScale &scale) {
+  const LONG centre = dockRect.left + (dockRect.right - dockRect.left) / 2;
+  RECT dialog = {centre - scale.X(200), 0, centre + scale.X(200), 0};
+  dialog.top = atTop ? scale.Y(barHeight) : barTop - scale.Y(resetDialogHeight);
+  dialog.bottom = atTop ? scale.Y(barHeight + resetDialogHeight) : barTop;
+  return dialog;
+}
+
+std::wstring GetDockPosition() {
+  RegistryKey key;
+  if (::RegOpenKeyExW(HKEY_CURRENT_USER, dockKeyPath, 0, KEY_READ, key.Put()) != ERROR_SUCCESS)
+    return topPosition;
+  const DWORD length = RegistryStringLength(key.Get(), dockPositionValue);
+  if (length == 0) {
+    LogInfo("No dock position regkey found, defaulting to top");
+    return topPosition;
+  }
+  const std::optional<std::wstring> position = ReadRegistryString(key.Get(), dockPositionValue, length);
+  if (!position)
+    LogInfo("Dock position regkey query failed, defaulting to top");
+  return position.value_or(topPosition);
+}
+
+void SetDockPosition(const std::wstring &text) {
+  RegistryKey key;
+  if (::RegOpenKeyExW(HKEY_CURRENT_USER, dockKeyPath, 0, KEY_WRITE, key.Put()) != ERROR_SUCCESS) {
+    LogError("SetDockPosition: Failed to open the dockposition in the registry");
+    return;
+  }
+  const DWORD bytes = static_cast<DWORD>(2 * text.size() + 2);
+  if (::RegSetValueExW(key.Get(), dockPositionValue, 0, REG_SZ, reinterpret_cast<const BYTE *>(text.c_str()), bytes) !=
+      ERROR_SUCCESS)
+    LogError("Failed to set the dockposition in the registry");
+}
+
+RECT GetWorkArea() {
+  RECT workArea = {};
+  ThrowIfFalse(::SystemParametersInfoW(SPI_GETWORKAREA, 0, &workArea, 0));
+  return workArea;
+}
+
+int GetBarWidth() { return BarWidth(::GetSystemMetrics(SM_CXFULLSCREEN), ScreenScale()); }
+
+RECT GetWindowRect() {
+  const int width = GetBarWidth();
+  const ScreenMetrics screen = ReadScreenMetrics(FindTaskBar());
+  LogInfo("GetWindowRect() winCoord.cx = %d, winCoord.cy = %d", width, ScaleY(barHeight));
+  LogInfo("GetWindowRect() workingWidth = %d, workingHeight = %d", screen.fullScreenWidth,
+          ::GetSystemMetrics(SM_CYFULLSCREEN));
+  if (IsTaskBarAtTop(screen.taskBar))
+    LogInfo("GetWindowRect() ABE_TOP");
+  else
+    LogInfo("GetWindowRect() ABE_BOTTOM");
+  const RECT bar = BarRect(screen, ScreenScale());
+  LogInfo("GetWindowRect() left = %d, right = %d, top = %d, bottom = %d", bar.left, bar.right, bar.top, bar.bottom);
+  return bar;
+}
+
+RECT GetForYouFlyoutRect(const RECT &window, LONG desiredHeight) {
+  return ForYouFlyoutRect(window, GetBarWidth(), desiredHeight, GetWorkArea(), ScreenScale());
+}
+
+RECT GetSearchProviderFlyoutRect(const RECT &window, LONG desiredHeight) {
+  return SearchProviderFlyoutRect(window, GetBarWidth(), desiredHeight, GetWorkArea(), ScreenScale());
+}
+
+RECT GetResetDialogRect(const RECT &dockRect, bool atTop, LONG barTop) {
+  return ResetDialogRect(dockRect, atTop, barTop, ScreenScale());
+}
+
+} // namespace lumenor

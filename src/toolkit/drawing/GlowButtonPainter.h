@@ -48,17 +48,22 @@ private:
   using BitmapPtr = Microsoft::WRL::ComPtr<ID2D1Bitmap>;
   using SizeListener = TypedEventListener<GlowButtonPainter, PropertyChangeEventArgs<long>>;
 
+  /// Which of the shaded pictures of a button.
+  enum class Variant { Hover, Glow, Pressed };
+
   void LoadProgramImages();
   void LoadFileImages();
   void LoadVariants(BitmapHandle &source, const std::wstring &cacheBasePath);
-  void LoadShadedImage(BitmapHandle &source, const std::wstring &cacheBasePath, BitmapPtr &bitmap, int variant,
-                       const IBitmapShader &shader);
-  bool LoadCachedImage(BitmapHandle &source, const std::wstring &cachePath, BitmapPtr &bitmap,
-                       const IBitmapShader &shader);
+
+  /// The variant from the cache, which is filled where it has none; where that fails, the variant made anew. `source`
+  /// is loaded at first need and shared by the variants. Null where there is no picture.
+  BitmapPtr LoadShadedImage(BitmapHandle &source, const std::wstring &cacheBasePath, Variant variant,
+                            const IBitmapShader &shader);
+  BitmapPtr LoadCachedImage(BitmapHandle &source, const std::wstring &cachePath, const IBitmapShader &shader);
   BitmapHandle ShadeSource(BitmapHandle &source, const IBitmapShader &shader);
-  void PaintImage(ID2D1RenderTarget *target, const D2D1_RECT_F &rect);
+
   D2D1_RECT_F ImageRectangle(const D2D1_RECT_F &rect) const;
-  D2D1_RECT_F HaloRectangle(const D2D1_RECT_F &rect) const;
+  void DrawImage(ID2D1RenderTarget *target, ID2D1Bitmap *image, const D2D1_RECT_F &rect) const;
   void OnSizeChanged(PropertyChangeEventArgs<long> *args);
 
   BitmapPtr normalImage;

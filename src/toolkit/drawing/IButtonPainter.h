@@ -21,6 +21,9 @@ public:
   virtual void Attach(Button *newButton) { button = newButton; }
 
 protected:
+  /// Whether the button's window shows; painters draw nothing where it doesn't.
+  bool IsButtonVisible() const;
+
   Button *button = nullptr;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 // The look of the dialogs' buttons: a gradient-filled rounded rectangle with a label. User-interface thread only.
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -40,6 +41,10 @@ protected:
   };
 
   StateBrushes ChooseBrushes() const;
+
+  template <std::size_t count> BrushPtr MakeBrush(const D2D1_GRADIENT_STOP (&stops)[count]) const {
+    return MakeUnitGradient(renderTarget.Get(), stops, count);
+  }
 
   std::wstring text;
   ButtonLayout layout;

@@ -1,0 +1,157 @@
+#include "toolkit/drawing/GlowButtonPainter.h"
+
+#include <array>
+#include <utility>
+
+#include "system/HResultError.h"
+#include "system/Paths.h"
+#include "toolkit/drawing/Button.h"
+#include "toolkit/drawing/ButtonParts.h"
+#include "toolkit/drawing/CommandNotFoundException.h"
+#include "toolkit/drawing/ProgramAppearance.h"
+#include "toolkit/drawing/WICHelper.h"
+#include "toolkit/TextElement.h"
+
+namespace lumenor {
+namespace {
+
+constexpr int haloRadius = 4; // pixels by which the halo stands out of the picture
+constexpr float opaque = 255.0F;
+constexpr std::array<const wchar_t *, 3> variantSuffixes{L".hover", L".glow", L".pressed"};
+
+/// Where the shaded pictures of a button are kept, less their suffix; makes the folder where it is missing.
+std::wstring CacheBasePath(const std::wstring &picturePath) {
+  const std::wstring folder = ExpandPath(L"%programdata%\\Tarnwick\\Lumenor\\ImageCache\\");
+  if (!PathExists(folder))
+    ::CreateDirectoryW(folder.c_str(), nullptr);
+  return folder + FileNameOf(picturePath);
+}
+
+D2D1_RECT_F Grown(const D2D1_RECT_F &rect, float distance) {
+  return {rect.left - distance, rect.top - distance, rect.right + distance, rect.bottom + distance};
+}
+
+float Tenth(float length) { return static_cast<float>(static_cast<int>(static_cast<int>(length) * 0.1)); }
+
+} // namespace
+
+std::wstring FileNameOf(const std::wstring &path) {
+  std::size_t separator = path.rfind(L'\\');
+  if (separator != std::wstring::npos && separator + 1 == path.size())
+    return path.substr(0, separator == 0 ? 0 : separator - 1);
+  if (separator == std::wstring::npos)
+    separator = path.rfind(L'/');
+  return separator == std::wstring::npos ? std::wstring() : path.substr(separator + 1);
+}
+
+GlowButtonPainter::GlowButtonPainter(RenderTargetPtr renderTarget, unsigned insetImage, const std::wstring &text,
+                                     const std::wstring &imagePath, const ButtonLayout &layout,
+                                     const std::wstring &programPath)
+    : text(text), imagePath(imagePath), programPath(programPath), layout(layout), insetImage(insetImage),
+      renderTarget(std::move(renderTarget)), widthListener(MakeListener(this, &GlowButtonPainter::OnSizeChanged)),
+      heightListener(MakeListener(this, &GlowButtonPainter::OnSizeChanged)) {
+  if (imagePath.empty() && !programPath.empty())
+    LoadProgramImages();
+  else
+    LoadFileImages();
+  if (!normalImage || !hoverImage || !pressedImage)
+    throw HResultError(E_FAIL);
+}
+
+void GlowButtonPainter::LoadProgramImages() {
+  if (!PathExists(programPath))
+    throw CommandNotFoundException();
+  const std::wstring displayName = ProgramDisplayName(programPath);
+  if (text.empty())
+    text = displayName;
+  BitmapHandle source = ProgramImage(programPath);
+  const std::wstring cacheBasePath = CacheBasePath(programPath);
+  normalImage = LoadBitmapFromHBitmap(renderTarget.Get(), source.Get());
+  LoadVariants(source, cacheBasePath);
+}
+
+void GlowButtonPainter::LoadFileImages() {
+  normalImage = LoadBitmapFromFile(renderTarget.Get(), imagePath, true);
+  BitmapHandle source;
+  LoadVariants(source, CacheBasePath(imagePath));
+}
+
+void GlowButtonPainter::LoadVariants(BitmapHandle &source, const std::wstring &cacheBasePath) {
+  hoverImage = LoadShadedImage(source, cacheBasePath, Variant::Hover, CAdditiveColorShader(24, 24, 24));
+  glowImage = LoadShadedImage(source, cacheBasePath, Variant::Glow, COuterGlowShader(224, 224, 224, haloRadius, 0.6F));
+  pressedImage = LoadShadedImage(source, cacheBasePath, Variant::Pressed, CAdditiveColorShader(15, 25, 65));
+}
+
+GlowButtonPainter::BitmapPtr GlowButtonPainter::LoadShadedImage(BitmapHandle &source, const std::wstring &cacheBasePath,
+                                                                Variant variant, const IBitmapShader &shader) {
+  try {
+    return LoadCachedImage(source, cacheBasePath + variantSuffixes[static_cast<std::size_t>(variant)], shader);
+  } catch (const std::exception &) {
+    // Neither a cache that can't be written nor one that can't be read keeps the button from being shown.
+    const BitmapHandle shaded = ShadeSource(source, shader);
+    return shaded ? LoadBitmapFromHBitmap(renderTarget.Get(), shaded.Get()) : BitmapPtr();
+  }
+}
+
+GlowButtonPainter::BitmapPtr GlowButtonPainter::LoadCachedImage(BitmapHandle &source, const std::wstring &cachePath,
+                                                                const IBitmapShader &shader) {
+  if (!PathExists(cachePath)) {
+    if (const BitmapHandle shaded = ShadeSource(source, shader))
+      SaveHBitmapAsPng(shaded.Get(), cachePath);
+  }
+  return LoadBitmapFromFile(renderTarget.Get(), cachePath, true);
+}
+
+BitmapHandle GlowButtonPainter::ShadeSource(BitmapHandle &source, const IBitmapShader &shader) {
+  if (!source)
+    source = LoadHBitmapFromFile(imagePath);
+  return source ? shader.Shade(source.Get()) : BitmapHandle();
+}
+
+void GlowButtonPainter::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
+  if (!IsButtonVisible())
+    return;
+  const bool isMouseOver = button->IsMouseOver.Get() != 0;
+  const bool isPressed = button->IsPressed.Get() != 0;
+  const D2D1_RECT_F imageRectangle = ImageRectangle(*rect);
+  if (isMouseOver && !isPressed)
+    DrawImage(target.Get(), glowImage.Get(), Grown(insetImage != 0 ? *rect : imageRectangle, haloRadius));
+  const BitmapPtr &unpressedImage = isMouseOver ? hoverImage : normalImage;
+  DrawImage(target.Get(), (isPressed ? pressedImage : unpressedImage).Get(), imageRectangle);
+  if (!text.empty())
+    button->PaintChild(target, (isMouseOver ? hoverText : normalText).get(), rect);
+}
+
+void GlowButtonPainter::DrawImage(ID2D1RenderTarget *target, ID2D1Bitmap *image, const D2D1_RECT_F &rect) const {
+  if (image != nullptr)
+    target->DrawBitmap(image, &rect, static_cast<float>(button->Opacity.Get()) / opaque,
+                       D2D1_BITMAP_INTERPOLATION_MODE_LINEAR, nullptr);
+}
+
+D2D1_RECT_F GlowButtonPainter::ImageRectangle(const D2D1_RECT_F &rect) const {
+  if (insetImage == 0)
+    return PictureRectangle(layout, rect);
+  const float dx = Tenth(rect.right - rect.left);
+  const float dy = Tenth(rect.bottom - rect.top);
+  return {rect.left + dx, rect.top + dy, rect.right - dx, rect.bottom - dy};
+}
+
+void GlowButtonPainter::Attach(Button *newButton) {
+  if (button != nullptr) {
+    button->Width.changed.RemoveListener(widthListener.get());
+    button->Height.changed.RemoveListener(heightListener.get());
+  }
+  IButtonPainter::Attach(newButton);
+  newButton->Width.changed.AddListener(widthListener.get());
+  newButton->Height.changed.AddListener(heightListener.get());
+  Layout();
+}
+
+void GlowButtonPainter::Layout() {
+  normalText = MakeButtonLabel(renderTarget, text, layout, *button);
+  hoverText = MakeButtonLabel(renderTarget, text, layout, *button);
+}
+
+void GlowButtonPainter::OnSizeChanged(PropertyChangeEventArgs<long> *) { Layout(); }
+
+} // namespace lumenor

@@ -1,0 +1,250 @@
+#include "toolkit/drawing/WICHelper.h"
+
+#include "system/HResultError.h"
+#include "system/Log.h"
+#include "system/Paths.h"
+
+using Microsoft::WRL::ComPtr;
+
+namespace lumenor {
+namespace {
+
+constexpr int bytesPerPixel = 4;
+
+/// The process-wide factory. Never destroyed: static destructors run when COM is gone already.
+ComPtr<IWICImagingFactory> &SharedFactory() {
+  static auto *const factory = new ComPtr<IWICImagingFactory>;
+  return *factory;
+}
+
+bool IsFile(const std::wstring &path) {
+  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+std::wstring FallBack(const std::wstring &tried, const std::wstring &folder, const std::wstring &imagePath) {
+  std::wstring next = folder + L"\\" + imagePath;
+  LogInfo("WICHelper: can't find %S falling back to %S", tried.c_str(), next.c_str());
+  return next;
+}
+
+ComPtr<IWICBitmapFrameDecode> FirstFrame(IWICBitmapDecoder *decoder) {
+  ComPtr<IWICBitmapFrameDecode> frame;
+  ThrowIfFailed(decoder->GetFrame(0, &frame));
+  return frame;
+}
+
+ComPtr<IWICBitmapFrameDecode> DecodeFile(const std::wstring &path) {
+  ComPtr<IWICBitmapDecoder> decoder;
+  ThrowIfFailed(GetImagingFactory()->CreateDecoderFromFilename(path.c_str(), nullptr, GENERIC_READ,
+                                                               WICDecodeMetadataCacheOnLoad, &decoder));
+  return FirstFrame(decoder.Get());
+}
+
+struct Size {
+  UINT width = 0;
+  UINT height = 0;
+};
+
+/// The size within 48 by 48 at the same proportions. The arithmetic is in 32-bit floats: wider ones would make 47 of
+/// some sides that have to be 48.
+Size LimitedSize(Size size) {
+  constexpr UINT limit = iconSize;
+  if (size.width <= limit && size.height <= limit)
+    return size;
+  const bool isWide = size.width > size.height;
+  const float factor = static_cast<float>(limit) / static_cast<float>(isWide ? size.width : size.height);
+  if (isWide)
+    return {limit, static_cast<UINT>(static_cast<float>(size.height) * factor)};
+  return {static_cast<UINT>(static_cast<float>(size.width) * factor), limit};
+}
+
+ComPtr<IWICBitmapSource> LimitToIconSize(IWICBitmapSource *frame) {
+  Size size;
+  ThrowIfFailed(frame->GetSize(&size.width, &size.height));
+  size = LimitedSize(size);
+  ComPtr<IWICBitmapScaler> scaler;
+  ThrowIfFailed(GetImagingFactory()->CreateBitmapScaler(&scaler));
+  ThrowIfFailed(scaler->Initialize(frame, size.width, size.height, WICBitmapInterpolationModeCubic));
+  return scaler;
+}
+
+ComPtr<IWICBitmapSource> ConvertToPremultiplied(IWICBitmapSource *source) {
+  ComPtr<IWICFormatConverter> converter;
+  ThrowIfFailed(GetImagingFactory()->CreateFormatConverter(&converter));
+  ThrowIfFailed(converter->Initialize(source, GUID_WICPixelFormat32bppPBGRA, WICBitmapDitherTypeNone, nullptr, 0.0,
+                                      WICBitmapPaletteTypeMedianCut));
+  return converter;
+}
+
+ComPtr<ID2D1Bitmap> MakeDeviceBitmap(ID2D1RenderTarget *renderTarget, IWICBitmapSource *source) {
+  const ComPtr<IWICBitmapSource> converter = ConvertToPremultiplied(source);
+  ComPtr<ID2D1Bitmap> bitmap;
+  ThrowIfFailed(renderTarget->CreateBitmapFromWicBitmap(converter.Get(), nullptr, &bitmap));
+  return bitmap;
+}
+
+ComPtr<IWICBitmap> WrapHBitmap(HBITMAP bitmap) {
+  ComPtr<IWICBitmap> wrapped;
+  ThrowIfFailed(GetImagingFactory()->CreateBitmapFromHBITMAP(bitmap, nullptr, WICBitmapUseAlpha, &wrapped));
+  return wrapped;
+}
+
+struct Dib {
+  BitmapHandle bitmap;
+  BYTE *bits = nullptr;
+};
+
+/// Empty when the platform has no such bitmap to give.
+Dib TryCreateDib(int width, int height) {
+  BITMAPINFO info{};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = width;
+  info.bmiHeader.biHeight = -height;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 8 * bytesPerPixel;
+  info.bmiHeader.biCompression = BI_RGB;
+  const WindowDeviceContext screen(nullptr);
+  void *bits = nullptr;
+  BitmapHandle bitmap(::CreateDIBSection(screen.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+  return {std::move(bitmap), static_cast<BYTE *>(bits)};
+}
+
+/// A resource's bytes, which live as long as the program.
+struct ResourceBytes {
+  BYTE *data;
+  DWORD size;
+};
+
+ResourceBytes LockImageResource(const std::wstring &name, const std::wstring &type) {
+  const HMODULE program = ::GetModuleHandleW(nullptr);
+  const HRSRC resource = ::FindResourceW(program, name.c_str(), type.c_str());
+  const HGLOBAL loaded = resource != nullptr ? ::LoadResource(program, resource) : nullptr;
+  void *const data = loaded != nullptr ? ::LockResource(loaded) : nullptr;
+  const DWORD size = data != nullptr ? ::SizeofResource(program, resource) : 0;
+  if (size == 0)
+    throw HResultError(E_FAIL);
+  return {static_cast<BYTE *>(data), size};
+}
+
+struct PictureForm {
+  Size size;
+  WICPixelFormatGUID pixelFormat{};
+};
+
+HRESULT ReadForm(IWICBitmapSource *source, PictureForm &form) {
+  const HRESULT result = source->GetSize(&form.size.width, &form.size.height);
+  return SUCCEEDED(result) ? source->GetPixelFormat(&form.pixelFormat) : result;
+}
+
+HRESULT WriteFrame(IWICBitmapFrameEncode *frame, IWICBitmapSource *source, PictureForm &form) {
+  HRESULT result = frame->Initialize(nullptr);
+  if (SUCCEEDED(result))
+    result = frame->SetSize(form.size.width, form.size.height);
+  if (SUCCEEDED(result))
+    result = frame->SetPixelFormat(&form.pixelFormat);
+  if (SUCCEEDED(result))
+    result = frame->WriteSource(source, nullptr);
+  return SUCCEEDED(result) ? frame->Commit() : result;
+}
+
+} // namespace
+
+ComPtr<IWICImagingFactory> GetImagingFactory() {
+  ComPtr<IWICImagingFactory> &factory = SharedFactory();
+  if (!factory)
+    ThrowIfFailed(::CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&factory)));
+  return factory;
+}
+
+void ReleaseImagingFactory() { SharedFactory().Reset(); }
+
+std::wstring ResolveImagePath(const std::wstring &imagePath) {
+  if (PathExists(imagePath))
+    return imagePath;
+  const std::wstring installed = FallBack(imagePath, InstallFolder(), imagePath);
+  if (PathExists(installed))
+    return installed;
+  return FallBack(installed, ExpandPath(L"%programdata%\\Tarnwick\\Lumenor\\LangRes"), imagePath);
+}
+
+ComPtr<ID2D1Bitmap> LoadBitmapFromFile(ID2D1RenderTarget *renderTarget, const std::wstring &imagePath,
+                                       bool limitToIconSize) {
+  const std::wstring path = ResolveImagePath(imagePath);
+  if (!IsFile(path)) {
+    LogError("WICHelper: cannot find %S loading default image", path.c_str());
+    return LoadBitmapFromResource(renderTarget, defaultImageResource, imageResourceType);
+  }
+  LogInfo("Loading bitmap file: %S", path.c_str());
+  ComPtr<IWICBitmapSource> source = DecodeFile(path);
+  if (limitToIconSize)
+    source = LimitToIconSize(source.Get());
+  return MakeDeviceBitmap(renderTarget, source.Get());
+}
+
+ComPtr<ID2D1Bitmap> LoadBitmapFromResource(ID2D1RenderTarget *renderTarget, const std::wstring &resourceName,
+                                           const std::wstring &resourceType) {
+  const ResourceBytes bytes = LockImageResource(resourceName, resourceType);
+  ComPtr<IWICStream> stream;
+  ThrowIfFailed(GetImagingFactory()->CreateStream(&stream));
+  ThrowIfFailed(stream->InitializeFromMemory(bytes.data, bytes.size));
+  ComPtr<IWICBitmapDecoder> decoder;
+  ThrowIfFailed(
+      GetImagingFactory()->CreateDecoderFromStream(stream.Get(), nullptr, WICDecodeMetadataCacheOnLoad, &decoder));
+  return MakeDeviceBitmap(renderTarget, FirstFrame(decoder.Get()).Get());
+}
+
+ComPtr<ID2D1Bitmap> LoadBitmapFromHBitmap(ID2D1RenderTarget *renderTarget, HBITMAP source) {
+  return MakeDeviceBitmap(renderTarget, WrapHBitmap(source).Get());
+}
+
+BitmapHandle LoadHBitmapFromFile(const std::wstring &imagePath) {
+  const std::wstring path = ResolveImagePath(imagePath);
+  LogInfo("Loading hbitmap from file: %S", path.c_str());
+  if (!PathExists(path)) {
+    LogError("WICHelper: cannot find %S", path.c_str());
+    return {};
+  }
+  const ComPtr<IWICBitmapSource> limited = LimitToIconSize(DecodeFile(path).Get());
+  const ComPtr<IWICBitmapSource> picture = ConvertToPremultiplied(limited.Get());
+  Size size;
+  if (FAILED(picture->GetSize(&size.width, &size.height)) || size.width == 0 || size.height == 0)
+    return {};
+  Dib dib = TryCreateDib(static_cast<int>(size.width), static_cast<int>(size.height));
+  // A picture that breaks off keeps what was read of it.
+  if (dib.bitmap)
+    picture->CopyPixels(nullptr, bytesPerPixel * size.width, bytesPerPixel * size.width * size.height, dib.bits);
+  return std::move(dib.bitmap);
+}
+
+BitmapHandle CreateDib(int width, int height) {
+  Dib dib = TryCreateDib(width, height);
+  ThrowIfNull(dib.bitmap.Get());
+  return std::move(dib.bitmap);
+}
+
+void SaveHBitmapAsPng(HBITMAP source, const std::wstring &path) {
+  const ComPtr<IWICBitmap> picture = WrapHBitmap(source);
+  ComPtr<IWICStream> stream;
+  ThrowIfFailed(GetImagingFactory()->CreateStream(&stream));
+  ThrowIfFailed(stream->InitializeFromFilename(path.c_str(), GENERIC_WRITE));
+  ThrowIfFailed(WritePng(picture.Get(), stream.Get()));
+}
+
+HRESULT WritePng(IWICBitmapSource *source, IWICStream *stream) {
+  ComPtr<IWICBitmapEncoder> encoder;
+  ComPtr<IWICBitmapFrameEncode> frame;
+  PictureForm form;
+  HRESULT result = ReadForm(source, form);
+  if (SUCCEEDED(result))
+    result = ::CoCreateInstance(CLSID_WICPngEncoder, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&encoder));
+  if (SUCCEEDED(result))
+    result = encoder->Initialize(stream, WICBitmapEncoderNoCache);
+  if (SUCCEEDED(result))
+    result = encoder->CreateNewFrame(&frame, nullptr);
+  if (SUCCEEDED(result))
+    result = WriteFrame(frame.Get(), source, form);
+  return SUCCEEDED(result) ? encoder->Commit() : result;
+}
+
+} // namespace lumenor

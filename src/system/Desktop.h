@@ -1,0 +1,28 @@
+#pragma once
+// Small probes of the desktop. The two operations that make objects need a thread that has initialised COM.
+
+#include <string>
+
+#include <d2d1.h>
+#include <wrl/client.h>
+
+#include "system/Handles.h"
+#include "system/Windows.h"
+
+namespace lumenor {
+
+/// Brings `window` to the foreground, which the platform allows to a process that has just had input.
+void BringToForeground(HWND window);
+
+/// Whether the screen shows 16 bits a pixel, or doesn't tell.
+bool IsLowColorDisplay();
+
+/// The shell's picture of the file at the expanded `path`, asked for at 48 by 48 pixels; the caller owns it. Raises
+/// HResultError.
+BitmapHandle ShellIconBitmap(const std::wstring &path);
+
+/// A new software render target, premultiplied BGRA and GDI compatible, to be bound to a device context before it
+/// draws. Raises HResultError.
+Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> CreateGdiRenderTarget();
+
+} // namespace lumenor

@@ -1,0 +1,15 @@
+#pragma once
+// The one way to the system's event log. The handle belongs to the process and is opened once by the entry function;
+// any thread may report after that.
+
+#include <string>
+
+namespace lumenor {
+
+/// Opens the event log of the source "LumenorPanel". When that fails, reports are dropped silently.
+void OpenDockEventLog();
+
+/// Reports `text` as an error with event id 100; does nothing while the event log isn't open.
+void ReportEventLogError(const std::wstring &text);
+
+} // namespace lumenor

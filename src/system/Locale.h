@@ -1,0 +1,39 @@
+#pragma once
+// The user's language and country as folder keys, the chains of folders to be searched, and the code of the machine's
+// platform. No state: every call asks the platform again. Any thread; nothing here raises on bad locale data.
+
+#include <array>
+#include <string>
+
+#include "system/Windows.h"
+
+namespace lumenor {
+
+/// The abbreviated language name, "_" and the ISO country, such as "ENU_US"; "enu_us" when the platform can't tell.
+std::wstring LanguageCountryKey();
+
+/// The RFC 1766 tag of the country with its first "-" as "_", such as "en_us", which is also the default.
+std::wstring Rfc1766Key();
+
+/// The two-letter ISO code of the user's country; empty when the platform can't tell.
+std::wstring UserCountryCode();
+
+/// The code of the platform's folder, from the machine's registry; "VRA" when that holds nothing that is known.
+std::wstring PlatformCode();
+
+/// The folders in which a stub is looked for: `locale`, its language with "_xx", and "xx_xx".
+std::array<std::wstring, 3> StubLocaleChain(const std::wstring &locale);
+
+/// The folders in which a language resource is looked for: the same three, then "en_xx".
+std::array<std::wstring, 4> ResourceLocaleChain(const std::wstring &locale);
+
+/// The country whose RFC 1766 tag names the folder of a user of `language` in the country `geo`. Simplified Chinese
+/// always has one folder, and the language 0xC04 one of two, whatever the country.
+GEOID Rfc1766Country(LANGID language, GEOID geo);
+
+/// How the platform is asked for a country's data, ::GetGeoInfoW unless a test puts its own here: not every platform
+/// that the dock is tested on knows RFC 1766 tags.
+using GeoInfoQuery = int(WINAPI *)(GEOID geo, GEOTYPE type, LPWSTR data, int size, LANGID language);
+extern GeoInfoQuery geoInfoQuery;
+
+} // namespace lumenor

@@ -1,0 +1,40 @@
+#pragma once
+// Paths: expansion of environment variables, the files of the installation, and small look-ups. Paths are stored
+// unexpanded and expanded at the moment of use. Stateless; any thread; nothing here raises on a missing file.
+
+#include <string>
+
+#include "system/Windows.h"
+
+namespace lumenor {
+
+/// `text` with its environment variables expanded; `text` itself when the platform can't expand it. Raises nothing.
+std::wstring ExpandPath(const std::wstring &text) noexcept;
+
+/// Whether the platform finds a file or folder at the expanded `path`.
+bool PathExists(const std::wstring &path);
+
+/// What follows the last "\" of `path`. Without a "\", what stands before the last "/" less one character: the
+/// asymmetry is wanted. Empty without either.
+std::wstring FileNamePart(const std::wstring &path);
+
+/// What stands before the last "\" of `path`, or else before the last "/"; empty without either.
+std::wstring FolderPart(const std::wstring &path);
+
+/// When the file was last written; zero when it can't be opened.
+FILETIME LastWriteTime(const std::wstring &path);
+
+/// The expanded path of the main application: the candidate that exists, or else the one under %programfiles%.
+std::wstring MainAppPath();
+
+/// The expanded installation folder, chosen in the same way.
+std::wstring InstallFolder();
+
+/// The expanded path of the installed dock, chosen in the same way.
+std::wstring DockExePath();
+
+/// A stored path that names %programfiles% and exists only under %programfiles(x86)%, rewritten to that; any other path
+/// as it stands. The result is unexpanded.
+std::wstring MapProgramFiles(const std::wstring &path);
+
+} // namespace lumenor

@@ -1,0 +1,46 @@
+#pragma once
+// Registry keys given by one string, and the one two-step read of a string value. Stateless; any thread.
+
+#include <optional>
+#include <string>
+
+#include "system/Handles.h"
+#include "system/Windows.h"
+
+namespace lumenor {
+
+/// The predefined key of that name, compared with its case; null for any other name.
+HKEY ParseRootKey(const std::wstring &name);
+
+/// A registry path taken apart.
+struct RegistryPath {
+  HKEY root = nullptr; // null when the path names no known root
+  std::wstring subkey;
+};
+
+/// Splits at the first "\"; without one the whole path is the subkey, of a null root. Raises HResultError with
+/// E_INVALIDARG for an empty path and for one whose first "\" is its last character.
+RegistryPath SplitRegistryPath(const std::wstring &path);
+
+/// An open key together with the registry view that it was opened in.
+struct RegistryKeyHolder {
+  RegistryKey key;
+  REGSAM view = 0; // KEY_WOW64_32KEY, KEY_WOW64_64KEY or neither
+};
+
+/// Opens the key at `path` into `holder`, which closes the key it had. False when the platform can't open it; `holder`
+/// then stays as it is. Raises as SplitRegistryPath does.
+bool OpenRegistryPath(const std::wstring &path, RegistryKeyHolder &holder, REGSAM access);
+
+/// First step of reading a string: the characters that the value holds, its closing null counted; 0 when it is missing,
+/// has no data or is neither REG_SZ nor REG_EXPAND_SZ.
+DWORD RegistryStringLength(HKEY key, const std::wstring &valueName);
+
+/// Second step: reads the value into a buffer of `length` characters. Nothing when it isn't a string of an even byte
+/// count that fits and ends in a null. The text ends at its first null.
+std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &valueName, DWORD length);
+
+/// Both steps at once; nothing when the first gives 0 or the second fails.
+std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &valueName);
+
+} // namespace lumenor

@@ -1,0 +1,30 @@
+#pragma once
+// Numbers and dates as text. Stateless; any thread.
+
+#include <cstdint>
+#include <string>
+
+#include "system/Windows.h"
+
+namespace lumenor {
+
+/// The decimal digits of `value`, with a minus sign below zero.
+std::wstring IntToText(std::int32_t value);
+
+/// The decimal digits of `value`.
+std::wstring UIntToText(std::uint32_t value);
+
+/// "month/day/year hour:minute:second UTC" without leading zeros. The time is told as it stands, not converted.
+std::wstring FormatUtcTime(const SYSTEMTIME &time);
+
+/// "month/day/year hour:minute:second" without leading zeros.
+std::wstring FormatTime(const SYSTEMTIME &time);
+
+/// Reads what the two format operations write; a field that is missing or no number gives 0, as do the day of the week
+/// and the milliseconds. Raises nothing.
+SYSTEMTIME ParseTime(const std::wstring &text);
+
+/// Whether the texts are equal but for the case of their letters.
+bool EqualsIgnoringCase(const std::wstring &left, const std::wstring &right);
+
+} // namespace lumenor

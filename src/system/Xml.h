@@ -1,0 +1,63 @@
+#pragma once
+// A thin wrapper over the platform's XML DOM. Needs a thread that has initialised COM; DOM objects stay on it.
+//
+// A failed call raises HResultError; a null node raises it with E_INVALIDARG, a failed string allocation with
+// E_OUTOFMEMORY. XPaths are the DOM's, relative to the node that they are given with.
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <msxml2.h>
+#include <wrl/client.h>
+
+#include "system/Windows.h"
+
+namespace lumenor {
+
+using XmlDocumentPtr = Microsoft::WRL::ComPtr<IXMLDOMDocument2>;
+using XmlNodePtr = Microsoft::WRL::ComPtr<IXMLDOMNode>;
+
+/// Names and values of attributes, in order.
+using XmlAttributes = std::vector<std::pair<std::wstring, std::wstring>>;
+
+/// The document in the file at the expanded `path`; null, with no line logged, when it can't be read or isn't
+/// well-formed.
+XmlDocumentPtr LoadXmlFile(const std::wstring &path);
+
+/// The document that `xml` holds; null when it isn't well-formed.
+XmlDocumentPtr LoadXmlString(const std::wstring &xml);
+
+/// Writes the document over the file at the expanded `path`.
+void SaveXmlFile(const XmlDocumentPtr &document, const std::wstring &path);
+
+/// The first node that matches; null when none does or `node` is null.
+XmlNodePtr SelectNode(const XmlNodePtr &node, const std::wstring &xpath);
+
+/// All nodes that match, in document order.
+std::vector<XmlNodePtr> SelectNodes(const XmlNodePtr &node, const std::wstring &xpath);
+
+/// The text of the node and all below it.
+std::wstring NodeText(const XmlNodePtr &node);
+
+/// The text of the first node that matches; empty when none does.
+std::wstring ChildText(const XmlNodePtr &node, const std::wstring &xpath);
+
+/// The attribute's value; empty when the node has no such attribute.
+std::wstring NodeAttribute(const XmlNodePtr &node, const std::wstring &name);
+
+/// The attribute's value on the first node that matches; empty when the node or the attribute is missing.
+std::wstring ChildAttribute(const XmlNodePtr &node, const std::wstring &xpath, const std::wstring &name);
+
+/// A new element of `document`, not yet in its tree. Empty text gives no text node.
+XmlNodePtr CreateNode(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,
+                      const XmlAttributes &attributes = {});
+
+/// The same with an attribute MaxLength, unless `maxLength` is 0.
+XmlNodePtr CreateNodeWithMaxLength(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,
+                                   LONG maxLength);
+
+/// Puts `child` behind the last child of `parent`.
+void AppendChild(const XmlNodePtr &parent, const XmlNodePtr &child);
+
+} // namespace lumenor

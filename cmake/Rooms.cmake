@@ -15,9 +15,11 @@ target_link_options(lumenor_options INTERFACE $<$<CONFIG:Release>:-s -Wl,--gc-se
 set(LUMENOR_PLATFORM_LIBRARIES
   ole32 oleaut32 uuid shell32 shlwapi comctl32 advapi32 gdi32 user32 d2d1 dwrite windowscodecs rpcrt4)
 
-# lumenor_room(<name> <folder> [<room it links>...])
+# lumenor_room(<name> <folder> [<room it links>...]). An entry function isn't part of its room, so that tests can link
+# the rest.
 function(lumenor_room name folder)
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/Main\\.cpp$")
   file(GLOB headers CONFIGURE_DEPENDS ${folder}/*.h)
   if(sources)
     add_library(${name} STATIC ${sources} ${headers})
@@ -29,13 +31,10 @@ function(lumenor_room name folder)
   target_link_libraries(${name} ${scope} lumenor_options ${ARGN} ${LUMENOR_PLATFORM_LIBRARIES})
 endfunction()
 
-# lumenor_program(<name> <folder> [<room it links>...]): the shipped executable, with the product's resources.
-function(lumenor_program name folder)
-  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
-  if(NOT sources)
-    return()
-  endif()
-  add_executable(${name} WIN32 ${sources} ${CMAKE_SOURCE_DIR}/src/resources/LumenorDock.rc)
+# lumenor_program(<name> <entry function's source> [<room it links>...]): the shipped executable, with the product's
+# resources.
+function(lumenor_program name entry)
+  add_executable(${name} WIN32 ${entry} ${CMAKE_SOURCE_DIR}/src/resources/LumenorDock.rc)
   target_link_libraries(${name} PRIVATE ${ARGN})
   target_link_options(${name} PRIVATE -municode)
   file(GLOB resources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/resources/*)

@@ -1,0 +1,11 @@
+#pragma once
+// The cycles of the process: each builds the dock, runs the one message loop and destroys the dock, until one ends with
+// another quit code than that of a reset. The thread that calls is the user-interface thread, with COM initialised.
+
+namespace lumenor {
+
+/// Runs cycles and returns the exit code: that of the last WM_QUIT, or, where a cycle failed, the wParam of the last
+/// message that was fetched, 0 when there was none. Raises nothing.
+int RunCycles();
+
+} // namespace lumenor

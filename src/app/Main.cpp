@@ -1,0 +1,54 @@
+// The entry function: what stands for the whole life of the process, from its command line to its exit code.
+
+#include "app/CommandLine.h"
+#include "app/Cycles.h"
+#include "app/SingleInstance.h"
+#include "dock/MainDlg.h"
+#include "system/EventLog.h"
+#include "system/Log.h"
+#include "system/Paths.h"
+#include "system/Windows.h"
+#include "toolkit/drawing/WICHelper.h"
+
+namespace {
+
+using namespace lumenor;
+
+enum ExitCode : int { AlreadyRunningExitCode = 0, RefusedExitCode = -1 };
+
+/// The single-threaded apartment of the user-interface thread, left again at the very end.
+class ComApartment {
+public:
+  ComApartment() { ::CoInitialize(nullptr); }
+  ~ComApartment() { ::CoUninitialize(); }
+  ComApartment(const ComApartment &) = delete;
+  ComApartment &operator=(const ComApartment &) = delete;
+};
+
+/// The bar names its own pictures relative to the folder of the installed program.
+void EnterDockFolder() { ::SetCurrentDirectoryW(FolderPart(DockExePath()).c_str()); }
+
+int RunDock() {
+  EnterDockFolder();
+  SingleInstance instance;
+  if (!instance.Join(dockActivateMessage))
+    return AlreadyRunningExitCode;
+  OpenDockEventLog();
+  const int exitCode = RunCycles();
+  ReleaseImagingFactory();
+  return exitCode;
+}
+
+} // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int) {
+  const ComApartment apartment;
+  EnsureLogFolder();
+  LogInfo("Dock Startup");
+  if (!CheckCommandLine(commandLine))
+    return RefusedExitCode;
+  dockActivateMessage = ::RegisterWindowMessageW(dockActivateMessageName);
+  if (dockActivateMessage == 0)
+    return RefusedExitCode;
+  return RunDock();
+}

@@ -1,0 +1,29 @@
+#pragma once
+// Keeps the dock to one instance per machine: a named event that every user can open says that a dock runs, and a
+// broadcast message brings that dock to the front. Owned by the entry function for the life of the process.
+
+#include "system/Handles.h"
+#include "system/Windows.h"
+
+namespace lumenor {
+
+/// The name of the event that a running dock holds.
+inline constexpr wchar_t instanceGuardEventName[] = L"Global\\tw-8362960b-ef13-487f-b61f-00feed603674";
+
+/// The name of the message that a second start broadcasts.
+inline constexpr wchar_t dockActivateMessageName[] = L"TWDOCK_11D3CB1E-8DE1-4105-9277-8BF483A1E841";
+
+class SingleInstance {
+public:
+  /// True when this process is the one dock from now on, for as long as the object lives; also when the event can't be
+  /// made at all, since a dock without that protection is better than none. False when another dock runs: that one has
+  /// been told with `activateMessage` to come to the front, unless the two started at the same moment.
+  bool Join(UINT activateMessage);
+
+private:
+  bool CreateGuardEvent();
+
+  KernelHandle instanceGuardEvent;
+};
+
+} // namespace lumenor

@@ -1,0 +1,225 @@
+#include "dock/MainDlg.h"
+
+#include "content/Documents.h"
+#include "dock/BarDocuments.h"
+#include "dock/Commands.h"
+#include "dock/DragState.h"
+#include "dock/Placement.h"
+#include "resources/resource.h"
+#include "system/Desktop.h"
+#include "system/LanguageResources.h"
+#include "system/Xml.h"
+#include "toolkit/Geometry.h"
+
+namespace lumenor {
+
+namespace {
+
+void DestroyButtonWindow(const std::shared_ptr<DockButton> &button) {
+  if (button && ::IsWindow(button->GetHandle()))
+    ::DestroyWindow(button->GetHandle());
+}
+
+/// True when there is a document of this name and it can't be read.
+bool IsBroken(const wchar_t *documentName) {
+  return DocumentExists(documentName) && !LoadXmlFile(DocumentPath(documentName));
+}
+
+} // namespace
+
+CMainDlg::CMainDlg()
+    : dockRect(lumenor::GetWindowRect()), userElements(LoadDocument(userDocumentName, false)),
+      backPlate(std::make_shared<BackPlate>(renderTarget, 0.7F, 0.36F)),
+      rightSplitter(std::make_shared<ImageElement>(L"IDI_SPLITTER", L"Image", renderTarget)),
+      leftSplitter(std::make_shared<ImageElement>(L"IDI_SPLITTER", L"Image", renderTarget)),
+      searchBox(std::make_shared<SearchBox>(renderTarget)), rootPanel(std::make_shared<DockPanel>()),
+      systemButtonPanel(std::make_shared<StackPanel>()), barPanel(std::make_shared<DockPanel>()),
+      mainButtonPanel(std::make_shared<StackPanel>()), scrollViewer(std::make_shared<ScrollViewer>()),
+      userButtonPanel(std::make_shared<StackPanel>()), canvas(std::make_shared<Canvas>()),
+      clickListener(MakeListener(this, &CMainDlg::OnButtonClick)),
+      dockPositionListener(MakeListener(this, &CMainDlg::ForwardDockPosition)),
+      flyoutVisibilityListener(MakeListener(this, &CMainDlg::OnFlyoutVisibilityChanged)) {
+  draggedButton = nullptr;
+  dragOutside = false;
+  dialogId = MainDialogId;
+  endSessionHandler = static_cast<EndSessionHandler>(&CMainDlg::OnEndSession);
+}
+
+CMainDlg::~CMainDlg() {
+  // A cycle can fail with the window still up, which mustn't outlive its object.
+  if (::IsWindow(handle))
+    ::DestroyWindow(handle);
+  StopRegistryThread();
+}
+
+/// The thread sleeps in a wait that nothing else ends: its event belongs to the registry's notification and has a name
+/// that the next cycle's thread shares, so signalling it can't mean an end. It holds no lock there and shares nothing
+/// with this one, so killing it in its wait is safe; its key, its event and its context stay as they are.
+void CMainDlg::StopRegistryThread() {
+  if (registryThread)
+    ::TerminateThread(registryThread.Get(), 0);
+}
+
+// The message map: what a row doesn't handle goes on to the root window.
+
+const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
+    {WM_NOTIFY, L"OnNotify", &CMainDlg::HandleNotify},
+    {WM_DISPLAYCHANGE, L"OnDisplayChange", &CMainDlg::HandleDisplayChange},
+    {SetSearchProviderMessage, L"OnSetSearchProvider", &CMainDlg::HandleSetSearchProvider},
+    {RemoveButtonMessage, L"OnRemoveButton", &CMainDlg::HandleRemoveButton},
+    {ResetDockMessage, L"OnResetDock", &CMainDlg::HandleResetDock},
+    {WM_TIMER, L"OnTimer", &CMainDlg::HandleTimer},
+    {DockAtTopMessage, L"OnDockAtTop", &CMainDlg::HandleDockAtTop},
+    {DockAtBottomMessage, L"OnDockAtBottom", &CMainDlg::HandleDockAtBottom},
+};
+
+BOOL CMainDlg::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
+                                    DWORD mapId) {
+  // The rows speak of a bar that stands; what the platform sends while it is being composed isn't for them.
+  if (mapId == 0 && dockPositionButton && RunHandler(messageRows, message, wParam, lParam, result))
+    return TRUE;
+  if (mapId == 0 && message == dockActivateMessage && ::IsWindow(handle)) {
+    BringToForeground(handle);
+    result = 0;
+    return TRUE;
+  }
+  return Window::ProcessWindowMessage(window, message, wParam, lParam, result, mapId);
+}
+
+BOOL CMainDlg::HandleNotify(WPARAM, LPARAM lParam, LRESULT &result) {
+  result = 0;
+  return lParam != 0 && OnNotify(*reinterpret_cast<const NMHDR *>(lParam));
+}
+
+BOOL CMainDlg::HandleDisplayChange(WPARAM, LPARAM, LRESULT &result) {
+  OnDisplayChange();
+  result = 0;
+  return TRUE;
+}
+
+BOOL CMainDlg::HandleSetSearchProvider(WPARAM wParam, LPARAM, LRESULT &result) {
+  if (wParam != 0)
+    OnSetSearchProvider(*reinterpret_cast<const Element *>(wParam));
+  result = 1;
+  return TRUE;
+}
+
+BOOL CMainDlg::HandleRemoveButton(WPARAM wParam, LPARAM, LRESULT &result) {
+  OnRemoveButton(reinterpret_cast<HWND>(wParam));
+  result = 0;
+  return TRUE;
+}
+
+BOOL CMainDlg::HandleResetDock(WPARAM, LPARAM, LRESULT &result) {
+  OnResetDock();
+  result = 0;
+  return TRUE;
+}
+
+BOOL CMainDlg::HandleTimer(WPARAM wParam, LPARAM, LRESULT &result) {
+  OnTimer(wParam);
+  result = 0;
+  return TRUE;
+}
+
+BOOL CMainDlg::HandleDockAtTop(WPARAM, LPARAM, LRESULT &result) {
+  OnDockAtTop();
+  result = 0;
+  return TRUE;
+}
+
+BOOL CMainDlg::HandleDockAtBottom(WPARAM, LPARAM, LRESULT &result) {
+  OnDockAtBottom();
+  result = 0;
+  return TRUE;
+}
+
+// The handlers.
+
+/// True when the notification is the dock's own.
+bool CMainDlg::OnNotify(const NMHDR &header) { return header.code == 0; }
+
+void CMainDlg::OnDisplayChange() {
+  const RECT place = lumenor::GetWindowRect();
+  Left.Set(place.left);
+  Top.Set(dockPositionButton->Checked.Get() != 0 ? place.top : GetWorkArea().bottom - Height.Get());
+  Width.Set(place.right - place.left);
+  Height.Set(place.bottom - place.top);
+  rootPanel->Width.Set(Width.Get());
+  dockRect = place;
+  MoveToBounds();
+  Invalidate();
+}
+
+void CMainDlg::OnSetSearchProvider(const Element &provider) { selectedProvider = provider; }
+
+/// The window goes before the documents are rebuilt and without the close handler, so that the user's buttons aren't
+/// saved: to throw them away is what was asked for.
+void CMainDlg::OnResetDock() {
+  ::PostQuitMessage(RestartQuitCode);
+  ::DestroyWindow(handle);
+  for (const Element &element : LoadDocument(mainDocumentName, true))
+    if (element.ActionType == L"xml")
+      LoadDocument(element.ActionParams, true);
+  LoadDocument(userDocumentName, true);
+}
+
+void CMainDlg::OnTimer(UINT_PTR timer) {
+  if (timer != StartMainApplicationTimer)
+    return;
+  StartMainApplication(L"mode=windowless");
+  ::KillTimer(handle, StartMainApplicationTimer);
+  mainApplicationStarted = true;
+}
+
+void CMainDlg::OnDockAtTop() {
+  Top.Set(lumenor::GetWindowRect().top);
+  dockPositionButton->Name.Set(LoadDockString(L"Element[@ID='Button.Tooltip.DockAtTop']/Head"));
+}
+
+void CMainDlg::OnDockAtBottom() {
+  Top.Set(GetWorkArea().bottom - Height.Get());
+  dockPositionButton->Name.Set(LoadDockString(L"Element[@ID='Button.Tooltip.DockAtBottom']/Head"));
+}
+
+void CMainDlg::OnDockPositionChanged(PropertyChangeEventArgs<int> *args) {
+  SetDockPosition(args->newValue != 0 ? L"Top" : L"Bottom");
+}
+
+void CMainDlg::ForwardDockPosition(PropertyChangeEventArgs<int> *args) { OnDockPositionChanged(args); }
+
+void CMainDlg::OnFlyoutVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) {
+  keepAwake = args->newValue == lumenor::Visibility::Visible;
+}
+
+// The end of the window.
+
+void CMainDlg::OnDestroy() {
+  for (const auto &button : userButtons)
+    DestroyButtonWindow(button);
+  for (const auto &button : mainButtons)
+    DestroyButtonWindow(button);
+  for (const auto &button : {forYouButton, searchProviderButton, searchButton, closeButton, resetButton})
+    DestroyButtonWindow(button);
+}
+
+void CMainDlg::OnClose() {
+  SaveUserElements();
+  ::PostQuitMessage(EndProcessQuitCode);
+}
+
+void CMainDlg::OnEndSession() { SaveUserElements(); }
+
+/// A document that can't be read came in as no buttons at all. Saving that would wipe out what the user may still
+/// mend, so it is left as it stands, or set aside where there are new buttons to be kept.
+void CMainDlg::SaveUserElements() {
+  if (IsBroken(userDocumentName)) {
+    if (userElements.empty())
+      return;
+    const std::wstring path = DocumentPath(userDocumentName);
+    ::CopyFileW(path.c_str(), (path + L".broken").c_str(), FALSE);
+  }
+  SaveDocument(userElements, userDocumentName);
+}
+
+} // namespace lumenor

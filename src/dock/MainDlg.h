@@ -1,0 +1,181 @@
+#pragma once
+// The dock: the window of the bar, which owns the bar's element tree and its buttons and is where all messages of the
+// application meet. The entry function builds one for every cycle and destroys it at the cycle's end. Its parts stand
+// in four files: MainDlg.cpp has its life and its messages, MainDlgComposition.cpp builds the bar,
+// MainDlgUserButtons.cpp keeps the user's row of buttons, MainDlgCommands.cpp answers clicks. User-interface thread.
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "content/Element.h"
+#include "dock/DockButton.h"
+#include "dock/DockMessages.h"
+#include "system/Handles.h"
+#include "system/Windows.h"
+#include "toolkit/BackPlate.h"
+#include "toolkit/Canvas.h"
+#include "toolkit/DockPanel.h"
+#include "toolkit/drawing/ButtonLayout.h"
+#include "toolkit/drawing/CheckedButton.h"
+#include "toolkit/drawing/ImageElement.h"
+#include "toolkit/drawing/Window.h"
+#include "toolkit/Event.h"
+#include "toolkit/Property.h"
+#include "toolkit/ScrollViewer.h"
+#include "toolkit/SearchBox.h"
+#include "toolkit/StackPanel.h"
+
+namespace lumenor {
+
+enum class Command;
+
+/// The registered message by which a second start asks the running dock to come to the front. The entry function
+/// registers it before any dock is built.
+inline UINT dockActivateMessage = 0;
+
+/// OLE on this thread, entered and left with the dock.
+class OleApartment {
+public:
+  OleApartment() { ::OleInitialize(nullptr); }
+  ~OleApartment() { ::OleUninitialize(); }
+  OleApartment(const OleApartment &) = delete;
+  OleApartment &operator=(const OleApartment &) = delete;
+};
+
+class CMainDlg : public Window {
+public:
+  /// Loads the user's buttons; makes no window yet, Create does. Raises HResultError when there is no task bar.
+  CMainDlg();
+  ~CMainDlg() override;
+
+  /// Puts a user button for `element` at `position` of the row. Does nothing for a position behind the end, or when all
+  /// ids are taken. Raises what making the button raises: the record is then in the list, without a button.
+  void AddButton(const Element &element, std::size_t position);
+
+  /// Takes a user button off the row, and its record off the list a message later. Null is ignored.
+  void RemoveButton(HWND buttonWindow);
+
+  /// Moves a user button and its record; `to` is the index after the removal.
+  void MoveButton(std::size_t from, std::size_t to);
+
+  /// Gives the For You button the picture of new items, or takes it away.
+  void SetForYouState(bool active);
+
+  /// The user's records, in the order in which they are saved.
+  const ElementList &GetUserElements() const { return userElements; }
+
+  /// The user's buttons in their order on the bar; those whose record makes no button have none.
+  const std::vector<std::shared_ptr<DockButton>> &GetUserButtons() const { return userButtons; }
+
+  /// The search provider in use; empty when there is none.
+  const Element &GetSelectedProvider() const { return selectedProvider; }
+
+  /// True while a flyout or a modal dialog is open.
+  bool IsKeptAwake() const { return keepAwake; }
+
+  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
+                            DWORD mapId = 0) override;
+  void InitializeComponent() override;
+
+protected:
+  void OnDestroy() override;
+  void OnClose() override;
+
+  /// Writes the edge that the position button asks for; the registry thread moves the bar.
+  virtual void OnDockPositionChanged(PropertyChangeEventArgs<int> *args);
+
+private:
+  static const MessageRow<CMainDlg> messageRows[];
+
+  // The rows of the message map: each makes words of the message's numbers and calls the handler of its name.
+  BOOL HandleNotify(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleDisplayChange(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleSetSearchProvider(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleRemoveButton(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleResetDock(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleTimer(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleDockAtTop(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleDockAtBottom(WPARAM wParam, LPARAM lParam, LRESULT &result);
+
+  bool OnNotify(const NMHDR &header);
+  void OnDisplayChange();
+  void OnSetSearchProvider(const Element &provider);
+  void OnRemoveButton(HWND buttonWindow);
+  void OnResetDock();
+  void OnTimer(UINT_PTR timer);
+  void OnDockAtTop();
+  void OnDockAtBottom();
+  void OnEndSession();
+  void SaveUserElements();
+  void StopRegistryThread();
+
+  // The steps of InitializeComponent, in their order.
+  void SetWindowIcon();
+  void BeginBar();
+  void AddMainButtons();
+  void AddSplitter(ImageElement &splitter, lumenor::Dock dock);
+  void AddUserButtons();
+  void AddCanvas();
+  void AddForYouButton();
+  void AddSearchField();
+  void AddSystemButtons();
+  void EndBar();
+  void AssignControlIds();
+  void StartTimers();
+  void StartRegistryThread();
+  void PlaceBar();
+
+  void AddToBar(UIElement &element, lumenor::Dock dock);
+  void PlaceOnCanvas(UIElement &element, const RECT &bounds);
+  void AddSystemButton(Button &button);
+  std::shared_ptr<DockButton> MakeButton(int index, const Element &element, const ButtonLayout &layout);
+  std::shared_ptr<DockButton> MakeCommandButton(const Element &element, const ButtonLayout &layout);
+  std::shared_ptr<DockButton> CreateUserButton(int index, const Element &element);
+  std::shared_ptr<CheckedButton> MakeDockPositionButton();
+  std::shared_ptr<IButtonPainter> MakePainter(const Element &element, const ButtonLayout &layout);
+
+  std::size_t IndexOfUserButton(HWND buttonWindow) const;
+
+  void OnButtonClick(ButtonEventArgs *args);
+  void RunCommand(Command command);
+  void ToggleFlyout(DockButton &button);
+  void ConfirmReset();
+  void CloseDock();
+  void ForwardDockPosition(PropertyChangeEventArgs<int> *args);
+  void OnFlyoutVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
+
+  RECT dockRect;
+  ElementList userElements;
+  std::vector<std::shared_ptr<DockButton>> userButtons;
+  std::vector<std::shared_ptr<DockButton>> mainButtons;
+  std::array<bool, maxUserButtons> buttonIdInUse{};
+  bool keepAwake = false;
+  std::shared_ptr<BackPlate> backPlate;
+  std::shared_ptr<ImageElement> rightSplitter;
+  std::shared_ptr<ImageElement> leftSplitter;
+  std::shared_ptr<SearchBox> searchBox;
+  Element selectedProvider;
+  std::shared_ptr<DockPanel> rootPanel;
+  std::shared_ptr<StackPanel> systemButtonPanel;
+  std::shared_ptr<DockPanel> barPanel;
+  std::shared_ptr<StackPanel> mainButtonPanel;
+  std::shared_ptr<ScrollViewer> scrollViewer;
+  std::shared_ptr<StackPanel> userButtonPanel;
+  std::shared_ptr<Canvas> canvas;
+  std::shared_ptr<DockButton> forYouButton;
+  std::shared_ptr<DockButton> searchProviderButton;
+  std::shared_ptr<DockButton> searchButton;
+  std::shared_ptr<DockButton> closeButton;
+  std::shared_ptr<DockButton> resetButton;
+  std::shared_ptr<CheckedButton> dockPositionButton;
+  KernelHandle registryThread;
+  std::shared_ptr<TypedEventListener<CMainDlg, ButtonEventArgs>> clickListener;
+  std::shared_ptr<TypedEventListener<CMainDlg, PropertyChangeEventArgs<int>>> dockPositionListener;
+  std::shared_ptr<TypedEventListener<CMainDlg, PropertyChangeEventArgs<lumenor::Visibility>>> flyoutVisibilityListener;
+  OleApartment oleApartment; // the last member, and so the first to go
+};
+
+} // namespace lumenor

@@ -1,0 +1,240 @@
+// How the bar is composed. A panel is given to its parent before it gets children of its own, since a child's window is
+// made under the window of its parent; the layout waits until everything stands.
+
+#include "dock/MainDlg.h"
+
+#include "content/Documents.h"
+#include "dock/BarButtons.h"
+#include "dock/BarDocuments.h"
+#include "dock/Commands.h"
+#include "dock/DockGlowButtonPainter.h"
+#include "dock/Placement.h"
+#include "dock/RegistryListener.h"
+#include "resources/resource.h"
+#include "system/HResultError.h"
+#include "system/LanguageResources.h"
+#include "system/Log.h"
+#include "toolkit/drawing/CommandNotFoundException.h"
+#include "toolkit/drawing/GlowButtonPainter.h"
+#include "toolkit/drawing/SelectableDelegateButtonPainter.h"
+#include "toolkit/Scale.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr int splitterWidth = 2;      // device pixels at every density
+constexpr int systemButtonMargin = 2; // likewise
+constexpr int barButtonSize = 77;
+constexpr int systemButtonSize = 16;
+
+/// A rectangle on the canvas, from design pixels.
+RECT CanvasRect(int left, int top, int width, int height) {
+  const LONG x = ScaleX(left);
+  const LONG y = ScaleY(top);
+  return {x, y, x + ScaleX(width), y + ScaleY(height)};
+}
+
+void SetControlId(Button &button, LONG id) { ::SetWindowLongW(button.GetHandle(), GWL_ID, id); }
+
+} // namespace
+
+void CMainDlg::InitializeComponent() {
+  LogInfo("MainDlg InitializeComponent");
+  SetWindowIcon();
+  BeginBar();
+  AddMainButtons();
+  AddSplitter(*leftSplitter, lumenor::Dock::Left);
+  AddUserButtons();
+  AddCanvas();
+  AddForYouButton();
+  AddSearchField();
+  AddSystemButtons();
+  EndBar();
+  AssignControlIds();
+  StartTimers();
+  StartRegistryThread();
+  PlaceBar();
+}
+
+void CMainDlg::SetWindowIcon() {
+  const HICON icon = ::LoadIconW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(MainIconId));
+  ::SendMessageW(handle, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+}
+
+void CMainDlg::BeginBar() {
+  SetChild(rootPanel.get());
+  rootPanel->BeginUpdate();
+  rootPanel->AddChild(backPlate.get());
+  rootPanel->AddChild(barPanel.get());
+  barPanel->BeginUpdate();
+}
+
+void CMainDlg::AddToBar(UIElement &element, lumenor::Dock dock) {
+  barPanel->AddChild(&element);
+  barPanel->SetDock(&element, dock);
+}
+
+void CMainDlg::AddSplitter(ImageElement &splitter, lumenor::Dock dock) {
+  splitter.DesiredWidth.Set(splitterWidth);
+  AddToBar(splitter, dock);
+}
+
+void CMainDlg::AddMainButtons() {
+  mainButtonPanel->Orientation.Set(lumenor::Orientation::Horizontal);
+  AddToBar(*mainButtonPanel, lumenor::Dock::Left);
+  for (const Element &element : LoadDocument(mainDocumentName, false)) {
+    const int index = static_cast<int>(mainButtons.size());
+    if (index == maxFixedButtons)
+      break;
+    const auto button = MakeButton(index, element, MakeBarButtonLayout());
+    button->DesiredWidth.Set(ScaleX(barButtonSize));
+    button->DesiredHeight.Set(ScaleY(barButtonSize));
+    mainButtonPanel->AddChild(button.get());
+    button->Click.AddListener(clickListener.get());
+    mainButtons.push_back(button);
+  }
+}
+
+/// A record that makes no button keeps its place among the records, and so do those behind the last button that has an
+/// id: all of them are saved again.
+void CMainDlg::AddUserButtons() {
+  AddToBar(*scrollViewer, lumenor::Dock::Fill);
+  userButtonPanel->Orientation.Set(lumenor::Orientation::Horizontal);
+  scrollViewer->SetChild(userButtonPanel.get());
+  userButtonPanel->BeginUpdate();
+  for (const Element &element : userElements) {
+    if (userButtons.size() == buttonIdInUse.size())
+      break;
+    try {
+      const auto button = CreateUserButton(static_cast<int>(userButtons.size()), element);
+      userButtonPanel->AddChild(button.get());
+      button->Click.AddListener(clickListener.get());
+      userButtons.push_back(button);
+    } catch (const CommandNotFoundException &) {
+    }
+  }
+  userButtonPanel->EndUpdate();
+}
+
+void CMainDlg::AddCanvas() {
+  canvas->DesiredWidth.Set(ScaleX(204));
+  canvas->DesiredHeight.Set(Height.Get());
+  AddToBar(*canvas, lumenor::Dock::Right);
+}
+
+void CMainDlg::AddForYouButton() {
+  LoadDocument(forYouDocumentName, false); // so that the document exists from now on
+  forYouButton = MakeCommandButton(MakeForYouElement(false), MakeForYouLayout());
+  PlaceOnCanvas(*forYouButton, CanvasRect(152, 12, 36, 64));
+}
+
+void CMainDlg::AddSearchField() {
+  PlaceOnCanvas(*searchBox, CanvasRect(16, 35, 120, 17));
+  AddSplitter(*rightSplitter, lumenor::Dock::Right);
+  searchProviderButton = MakeCommandButton(MakeSearchProviderElement(), MakeSearchButtonLayout());
+  PlaceOnCanvas(*searchProviderButton, CanvasRect(106, 37, 13, 14));
+  searchButton = std::make_shared<DockButton>(MakePainter(MakeSearchElement(), MakeSearchButtonLayout()), 0,
+                                              MakeSearchElement(), nullptr);
+  PlaceOnCanvas(*searchButton, CanvasRect(116, 37 - 3, 13 + 6, 14 + 6));
+  searchButton->Click.AddListener(clickListener.get());
+}
+
+void CMainDlg::PlaceOnCanvas(UIElement &element, const RECT &bounds) {
+  element.SetBounds(&bounds);
+  canvas->AddChild(&element);
+}
+
+void CMainDlg::AddSystemButtons() {
+  PlaceOnCanvas(*systemButtonPanel, CanvasRect(148, 2, 60, 16));
+  systemButtonPanel->Orientation.Set(lumenor::Orientation::Horizontal);
+  systemButtonPanel->BeginUpdate();
+  resetButton = MakeCommandButton(MakeResetElement(), MakeSystemButtonLayout());
+  AddSystemButton(*resetButton);
+  dockPositionButton = MakeDockPositionButton();
+  AddSystemButton(*dockPositionButton);
+  dockPositionButton->Checked.changed.AddListener(dockPositionListener.get());
+  closeButton = MakeCommandButton(MakeCloseElement(), MakeSystemButtonLayout());
+  AddSystemButton(*closeButton);
+}
+
+void CMainDlg::AddSystemButton(Button &button) {
+  button.DesiredWidth.Set(ScaleX(systemButtonSize));
+  button.DesiredHeight.Set(ScaleY(systemButtonSize));
+  if (&button != resetButton.get()) {
+    button.HorizontalAlignment.Set(lumenor::HorizontalAlignment::Right);
+    button.Margin.Set({.left = systemButtonMargin});
+  }
+  systemButtonPanel->AddChild(&button);
+}
+
+/// Checked stands for a bar at the top, and its picture offers the bottom.
+std::shared_ptr<CheckedButton> CMainDlg::MakeDockPositionButton() {
+  const auto makePainter = [this](const wchar_t *image) {
+    return std::make_shared<GlowButtonPainter>(renderTarget, 0, L"", image, MakeSystemButtonLayout(), L"");
+  };
+  auto button = std::make_shared<CheckedButton>(std::make_shared<SelectableDelegateButtonPainter>(
+      makePainter(L"..\\resources\\move_to_top.png"), makePainter(L"..\\resources\\move_to_bottom.png")));
+  button->Checked.Set(1);
+  button->Name.Set(LoadDockString(L"Element[@ID='Button.Tooltip.DockAtTop']/Head"));
+  return button;
+}
+
+std::shared_ptr<IButtonPainter> CMainDlg::MakePainter(const Element &element, const ButtonLayout &layout) {
+  return std::make_shared<DockGlowButtonPainter>(renderTarget, 0, element, layout);
+}
+
+std::shared_ptr<DockButton> CMainDlg::MakeButton(int index, const Element &element, const ButtonLayout &layout) {
+  return std::make_shared<DockButton>(MakePainter(element, layout), index, element, flyoutVisibilityListener.get());
+}
+
+std::shared_ptr<DockButton> CMainDlg::MakeCommandButton(const Element &element, const ButtonLayout &layout) {
+  auto button = MakeButton(0, element, layout);
+  button->Click.AddListener(clickListener.get());
+  return button;
+}
+
+void CMainDlg::EndBar() {
+  systemButtonPanel->EndUpdate();
+  barPanel->EndUpdate();
+  rootPanel->EndUpdate();
+}
+
+/// Only the ids of the user buttons are ever looked at. Those of the command buttons count on from the number of user
+/// buttons, and so may meet a fixed button's.
+void CMainDlg::AssignControlIds() {
+  for (std::size_t i = 0; i < userButtons.size(); ++i) {
+    SetControlId(*userButtons[i], FirstUserButtonId + static_cast<LONG>(i));
+    buttonIdInUse[i] = true;
+  }
+  for (std::size_t i = 0; i < mainButtons.size(); ++i)
+    SetControlId(*mainButtons[i], FirstFixedButtonId + static_cast<LONG>(i));
+  LONG id = FirstFixedButtonId + static_cast<LONG>(userButtons.size());
+  Button *const commandButtons[] = {forYouButton.get(), searchProviderButton.get(), searchButton.get(),
+                                    closeButton.get(),  resetButton.get(),          dockPositionButton.get()};
+  for (Button *button : commandButtons)
+    SetControlId(*button, id++);
+}
+
+void CMainDlg::StartTimers() {
+  ::SetTimer(handle, FadeTimer, fadeStepMs, nullptr);
+  ::SetTimer(handle, StartMainApplicationTimer, startMainApplicationMs, nullptr);
+  ::SetTimer(handle, TrackingTimer, trackingFlushMs, nullptr);
+}
+
+void CMainDlg::StartRegistryThread() {
+  KernelHandle registryEvent(::CreateEventW(nullptr, FALSE, FALSE, registryListenerEventName));
+  registryThread = StartRegistryListener(std::move(registryEvent), handle);
+}
+
+/// The bar comes up at the top; a user who wants it at the bottom gets it moved there before it shows.
+void CMainDlg::PlaceBar() {
+  const RECT place = lumenor::GetWindowRect();
+  SetBounds(&place);
+  if (GetDockPosition() != L"Bottom")
+    return;
+  OnDockAtBottom();
+  dockPositionButton->Checked.Set(0);
+}
+
+} // namespace lumenor

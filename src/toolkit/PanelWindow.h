@@ -12,7 +12,7 @@ using PanelTraits = CWinTraits<WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0>;
 
 /// The messages that every panel handles. WM_PAINT becomes an invalidation of the parent: a child window never draws,
 /// it passes the job up to the root. WM_COMMAND is posted back to the control that sent it.
-BOOL ProcessPanelMessage(UIElement &panel, HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result);
+BOOL ProcessPanelMessage(UIElement &panel, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result);
 
 /// Moves a panel's window to the element's rectangle, on top of its siblings.
 void MovePanelWindow(UIElement &panel);
@@ -40,9 +40,8 @@ public:
   void OnWidthChanged() override { MoveAndLayOut(); }
   void OnHeightChanged() override { MoveAndLayOut(); }
 
-  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
-                            DWORD = 0) override {
-    return ProcessPanelMessage(*this, window, message, wParam, lParam, result);
+  BOOL ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD = 0) override {
+    return ProcessPanelMessage(*this, message, wParam, lParam, result);
   }
 
 private:

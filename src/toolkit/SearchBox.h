@@ -2,6 +2,8 @@
 // The frame around the search field: two rounded outlines that make it look sunk in. No window, no filling.
 // User-interface thread.
 
+#include "system/Windows.h"
+
 #include <dwrite.h>
 
 #include "toolkit/UIElement.h"

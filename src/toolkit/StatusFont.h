@@ -1,17 +1,20 @@
 #pragma once
 // The system's status font, in which the toolkit writes everything. Any thread.
 
+#include "system/Windows.h"
+
 #include <dwrite.h>
 #include <wrl/client.h>
 
-#include "system/Windows.h"
-
 namespace lumenor {
+
+/// The locale that every text format is made for, whatever the user's is.
+constexpr const wchar_t *textLocaleName = L"en";
 
 /// The process's shared DirectWrite factory, a new reference. Raises HResultError.
 Microsoft::WRL::ComPtr<IDWriteFactory> CreateTextFactory();
 
-/// The status font of the system's non-client metrics. Raises HResultError.
+/// The status font of the system's non-client metrics; all zero when the platform has none to tell.
 LOGFONTW GetStatusFont();
 
 /// A text format in the status font's family, `size` in device-independent units, vertically centred. Raises

@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "system/Windows.h"
+
 #include <dwrite.h>
 
 #include "toolkit/UIElement.h"
@@ -44,7 +46,7 @@ private:
 
   void Measure();
   void CreateFormat();
-  void SetTrimming(IDWriteFactory *factory);
+  void ApplyTrimming(IDWriteFactory *factory, IDWriteTextFormat *format);
   template <typename T> Listener<T> UpdateOn(Property<T> &property);
   template <typename T> void OnFormatChanged(PropertyChangeEventArgs<T> *args);
   void OnTextChanged(PropertyChangeEventArgs<std::wstring> *args);

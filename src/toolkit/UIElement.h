@@ -5,10 +5,11 @@
 
 #include <string>
 
+#include "system/Windows.h"
+
 #include <d2d1.h>
 #include <wrl/client.h>
 
-#include "system/Windows.h"
 #include "toolkit/Geometry.h"
 #include "toolkit/Property.h"
 

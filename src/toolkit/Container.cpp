@@ -1,0 +1,123 @@
+#include "toolkit/Container.h"
+
+#include <algorithm>
+
+namespace lumenor {
+
+Container::Container()
+    : leftListener(MakeListener(this, &Container::ForwardLeft)),
+      topListener(MakeListener(this, &Container::ForwardTop)),
+      widthListener(MakeListener(this, &Container::ForwardWidth)),
+      heightListener(MakeListener(this, &Container::ForwardHeight)),
+      childDesiredWidthListener(MakeListener(this, &Container::ForwardChildDesiredWidth)),
+      childDesiredHeightListener(MakeListener(this, &Container::ForwardChildDesiredHeight)),
+      childVisibilityListener(MakeListener(this, &Container::ForwardChildVisibility)) {
+  Left.changed.AddListener(leftListener.get());
+  Top.changed.AddListener(topListener.get());
+  Width.changed.AddListener(widthListener.get());
+  Height.changed.AddListener(heightListener.get());
+}
+
+void Container::Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) {
+  for (UIElement *child : children)
+    PaintChild(renderTarget, child, rect); // which leaves out what isn't visible
+}
+
+bool Container::IsDirty() {
+  return dirty || std::any_of(children.begin(), children.end(), [](UIElement *child) { return child->IsDirty(); });
+}
+
+void Container::Update() { Layout(); }
+
+void Container::AddChild(UIElement *child) {
+  if (child == nullptr)
+    return;
+  children.push_back(child);
+  AttachChild(child);
+}
+
+void Container::RemoveChild(UIElement *child) {
+  const auto found = std::find(children.begin(), children.end(), child);
+  if (found != children.end()) {
+    children.erase(found);
+    if (child->parent != nullptr)
+      child->OnDetached();
+    child->parent = nullptr;
+    child->DesiredWidth.changed.RemoveListener(childDesiredWidthListener.get());
+    child->DesiredHeight.changed.RemoveListener(childDesiredHeightListener.get());
+    child->Visibility.changed.RemoveListener(childVisibilityListener.get());
+  }
+  Layout();
+}
+
+void Container::InsertChild(UIElement *child, std::size_t index) {
+  if (child == nullptr)
+    return;
+  if (index >= children.size())
+    return AddChild(child);
+  children.insert(children.begin() + static_cast<std::ptrdiff_t>(index), child);
+  AttachChild(child);
+}
+
+std::size_t Container::MoveChild(std::size_t from, std::size_t to) {
+  if (from >= children.size())
+    return children.size();
+  UIElement *child = children[from];
+  children.erase(children.begin() + static_cast<std::ptrdiff_t>(from));
+  const std::size_t place = std::min(to, children.size());
+  children.insert(children.begin() + static_cast<std::ptrdiff_t>(place), child);
+  Layout();
+  return place;
+}
+
+std::vector<UIElement *> Container::GetChildren() { return children; }
+
+void Container::Layout() {}
+
+int Container::IndexOfChild(UIElement *child) {
+  const auto found = std::find(children.begin(), children.end(), child);
+  return found == children.end() ? -1 : static_cast<int>(found - children.begin());
+}
+
+void Container::AttachChild(UIElement *child) {
+  if (child->parent != nullptr)
+    child->OnDetached();
+  child->parent = this;
+  child->OnAttached();
+  Layout();
+  child->DesiredWidth.changed.AddListener(childDesiredWidthListener.get());
+  child->DesiredHeight.changed.AddListener(childDesiredHeightListener.get());
+  child->Visibility.changed.AddListener(childVisibilityListener.get());
+}
+
+void Container::OnLeftChanged() { Layout(); }
+
+void Container::OnTopChanged() { Layout(); }
+
+void Container::OnWidthChanged() { Layout(); }
+
+void Container::OnHeightChanged() { Layout(); }
+
+void Container::OnChildDesiredWidthChanged() { Layout(); }
+
+void Container::OnChildDesiredHeightChanged() { Layout(); }
+
+void Container::OnChildVisibilityChanged() { Layout(); }
+
+// The listeners are bound here, in the base; the virtual call lets the overrides of derived classes take effect.
+
+void Container::ForwardLeft(PropertyChangeEventArgs<long> *) { OnLeftChanged(); }
+
+void Container::ForwardTop(PropertyChangeEventArgs<long> *) { OnTopChanged(); }
+
+void Container::ForwardWidth(PropertyChangeEventArgs<long> *) { OnWidthChanged(); }
+
+void Container::ForwardHeight(PropertyChangeEventArgs<long> *) { OnHeightChanged(); }
+
+void Container::ForwardChildDesiredWidth(PropertyChangeEventArgs<long> *) { OnChildDesiredWidthChanged(); }
+
+void Container::ForwardChildDesiredHeight(PropertyChangeEventArgs<long> *) { OnChildDesiredHeightChanged(); }
+
+void Container::ForwardChildVisibility(PropertyChangeEventArgs<lumenor::Visibility> *) { OnChildVisibilityChanged(); }
+
+} // namespace lumenor

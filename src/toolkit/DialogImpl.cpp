@@ -1,0 +1,103 @@
+#include "toolkit/DialogImpl.h"
+
+#include <utility>
+
+#include "system/WindowException.h"
+
+namespace lumenor {
+
+namespace {
+
+/// The object whose window this thread is making and that has seen no message yet. One for each thread, so no lock.
+thread_local CDialog *startingDialog = nullptr;
+
+/// Announces the object to the start-up procedure; takes it back when no message came.
+class DialogStart {
+public:
+  explicit DialogStart(CDialog *object) : former(std::exchange(startingDialog, object)) {}
+  ~DialogStart() { startingDialog = former; }
+  DialogStart(const DialogStart &) = delete;
+  DialogStart &operator=(const DialogStart &) = delete;
+
+private:
+  CDialog *former;
+};
+
+/// Whether a dialog procedure's answer to `message` is its return value itself.
+bool AnswersDirectly(UINT message) {
+  switch (message) {
+  case WM_INITDIALOG:
+  case WM_COMPAREITEM:
+  case WM_VKEYTOITEM:
+  case WM_CHARTOITEM:
+  case WM_QUERYDRAGICON:
+  case WM_CTLCOLORMSGBOX:
+  case WM_CTLCOLOREDIT:
+  case WM_CTLCOLORLISTBOX:
+  case WM_CTLCOLORBTN:
+  case WM_CTLCOLORDLG:
+  case WM_CTLCOLORSCROLLBAR:
+  case WM_CTLCOLORSTATIC:
+    return true;
+  default:
+    return false;
+  }
+}
+
+INT_PTR Answer(HWND window, UINT message, LRESULT result) {
+  if (AnswersDirectly(message))
+    return result;
+  ::SetWindowLongPtrW(window, DWLP_MSGRESULT, result);
+  return TRUE;
+}
+
+INT_PTR AnswerByObject(CWindow &object, HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  try {
+    LRESULT result = 0;
+    return object.ProcessWindowMessage(window, message, wParam, lParam, result) ? Answer(window, message, result)
+                                                                                : FALSE;
+  } catch (...) {
+    KeepWindowException();
+    return FALSE;
+  }
+}
+
+INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  CWindow *object = ObjectOf(window);
+  const INT_PTR answer = object == nullptr ? FALSE : AnswerByObject(*object, window, message, wParam, lParam);
+  if (message == WM_NCDESTROY)
+    ReleaseWindow(window);
+  return answer;
+}
+
+INT_PTR CALLBACK StartDialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  CDialog *object = std::exchange(startingDialog, nullptr);
+  if (object == nullptr)
+    return FALSE;
+  HoldWindow(window, *object);
+  const DLGPROC procedure = object->GetDialogProc();
+  ::SetWindowLongPtrW(window, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(procedure));
+  return procedure(window, message, wParam, lParam);
+}
+
+} // namespace
+
+DLGPROC CDialog::GetDialogProc() { return DialogProcedure; }
+
+HWND CreateDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
+  const DialogStart start(object);
+  const HWND window = ::CreateDialogParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(dialogId), parentWindow,
+                                           StartDialogProcedure, 0);
+  RethrowWindowException();
+  return ::IsWindow(window) ? window : nullptr;
+}
+
+INT_PTR RunDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
+  const DialogStart start(object);
+  const INT_PTR answer =
+      ::DialogBoxParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(dialogId), parentWindow, StartDialogProcedure, 0);
+  RethrowWindowException();
+  return answer;
+}
+
+} // namespace lumenor

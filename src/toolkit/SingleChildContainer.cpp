@@ -1,0 +1,49 @@
+#include "toolkit/SingleChildContainer.h"
+
+namespace lumenor {
+
+SingleChildContainer::SingleChildContainer()
+    : widthListener(MakeListener(this, &SingleChildContainer::ForwardWidth)),
+      heightListener(MakeListener(this, &SingleChildContainer::ForwardHeight)) {
+  Width.changed.AddListener(widthListener.get());
+  Height.changed.AddListener(heightListener.get());
+}
+
+void SingleChildContainer::Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) {
+  PaintChild(renderTarget, child, rect);
+}
+
+bool SingleChildContainer::IsDirty() { return dirty || (child != nullptr && child->IsDirty()); }
+
+UIElement *SingleChildContainer::GetChild() { return child; }
+
+void SingleChildContainer::SetChild(UIElement *newChild) {
+  if (child != nullptr) {
+    if (child->parent != nullptr)
+      child->OnDetached();
+    child->parent = nullptr;
+  }
+  child = newChild;
+  if (child->parent != nullptr)
+    child->OnDetached();
+  child->parent = this;
+  child->OnAttached();
+  Layout();
+}
+
+void SingleChildContainer::Layout() {
+  if (child == nullptr)
+    return;
+  child->Width.Set(Width.Get());
+  child->Height.Set(Height.Get());
+}
+
+void SingleChildContainer::OnWidthChanged() { Layout(); }
+
+void SingleChildContainer::OnHeightChanged() { Layout(); }
+
+void SingleChildContainer::ForwardWidth(PropertyChangeEventArgs<long> *) { OnWidthChanged(); }
+
+void SingleChildContainer::ForwardHeight(PropertyChangeEventArgs<long> *) { OnHeightChanged(); }
+
+} // namespace lumenor

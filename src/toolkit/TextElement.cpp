@@ -1,0 +1,104 @@
+#include "toolkit/TextElement.h"
+
+#include <cmath>
+
+#include "system/HResultError.h"
+#include "toolkit/StatusFont.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr float unbounded = 2147483648.0F;
+
+/// Whether the locale of the text formats is read from right to left.
+bool ReadsRightToLeft() {
+  const int length = ::GetLocaleInfoEx(textLocaleName, LOCALE_IREADINGLAYOUT, nullptr, 0);
+  if (length <= 0)
+    return false;
+  std::wstring layout(static_cast<std::size_t>(length), L'\0');
+  ::GetLocaleInfoEx(textLocaleName, LOCALE_IREADINGLAYOUT, layout.data(), length);
+  return layout[0] == L'1';
+}
+
+UINT32 Length(const std::wstring &text) { return static_cast<UINT32>(text.size()); }
+
+} // namespace
+
+TextElement::TextElement(RenderTargetPtr renderTarget) : renderTarget(std::move(renderTarget)) {
+  CreateFormat();
+  textListener = MakeListener(this, &TextElement::OnTextChanged);
+  Text.changed.AddListener(textListener.get());
+  colorListener = UpdateOn(Color);
+  textAlignmentListener = UpdateOn(TextAlignment);
+  fontSizeListener = UpdateOn(FontSize);
+  fontWeightListener = UpdateOn(FontWeight);
+  fontStyleListener = UpdateOn(FontStyle);
+  fontStretchListener = UpdateOn(FontStretch);
+  trimmingListener = UpdateOn(Trimming);
+  // WordWrapping has no listener: a change waits for the next Update.
+}
+
+template <typename T> TextElement::Listener<T> TextElement::UpdateOn(Property<T> &property) {
+  auto listener = MakeListener(this, &TextElement::OnFormatChanged<T>);
+  property.changed.AddListener(listener.get());
+  return listener;
+}
+
+template <typename T> void TextElement::OnFormatChanged(PropertyChangeEventArgs<T> *) { Update(); }
+
+void TextElement::OnTextChanged(PropertyChangeEventArgs<std::wstring> *) { Measure(); }
+
+void TextElement::Update() {
+  if (IsUpdating())
+    return;
+  CreateFormat();
+  const lumenor::Color &color = Color.Get();
+  const D2D1_COLOR_F brushColor{color.red, color.green, color.blue, color.alpha};
+  brush.Reset();
+  ThrowIfFailed(renderTarget->CreateSolidColorBrush(&brushColor, nullptr, &brush));
+  Measure();
+}
+
+void TextElement::CreateFormat() {
+  const auto factory = CreateTextFactory();
+  const auto format =
+      CreateStatusTextFormat(factory.Get(), FontWeight.Get(), FontStyle.Get(), FontStretch.Get(), FontSize.Get());
+  ThrowIfFailed(format->SetTextAlignment(TextAlignment.Get()));
+  ThrowIfFailed(format->SetWordWrapping(static_cast<DWRITE_WORD_WRAPPING>(WordWrapping.Get())));
+  if (ReadsRightToLeft())
+    ThrowIfFailed(format->SetReadingDirection(DWRITE_READING_DIRECTION_RIGHT_TO_LEFT));
+  ApplyTrimming(factory.Get(), format.Get());
+  textFormat = format;
+}
+
+void TextElement::ApplyTrimming(IDWriteFactory *factory, IDWriteTextFormat *format) {
+  Microsoft::WRL::ComPtr<IDWriteInlineObject> sign;
+  DWRITE_TRIMMING trimming{DWRITE_TRIMMING_GRANULARITY_NONE, 0, 0};
+  if (Trimming.Get() != 0) {
+    ThrowIfFailed(factory->CreateEllipsisTrimmingSign(format, &sign));
+    trimming.granularity = DWRITE_TRIMMING_GRANULARITY_CHARACTER;
+  }
+  ThrowIfFailed(format->SetTrimming(&trimming, sign.Get()));
+}
+
+void TextElement::Measure() {
+  const auto factory = CreateTextFactory();
+  Microsoft::WRL::ComPtr<IDWriteTextLayout> layout;
+  ThrowIfFailed(factory->CreateTextLayout(Text.Get().data(), Length(Text.Get()), textFormat.Get(), unbounded, unbounded,
+                                          &layout));
+  DWRITE_TEXT_METRICS metrics{};
+  ThrowIfFailed(layout->GetMetrics(&metrics));
+  DesiredWidth.Set(static_cast<long>(std::ceil(metrics.width)));
+  DesiredHeight.Set(static_cast<long>(std::ceil(metrics.height)));
+  Invalidate();
+}
+
+void TextElement::Paint(RenderTargetPtr, const D2D1_RECT_F *rect) {
+  if (brush == nullptr)
+    return; // never updated
+  renderTarget->DrawText(Text.Get().data(), Length(Text.Get()), textFormat.Get(), rect, brush.Get(),
+                         D2D1_DRAW_TEXT_OPTIONS_NONE, DWRITE_MEASURING_MODE_NATURAL);
+}
+
+} // namespace lumenor

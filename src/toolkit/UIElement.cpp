@@ -1,0 +1,62 @@
+#include "toolkit/UIElement.h"
+
+namespace lumenor {
+
+HWND UIElement::GetHandle() { return nullptr; }
+
+bool UIElement::IsDirty() { return dirty; }
+
+void UIElement::Invalidate() {
+  dirty = true;
+  if (parent != nullptr)
+    parent->Invalidate();
+}
+
+void UIElement::Update() {}
+
+void UIElement::OnAttached() {}
+
+void UIElement::OnDetached() {}
+
+UIElement *UIElement::GetRootElement() {
+  const HWND window = GetHandle();
+  if (::IsWindow(window) && (::GetWindowLongW(window, GWL_STYLE) & WS_CHILD) == 0)
+    return this;
+  return parent == nullptr ? nullptr : parent->parent;
+}
+
+HWND UIElement::GetRootHandle() {
+  UIElement *root = GetRootElement();
+  return root == nullptr ? nullptr : root->GetHandle();
+}
+
+void UIElement::SetBounds(const RECT *rectangle) {
+  Left.Set(rectangle->left);
+  Top.Set(rectangle->top);
+  Width.Set(rectangle->right - rectangle->left);
+  Height.Set(rectangle->bottom - rectangle->top);
+}
+
+void UIElement::PaintChild(RenderTargetPtr renderTarget, UIElement *child, const D2D1_RECT_F *parentRect) {
+  if (child == nullptr || child->Visibility.Get() != lumenor::Visibility::Visible)
+    return;
+  D2D1_RECT_F rect;
+  rect.left = static_cast<float>(child->Left.Get()) + parentRect->left;
+  rect.top = static_cast<float>(child->Top.Get()) + parentRect->top;
+  rect.right = static_cast<float>(child->Width.Get()) + rect.left;
+  rect.bottom = static_cast<float>(child->Height.Get()) + rect.top;
+  renderTarget->PushAxisAlignedClip(&rect, D2D1_ANTIALIAS_MODE_PER_PRIMITIVE);
+  child->Paint(renderTarget, &rect);
+  renderTarget->PopAxisAlignedClip();
+}
+
+void UIElement::BeginUpdate() { ++updateDepth; }
+
+void UIElement::EndUpdate() {
+  if (updateDepth > 0)
+    --updateDepth;
+  if (updateDepth == 0)
+    Update();
+}
+
+} // namespace lumenor

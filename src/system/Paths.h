@@ -8,8 +8,9 @@
 
 namespace lumenor {
 
-/// `text` with its environment variables expanded; `text` itself when the platform can't expand it. Raises nothing.
-std::wstring ExpandPath(const std::wstring &text) noexcept;
+/// `text` with its environment variables expanded; `text` itself when the platform can't expand it. No failure of the
+/// platform raises.
+std::wstring ExpandPath(const std::wstring &text);
 
 /// Whether the platform finds a file or folder at the expanded `path`.
 bool PathExists(const std::wstring &path);

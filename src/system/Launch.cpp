@@ -1,0 +1,54 @@
+#include "system/Launch.h"
+
+#include "system/Paths.h"
+#include "system/Windows.h"
+
+#include <shellapi.h>
+
+namespace lumenor {
+
+namespace {
+
+constexpr std::size_t none = std::wstring::npos;
+
+std::wstring Resolve(const std::wstring &program) { return ExpandPath(MapProgramFiles(program)); }
+
+bool IsFile(const std::wstring &path) {
+  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+/// The first blank before which the text is an existing file. The text's length is the blank's index and not its
+/// distance from `begin`: only a command line without blanks before the program is taken apart.
+std::size_t FindEndOfProgram(const std::wstring &commandLine, std::size_t begin) {
+  std::size_t blank = commandLine.find(L' ');
+  while (blank != none && !IsFile(Resolve(commandLine.substr(begin, blank))))
+    blank = commandLine.find(L' ', blank + 1);
+  return blank;
+}
+
+std::wstring FromFirstNonBlank(const std::wstring &text, std::size_t from) {
+  const std::size_t begin = text.find_first_not_of(L' ', from);
+  return begin == none ? std::wstring() : text.substr(begin);
+}
+
+} // namespace
+
+CommandLine SplitCommandLine(const std::wstring &commandLine) {
+  const std::size_t first = commandLine.find_first_not_of(L' ');
+  if (first == none)
+    return {commandLine, {}};
+  const bool quoted = commandLine[first] == L'"';
+  const std::size_t begin = quoted ? first + 1 : first;
+  const std::size_t end = quoted ? commandLine.find(L'"', begin) : FindEndOfProgram(commandLine, begin);
+  if (end == none)
+    return {Resolve(commandLine), {}};
+  const std::size_t length = quoted ? end - begin : end;
+  return {Resolve(commandLine.substr(begin, length)), FromFirstNonBlank(commandLine, end + 1)};
+}
+
+void OpenWithShell(const std::wstring &program, const std::wstring &arguments) {
+  ::ShellExecuteW(nullptr, L"open", program.c_str(), arguments.empty() ? nullptr : arguments.c_str(), nullptr, SW_SHOW);
+}
+
+} // namespace lumenor

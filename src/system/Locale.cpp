@@ -1,0 +1,117 @@
+#include "system/Locale.h"
+
+#include "system/Registry.h"
+#include "system/Text.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr GEOID noCountry = -1;
+constexpr LANGID simplifiedChinese = 0x804;
+constexpr LANGID hongKongChinese = 0xC04;
+constexpr GEOID china = 45;
+constexpr GEOID hongKong = 104;
+constexpr GEOID taiwan = 237;
+
+constexpr wchar_t defaultLanguageCountry[] = L"enu_us";
+constexpr wchar_t defaultRfc1766[] = L"en_us";
+
+constexpr wchar_t platformKeyPath[] = L"HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarnwick\\System Properties";
+constexpr wchar_t platformValue[] = L"platform";
+constexpr wchar_t defaultPlatform[] = L"VRA";
+
+struct PlatformFolder {
+  const wchar_t *stored;
+  const wchar_t *code;
+};
+
+constexpr PlatformFolder platformFolders[] = {{L"TWD", L"VRA"}, {L"VRA", L"VRA"}, {L"VRB", L"VRA"},
+                                              {L"VRC", L"VRC"}, {L"VRD", L"VRD"}, {L"VRE", L"VRE"}};
+
+/// A country's data; empty when the platform doesn't have it.
+std::wstring CountryData(GEOID geo, GEOTYPE type, LANGID language) {
+  const int size = geoInfoQuery(geo, type, nullptr, 0, language);
+  if (size <= 0)
+    return {};
+  std::wstring data(static_cast<std::size_t>(size), L'\0');
+  if (geoInfoQuery(geo, type, data.data(), size, language) == 0)
+    return {};
+  return data.c_str();
+}
+
+/// The three-letter name of the user interface's language; empty when the platform doesn't have it.
+std::wstring AbbreviatedLanguage() {
+  const LCID locale = ::GetUserDefaultUILanguage();
+  const int size = ::GetLocaleInfoW(locale, LOCALE_SABBREVLANGNAME, nullptr, 0);
+  if (size <= 0)
+    return {};
+  std::wstring name(static_cast<std::size_t>(size), L'\0');
+  if (::GetLocaleInfoW(locale, LOCALE_SABBREVLANGNAME, name.data(), size) == 0)
+    return {};
+  return name.c_str();
+}
+
+std::wstring StoredPlatform() {
+  RegistryKeyHolder holder;
+  if (!OpenRegistryPath(platformKeyPath, holder, KEY_READ))
+    return defaultPlatform;
+  return ReadRegistryString(holder.key.Get(), platformValue).value_or(defaultPlatform);
+}
+
+} // namespace
+
+GeoInfoQuery geoInfoQuery = &::GetGeoInfoW;
+
+std::wstring LanguageCountryKey() {
+  const std::wstring country = UserCountryCode();
+  const std::wstring language = AbbreviatedLanguage();
+  if (country.empty() || language.empty())
+    return defaultLanguageCountry;
+  return language + L"_" + country;
+}
+
+GEOID Rfc1766Country(LANGID language, GEOID geo) {
+  if (language == simplifiedChinese)
+    return china;
+  if (language == hongKongChinese && geo != taiwan)
+    return hongKong;
+  return geo;
+}
+
+std::wstring Rfc1766Key() {
+  const LANGID language = ::GetUserDefaultUILanguage();
+  const GEOID geo = Rfc1766Country(language, ::GetUserGeoID(GEOCLASS_NATION));
+  if (geo == noCountry)
+    return defaultRfc1766;
+  std::wstring tag = CountryData(geo, GEO_RFC1766, language);
+  if (tag.empty())
+    return defaultRfc1766;
+  if (const std::size_t hyphen = tag.find(L'-'); hyphen != std::wstring::npos)
+    tag[hyphen] = L'_';
+  return tag;
+}
+
+std::wstring UserCountryCode() {
+  const GEOID geo = ::GetUserGeoID(GEOCLASS_NATION);
+  return geo == noCountry ? std::wstring() : CountryData(geo, GEO_ISO2, 0);
+}
+
+std::wstring PlatformCode() {
+  const std::wstring stored = StoredPlatform();
+  for (const PlatformFolder &folder : platformFolders)
+    if (EqualsIgnoringCase(stored, folder.stored))
+      return folder.code;
+  return defaultPlatform;
+}
+
+std::array<std::wstring, 3> StubLocaleChain(const std::wstring &locale) {
+  return {locale, locale.substr(0, locale.find(L'_')) + L"_xx", L"xx_xx"};
+}
+
+std::array<std::wstring, 4> ResourceLocaleChain(const std::wstring &locale) {
+  const auto [whole, language, any] = StubLocaleChain(locale);
+  return {whole, language, any, L"en_xx"};
+}
+
+} // namespace lumenor

@@ -1,0 +1,90 @@
+#include "system/Paths.h"
+
+#include <cwchar>
+#include <string_view>
+
+#include "system/Handles.h"
+#include "system/Log.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr std::wstring_view programFiles = L"%programfiles%";
+constexpr wchar_t programFilesX86[] = L"%programfiles(x86)%";
+
+constexpr wchar_t installFolder[] = L"\\Tarnwick\\Lumenor";
+constexpr wchar_t mainAppFile[] = L"\\Tarnwick\\Lumenor\\Lumenor.exe";
+constexpr wchar_t dockFile[] = L"\\Tarnwick\\Lumenor\\Dock\\LumenorDock.exe";
+
+/// The expanded place below one of the two program folders at which something is; the first when nothing is at either.
+std::wstring FindInstalled(const wchar_t *place) {
+  const std::wstring first = ExpandPath(std::wstring(programFiles) + place);
+  if (PathExists(first))
+    return first;
+  const std::wstring second = ExpandPath(std::wstring(programFilesX86) + place);
+  return PathExists(second) ? second : first;
+}
+
+bool IsBelowProgramFiles(const std::wstring &path) {
+  return path.size() > programFiles.size() && path[programFiles.size()] == L'\\' &&
+         ::_wcsnicmp(path.c_str(), programFiles.data(), programFiles.size()) == 0;
+}
+
+} // namespace
+
+std::wstring ExpandPath(const std::wstring &text) {
+  try {
+    const DWORD size = ::ExpandEnvironmentStringsW(text.c_str(), nullptr, 0);
+    std::wstring expansion(size, L'\0');
+    if (size == 0 || ::ExpandEnvironmentStringsW(text.c_str(), expansion.data(), size) != size)
+      return text;
+    expansion.resize(size - 1); // without the closing null
+    return expansion;
+  } catch (...) {
+    return text; // callers have nothing better to go on with
+  }
+}
+
+bool PathExists(const std::wstring &path) { return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+std::wstring FileNamePart(const std::wstring &path) {
+  if (const std::size_t last = path.find_last_of(L'\\'); last != std::wstring::npos)
+    return path.substr(last + 1);
+  std::wstring front = FolderPart(path);
+  if (!front.empty())
+    front.pop_back();
+  return front;
+}
+
+std::wstring FolderPart(const std::wstring &path) {
+  std::size_t last = path.find_last_of(L'\\');
+  if (last == std::wstring::npos)
+    last = path.find_last_of(L'/');
+  return last == std::wstring::npos ? std::wstring() : path.substr(0, last);
+}
+
+FILETIME LastWriteTime(const std::wstring &path) {
+  LogInfo("Getting last modified time for %S", path.c_str());
+  FILETIME time = {};
+  const FileHandle file(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (file)
+    ::GetFileTime(file.Get(), nullptr, nullptr, &time);
+  return time;
+}
+
+std::wstring MainAppPath() { return FindInstalled(mainAppFile); }
+
+std::wstring InstallFolder() { return FindInstalled(installFolder); }
+
+std::wstring DockExePath() { return FindInstalled(dockFile); }
+
+std::wstring MapProgramFiles(const std::wstring &path) {
+  if (PathExists(ExpandPath(path)) || !IsBelowProgramFiles(path))
+    return path;
+  const std::wstring mapped = programFilesX86 + path.substr(path.find(L'\\'));
+  return PathExists(ExpandPath(mapped)) ? mapped : path;
+}
+
+} // namespace lumenor

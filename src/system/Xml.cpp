@@ -1,0 +1,144 @@
+#include "system/Xml.h"
+
+#include "system/ComText.h"
+#include "system/HResultError.h"
+#include "system/Text.h"
+
+namespace lumenor {
+
+using Microsoft::WRL::ComPtr;
+
+namespace {
+
+constexpr CLSID domDocument60 = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
+constexpr IID domDocumentInterface = {0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+
+void RequireNode(const XmlNodePtr &node) {
+  if (node == nullptr)
+    throw HResultError(E_INVALIDARG);
+}
+
+XmlDocumentPtr NewDocument() {
+  XmlDocumentPtr document;
+  ThrowIfFailed(::CoCreateInstance(domDocument60, nullptr, CLSCTX_INPROC_SERVER, domDocumentInterface,
+                                   reinterpret_cast<void **>(document.GetAddressOf())));
+  ThrowIfFailed(document->put_async(VARIANT_FALSE));
+  ThrowIfFailed(document->put_validateOnParse(VARIANT_TRUE));
+  ThrowIfFailed(document->put_resolveExternals(VARIANT_TRUE));
+  return document;
+}
+
+void SetAttribute(const XmlDocumentPtr &document, const XmlNodePtr &node, const std::wstring &name,
+                  const std::wstring &value) {
+  ComPtr<IXMLDOMAttribute> attribute;
+  ThrowIfFailed(document->createAttribute(MakeBstr(name).Get(), attribute.GetAddressOf()));
+  ThrowIfFailed(attribute->put_value(Variant(value).Get()));
+  ComPtr<IXMLDOMNamedNodeMap> attributes;
+  ThrowIfFailed(node->get_attributes(attributes.GetAddressOf()));
+  ComPtr<IXMLDOMNode> added;
+  ThrowIfFailed(attributes->setNamedItem(attribute.Get(), added.GetAddressOf()));
+}
+
+} // namespace
+
+XmlDocumentPtr LoadXmlFile(const std::wstring &path) {
+  XmlDocumentPtr document = NewDocument();
+  VARIANT_BOOL parsed = VARIANT_FALSE;
+  const HRESULT result = document->load(Variant(path).Get(), &parsed);
+  return SUCCEEDED(result) && parsed ? document : nullptr;
+}
+
+XmlDocumentPtr LoadXmlString(const std::wstring &xml) {
+  XmlDocumentPtr document = NewDocument();
+  VARIANT_BOOL parsed = VARIANT_FALSE;
+  const HRESULT result = document->loadXML(MakeBstr(xml).Get(), &parsed);
+  return SUCCEEDED(result) && parsed ? document : nullptr;
+}
+
+void SaveXmlFile(const XmlDocumentPtr &document, const std::wstring &path) {
+  RequireNode(document);
+  ThrowIfFailed(document->save(Variant(path).Get()));
+}
+
+XmlNodePtr SelectNode(const XmlNodePtr &node, const std::wstring &xpath) {
+  if (node == nullptr)
+    return nullptr;
+  XmlNodePtr selected;
+  ThrowIfFailed(node->selectSingleNode(MakeBstr(xpath).Get(), selected.GetAddressOf()));
+  return selected;
+}
+
+std::vector<XmlNodePtr> SelectNodes(const XmlNodePtr &node, const std::wstring &xpath) {
+  RequireNode(node);
+  ComPtr<IXMLDOMNodeList> list;
+  ThrowIfFailed(node->selectNodes(MakeBstr(xpath).Get(), list.GetAddressOf()));
+  std::vector<XmlNodePtr> nodes;
+  for (XmlNodePtr next; ThrowIfFailed(list->nextNode(next.ReleaseAndGetAddressOf())) == S_OK && next != nullptr;)
+    nodes.push_back(next);
+  return nodes;
+}
+
+std::wstring NodeText(const XmlNodePtr &node) {
+  RequireNode(node);
+  Bstr text;
+  ThrowIfFailed(node->get_text(text.Put()));
+  return TextOf(text);
+}
+
+std::wstring ChildText(const XmlNodePtr &node, const std::wstring &xpath) {
+  RequireNode(node);
+  const XmlNodePtr child = SelectNode(node, xpath);
+  return child == nullptr ? std::wstring() : NodeText(child);
+}
+
+std::wstring NodeAttribute(const XmlNodePtr &node, const std::wstring &name) {
+  RequireNode(node);
+  ComPtr<IXMLDOMNamedNodeMap> attributes;
+  ThrowIfFailed(node->get_attributes(attributes.GetAddressOf()));
+  if (attributes == nullptr)
+    return {}; // a text or a document, which can have none
+  XmlNodePtr attribute;
+  ThrowIfFailed(attributes->getNamedItem(MakeBstr(name).Get(), attribute.GetAddressOf()));
+  if (attribute == nullptr)
+    return {};
+  Variant value;
+  ThrowIfFailed(attribute->get_nodeValue(value.Put()));
+  return value.Text();
+}
+
+std::wstring ChildAttribute(const XmlNodePtr &node, const std::wstring &xpath, const std::wstring &name) {
+  RequireNode(node);
+  const XmlNodePtr child = SelectNode(node, xpath);
+  return child == nullptr ? std::wstring() : NodeAttribute(child, name);
+}
+
+XmlNodePtr CreateNode(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,
+                      const XmlAttributes &attributes) {
+  RequireNode(document);
+  VARIANT type = {};
+  type.vt = VT_I4;
+  type.lVal = NODE_ELEMENT;
+  XmlNodePtr node;
+  ThrowIfFailed(document->createNode(type, MakeBstr(name).Get(), MakeBstr({}).Get(), node.GetAddressOf()));
+  if (!text.empty())
+    ThrowIfFailed(node->put_text(MakeBstr(text).Get()));
+  for (const auto &[attributeName, value] : attributes)
+    SetAttribute(document, node, attributeName, value);
+  return node;
+}
+
+XmlNodePtr CreateNodeWithMaxLength(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,
+                                   LONG maxLength) {
+  if (maxLength == 0)
+    return CreateNode(document, name, text);
+  return CreateNode(document, name, text, {{L"MaxLength", IntToText(maxLength)}});
+}
+
+void AppendChild(const XmlNodePtr &parent, const XmlNodePtr &child) {
+  RequireNode(parent);
+  RequireNode(child);
+  XmlNodePtr added;
+  ThrowIfFailed(parent->appendChild(child.Get(), added.GetAddressOf()));
+}
+
+} // namespace lumenor

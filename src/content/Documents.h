@@ -24,6 +24,10 @@ std::wstring ElementsQuery(const std::wstring &name);
 /// A new node of `document` that holds all of `element`. Raises HResultError.
 XmlNodePtr ElementToNode(const XmlDocumentPtr &document, const Element &element);
 
+/// The entry that an `Element` node holds; a missing child or attribute reads as empty or 0. `ActionParamsBackup` isn't
+/// read: after one load and save a document no longer has it, on purpose. Raises HResultError.
+Element NodeToElement(const XmlNodePtr &node);
+
 /// Reads the document in file order. A missing document, or any when `force` is set, is first written afresh from its
 /// stubs; a broken one reads as empty and stays as it is. Raises HResultError when the DOM or the writing fails.
 ElementList LoadDocument(const std::wstring &name, bool force);

@@ -1,0 +1,182 @@
+#include "content/Conditions.h"
+
+#include <cstdlib>
+#include <optional>
+
+#include "system/Log.h"
+#include "system/Paths.h"
+#include "system/Registry.h"
+#include "system/Text.h"
+
+namespace lumenor {
+
+namespace {
+
+/// What one condition says of its stub.
+enum class Verdict {
+  Holds,
+  Fails,         // with a line in the log
+  FailsSilently, // without one
+  SettlesAll     // the stub passes and the conditions that remain aren't looked at
+};
+
+Verdict HoldsIf(bool holds) { return holds ? Verdict::Holds : Verdict::Fails; }
+
+bool FileExists(const std::wstring &path) {
+  return PathExists(ExpandPath(path)) || PathExists(ExpandPath(MapProgramFiles(path)));
+}
+
+Verdict CheckFile(const Condition &condition) {
+  if (condition.Logic == L"FileExist")
+    return HoldsIf(FileExists(condition.Key));
+  if (condition.Logic == L"FileNotExist")
+    return HoldsIf(!FileExists(condition.Key));
+  return Verdict::Holds;
+}
+
+bool KeyExists(const std::wstring &path) {
+  RegistryKeyHolder holder;
+  return OpenRegistryPath(ExpandPath(path), holder, KEY_READ);
+}
+
+/// A value without data settles everything: for the stub when no data is asked for, and silently against it otherwise.
+Verdict EmptyRule(const Condition &condition) {
+  return condition.ValueData.empty() ? Verdict::SettlesAll : Verdict::FailsSilently;
+}
+
+bool EqualsIgnoringCaseOfStored(const std::wstring &stored, const std::wstring &data) {
+  return EqualsIgnoringCase(stored, data);
+}
+
+bool EqualsExpanded(const std::wstring &stored, const std::wstring &data) { return ExpandPath(stored) == data; }
+
+bool EqualsExactly(const std::wstring &stored, const std::wstring &data) { return stored == data; }
+
+using TextComparison = bool (*)(const std::wstring &stored, const std::wstring &data);
+
+Verdict CheckText(HKEY key, const Condition &condition, TextComparison equals) {
+  const DWORD length = RegistryStringLength(key, condition.ValueName);
+  if (length == 0)
+    return EmptyRule(condition);
+  const std::optional<std::wstring> stored = ReadRegistryString(key, condition.ValueName, length);
+  return HoldsIf(stored && equals(*stored, condition.ValueData));
+}
+
+Verdict CheckBinary(HKEY key, const Condition &condition) {
+  DWORD size = 0;
+  ::RegQueryValueExW(key, condition.ValueName.c_str(), nullptr, nullptr, nullptr, &size);
+  if (size == 0)
+    return EmptyRule(condition);
+  // Room for `size` characters takes the bytes and leaves a null behind them.
+  std::vector<wchar_t> buffer(size + 1);
+  DWORD type = REG_NONE;
+  const LSTATUS status = ::RegQueryValueExW(key, condition.ValueName.c_str(), nullptr, &type,
+                                            reinterpret_cast<BYTE *>(buffer.data()), &size);
+  return HoldsIf(status == ERROR_SUCCESS && type == REG_BINARY && buffer.data() == condition.ValueData);
+}
+
+/// The value's number; nothing when it is missing or of another type than `wanted`.
+template <typename Number> std::optional<Number> ReadNumber(HKEY key, const std::wstring &name, DWORD wanted) {
+  Number number = 0;
+  DWORD type = REG_NONE, size = sizeof number;
+  const LSTATUS status =
+      ::RegQueryValueExW(key, name.c_str(), nullptr, &type, reinterpret_cast<BYTE *>(&number), &size);
+  return status == ERROR_SUCCESS && type == wanted ? std::optional(number) : std::nullopt;
+}
+
+Verdict CheckNumber(HKEY key, const Condition &condition) {
+  return HoldsIf(ReadNumber<int>(key, condition.ValueName, REG_DWORD) == ::_wtoi(condition.ValueData.c_str()));
+}
+
+Verdict CheckLongNumber(HKEY key, const Condition &condition) {
+  return HoldsIf(ReadNumber<std::int64_t>(key, condition.ValueName, REG_QWORD) ==
+                 ::_wtoi64(condition.ValueData.c_str()));
+}
+
+Verdict CheckValue(HKEY key, const Condition &condition) {
+  if (condition.ValueType == L"REG_SZ")
+    return CheckText(key, condition, EqualsIgnoringCaseOfStored);
+  if (condition.ValueType == L"REG_EXPAND_SZ")
+    return CheckText(key, condition, EqualsExpanded);
+  if (condition.ValueType == L"REG_MULTI_SZ")
+    return CheckText(key, condition, EqualsExactly);
+  if (condition.ValueType == L"REG_BINARY")
+    return CheckBinary(key, condition);
+  if (condition.ValueType == L"REG_DWORD")
+    return CheckNumber(key, condition);
+  if (condition.ValueType == L"REG_QWORD")
+    return CheckLongNumber(key, condition);
+  return Verdict::FailsSilently;
+}
+
+/// The key's path isn't expanded here, unlike in the two checks for a key.
+Verdict OpenAndCheckValue(const Condition &condition) {
+  RegistryKeyHolder holder;
+  if (!OpenRegistryPath(condition.Key, holder, KEY_READ))
+    return Verdict::Fails;
+  return CheckValue(holder.key.Get(), condition);
+}
+
+Verdict CheckRegistry(const Condition &condition) {
+  if (condition.Logic == L"KeyExist")
+    return HoldsIf(KeyExists(condition.Key));
+  if (condition.Logic == L"KeyNotExist")
+    return HoldsIf(!KeyExists(condition.Key));
+  if (condition.Logic == L"CheckValue")
+    return OpenAndCheckValue(condition);
+  return Verdict::FailsSilently;
+}
+
+Verdict Check(const Condition &condition) {
+  if (condition.Type == L"File")
+    return CheckFile(condition);
+  if (condition.Type == L"Registry")
+    return CheckRegistry(condition);
+  return Verdict::FailsSilently;
+}
+
+void SetParam(Condition &condition, const std::wstring &name, const std::wstring &text) {
+  if (name == L"Logic")
+    condition.Logic = text;
+  else if (name == L"Key")
+    condition.Key = text;
+  else if (name == L"ValueName")
+    condition.ValueName = text;
+  else if (name == L"ValueData")
+    condition.ValueData = text;
+  else if (name == L"ValueType")
+    condition.ValueType = text;
+}
+
+} // namespace
+
+std::vector<Condition> ReadConditions(const XmlNodePtr &elementNode) {
+  std::vector<Condition> conditions;
+  for (const XmlNodePtr &node : SelectNodes(elementNode, L"//Condition")) {
+    Condition condition;
+    condition.Type = NodeAttribute(node, L"type");
+    for (const XmlNodePtr &param : SelectNodes(node, L"param"))
+      SetParam(condition, NodeAttribute(param, L"name"), NodeText(param));
+    conditions.push_back(std::move(condition));
+  }
+  return conditions;
+}
+
+bool EvaluateConditions(const std::wstring &stubPath, const std::vector<Condition> &conditions) {
+  for (const Condition &condition : conditions) {
+    switch (Check(condition)) {
+    case Verdict::Holds:
+      continue;
+    case Verdict::SettlesAll:
+      return true;
+    case Verdict::Fails:
+      LogInfo("DockStub: %S failed condition %S %S", stubPath.c_str(), condition.Logic.c_str(), condition.Key.c_str());
+      return false;
+    case Verdict::FailsSilently:
+      return false;
+    }
+  }
+  return true;
+}
+
+} // namespace lumenor

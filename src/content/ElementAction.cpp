@@ -1,0 +1,50 @@
+#include "content/ElementAction.h"
+
+#include <cstdlib>
+
+#include "system/Launch.h"
+#include "system/Paths.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr wchar_t pillarArguments[] = L"welcome=false splash=false view=standard pillar=";
+constexpr wchar_t categoryArguments[] = L"welcome=false splash=false view=standard pillar=ECENTER category=";
+
+void RunProgram(const std::wstring &commandLine) {
+  const CommandLine split = SplitCommandLine(commandLine);
+  OpenWithShell(MapProgramFiles(split.program), split.arguments);
+}
+
+} // namespace
+
+std::wstring PillarName(int index) {
+  switch (index) {
+  case 0:
+    return L"PC_HEALTH_SECURITY";
+  case 1:
+    return L"PC_ACTION_CENTER";
+  case 2:
+    return L"ECENTER";
+  default:
+    return {};
+  }
+}
+
+std::wstring PillarArguments(const std::wstring &text) { return pillarArguments + PillarName(::_wtoi(text.c_str())); }
+
+std::wstring CategoryArguments(const std::wstring &text) { return categoryArguments + text; }
+
+void RunElementAction(const Element &element) {
+  if (element.ActionType == L"url")
+    OpenWithShell(element.ActionParams, {});
+  else if (element.ActionType == L"exe")
+    RunProgram(element.ActionParams);
+  else if (element.ActionType == L"eccategory")
+    OpenWithShell(MainAppPath(), CategoryArguments(element.ActionParams));
+  else if (element.ActionType == L"pillar")
+    OpenWithShell(MainAppPath(), PillarArguments(element.ActionParams));
+}
+
+} // namespace lumenor

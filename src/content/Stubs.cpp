@@ -1,0 +1,100 @@
+#include "content/Stubs.h"
+
+#include <algorithm>
+
+#include "content/Documents.h"
+#include "system/Handles.h"
+#include "system/Locale.h"
+#include "system/Log.h"
+#include "system/Paths.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr wchar_t stubRoot[] = L"%programdata%\\Tarnwick\\Lumenor\\LangRes";
+constexpr wchar_t stubSuffix[] = L"*dstb";
+
+std::wstring LocaleFolder(const std::wstring &locale) { return ExpandPath(stubRoot) + L"\\" + locale; }
+
+std::wstring UserLocale() {
+  const std::wstring locale = LanguageCountryKey();
+  return PathExists(LocaleFolder(locale)) ? locale : Rfc1766Key();
+}
+
+/// The entries without those whose position an earlier one has taken.
+ElementList DropDuplicates(const ElementList &collected) {
+  ElementList kept;
+  for (const Element &element : collected) {
+    const auto same = std::find_if(kept.begin(), kept.end(),
+                                   [&](const Element &earlier) { return earlier.Position == element.Position; });
+    if (same == kept.end())
+      kept.push_back(element);
+    else
+      LogInfo("DockStub: duplicate element %S found at %d skipping", same->ActionParams.c_str(), same->Position);
+  }
+  return kept;
+}
+
+void ProcessStub(const std::wstring &documentName, const std::wstring &path, ElementList &elements) {
+  try {
+    std::vector<Condition> conditions;
+    Element element = ReadStubFile(documentName, path, conditions);
+    if (!EvaluateConditions(path, conditions))
+      return;
+    elements.push_back(std::move(element));
+    LogInfo("DockStub: conditions met for %S", path.c_str());
+  } catch (const InvalidDstbException &) {
+    LogError("DockStub: %S is not valid xml", path.c_str());
+  }
+}
+
+} // namespace
+
+void ApplyStubs(const std::wstring &documentName) {
+  const std::wstring locale = UserLocale();
+  LogInfo("DockStub: current locale set to %S", locale.c_str());
+  ElementList collected;
+  for (const std::wstring &entry : StubLocaleChain(locale))
+    ProcessStubsInLocale(documentName, entry, collected);
+  ElementList list = DropDuplicates(collected);
+  std::sort(list.begin(), list.end(),
+            [](const Element &left, const Element &right) { return left.Position < right.Position; });
+  SaveDocument(list, documentName);
+}
+
+std::vector<std::wstring> FindStubFiles(const std::wstring &documentName, const std::wstring &locale) {
+  std::vector<std::wstring> names;
+  WIN32_FIND_DATAW found = {};
+  const FindHandle find(::FindFirstFileW(StubFilePath(locale, documentName + stubSuffix).c_str(), &found));
+  if (!find)
+    return names;
+  do
+    names.emplace_back(found.cFileName);
+  while (::FindNextFileW(find.Get(), &found));
+  return names;
+}
+
+std::wstring StubFilePath(const std::wstring &locale, const std::wstring &fileName) {
+  return LocaleFolder(locale) + L"\\" + fileName;
+}
+
+void ProcessStubsInLocale(const std::wstring &documentName, const std::wstring &locale, ElementList &elements) {
+  for (const std::wstring &name : FindStubFiles(documentName, locale))
+    ProcessStub(documentName, StubFilePath(locale, name), elements);
+}
+
+Element ReadStubFile(const std::wstring &documentName, const std::wstring &path, std::vector<Condition> &conditions) {
+  const XmlDocumentPtr document = LoadXmlFile(path);
+  if (document == nullptr)
+    throw InvalidDstbException();
+  const XmlNodePtr node = SelectNode(document, ElementsQuery(documentName));
+  if (node == nullptr)
+    return {}; // a stub of another document stands for an empty entry at position 0
+  Element element = NodeToElement(node);
+  element.ActionParamsBackup = ChildText(node, L"ActionParamsBackup");
+  conditions = ReadConditions(node);
+  return element;
+}
+
+} // namespace lumenor

@@ -52,17 +52,22 @@ template <typename Change> void DockPanel::ChangeChildren(Change change) {
 
 void DockPanel::AddChild(UIElement *child) {
   ChangeChildren([&] {
+    AppendDockFor(child);
     PanelWindow::AddChild(child);
-    docks.resize(children.size(), Dock::Fill);
   });
 }
 
 void DockPanel::InsertChild(UIElement *child, std::size_t index) {
   ChangeChildren([&] {
+    AppendDockFor(child);
     PanelWindow::InsertChild(child, index);
-    // The new entry goes to the end whatever place the child got: docks belong to places, not to children.
-    docks.resize(children.size(), Dock::Fill);
   });
+}
+
+/// The entry goes to the end whatever place the child gets: docks belong to places, not to children.
+void DockPanel::AppendDockFor(UIElement *child) {
+  if (child != nullptr)
+    docks.resize(children.size() + 1, Dock::Fill);
 }
 
 void DockPanel::RemoveChild(UIElement *child) {

@@ -27,6 +27,7 @@ public:
 private:
   struct Room; // what the passes of one layout have left
 
+  void AppendDockFor(UIElement *child);
   void LayOutTop(Room &room);
   void LayOutBottom(Room &room);
   void LayOutLeft(Room &room);

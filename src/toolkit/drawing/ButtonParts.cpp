@@ -1,18 +1,24 @@
 #include "toolkit/drawing/ButtonParts.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 #include "toolkit/TextElement.h"
 
 namespace lumenor {
 
 std::shared_ptr<TextElement> MakeButtonLabel(const RenderTargetPtr &renderTarget, const std::wstring &text,
                                              const ButtonLayout &layout, const UIElement &button) {
+  const long room = button.Height.Get() - layout.textBottom - layout.textTop;
   const auto label = std::make_shared<TextElement>(renderTarget);
   label->BeginUpdate();
   label->Text.Set(text);
   label->Left.Set(layout.textLeft);
-  label->Top.Set(layout.textTop);
+  // The margins may cross, as those of the bar's buttons do: the label then takes the band between the two lines. What
+  // a clip with its edges swapped shows is the platform's secret.
+  label->Top.Set(layout.textTop + std::min(room, 0L));
   label->Width.Set(button.Width.Get() - layout.textRight - layout.textLeft);
-  label->Height.Set(button.Height.Get() - layout.textBottom - layout.textTop);
+  label->Height.Set(std::abs(room));
   label->FontSize.Set(layout.fontSize);
   label->FontWeight.Set(DWRITE_FONT_WEIGHT_NORMAL);
   label->Color.Set({1.0F, 1.0F, 1.0F, 1.0F});

@@ -141,8 +141,9 @@ void CMainDlg::AddSearchField() {
 }
 
 void CMainDlg::PlaceOnCanvas(UIElement &element, const RECT &bounds) {
-  element.SetBounds(&bounds);
   canvas->AddChild(&element);
+  element.SetBounds(
+      &bounds); // after the window stands: a panel's window comes up empty and follows its element from then on
 }
 
 void CMainDlg::AddSystemButtons() {

@@ -2,6 +2,7 @@
 
 #include "system/Registry.h"
 #include "system/Text.h"
+#include "system/Windows.h"
 
 namespace lumenor {
 
@@ -31,11 +32,11 @@ constexpr PlatformFolder platformFolders[] = {{L"TWD", L"VRA"}, {L"VRA", L"VRA"}
 
 /// A country's data; empty when the platform doesn't have it.
 std::wstring CountryData(GEOID geo, GEOTYPE type, LANGID language) {
-  const int size = geoInfoQuery(geo, type, nullptr, 0, language);
+  const int size = ::GetGeoInfoW(geo, type, nullptr, 0, language);
   if (size <= 0)
     return {};
   std::wstring data(static_cast<std::size_t>(size), L'\0');
-  if (geoInfoQuery(geo, type, data.data(), size, language) == 0)
+  if (::GetGeoInfoW(geo, type, data.data(), size, language) == 0)
     return {};
   return data.c_str();
 }
@@ -52,6 +53,16 @@ std::wstring AbbreviatedLanguage() {
   return name.c_str();
 }
 
+/// The country whose tag names the folder of a user of `language` in the country `geo`: simplified Chinese always has
+/// one folder, and the Chinese of Hong Kong one of two, whatever the country.
+GEOID Rfc1766Country(LANGID language, GEOID geo) {
+  if (language == simplifiedChinese)
+    return china;
+  if (language == hongKongChinese && geo != taiwan)
+    return hongKong;
+  return geo;
+}
+
 std::wstring StoredPlatform() {
   RegistryKeyHolder holder;
   if (!OpenRegistryPath(platformKeyPath, holder, KEY_READ))
@@ -61,22 +72,12 @@ std::wstring StoredPlatform() {
 
 } // namespace
 
-GeoInfoQuery geoInfoQuery = &::GetGeoInfoW;
-
 std::wstring LanguageCountryKey() {
   const std::wstring country = UserCountryCode();
   const std::wstring language = AbbreviatedLanguage();
   if (country.empty() || language.empty())
     return defaultLanguageCountry;
   return language + L"_" + country;
-}
-
-GEOID Rfc1766Country(LANGID language, GEOID geo) {
-  if (language == simplifiedChinese)
-    return china;
-  if (language == hongKongChinese && geo != taiwan)
-    return hongKong;
-  return geo;
 }
 
 std::wstring Rfc1766Key() {

@@ -5,8 +5,6 @@
 #include <array>
 #include <string>
 
-#include "system/Windows.h"
-
 namespace lumenor {
 
 /// The abbreviated language name, "_" and the ISO country, such as "ENU_US"; "enu_us" when the platform can't tell.
@@ -26,14 +24,5 @@ std::array<std::wstring, 3> StubLocaleChain(const std::wstring &locale);
 
 /// The folders in which a language resource is looked for: the same three, then "en_xx".
 std::array<std::wstring, 4> ResourceLocaleChain(const std::wstring &locale);
-
-/// The country whose RFC 1766 tag names the folder of a user of `language` in the country `geo`. Simplified Chinese
-/// always has one folder, and the language 0xC04 one of two, whatever the country.
-GEOID Rfc1766Country(LANGID language, GEOID geo);
-
-/// How the platform is asked for a country's data, ::GetGeoInfoW unless a test puts its own here: not every platform
-/// that the dock is tested on knows RFC 1766 tags.
-using GeoInfoQuery = int(WINAPI *)(GEOID geo, GEOTYPE type, LPWSTR data, int size, LANGID language);
-extern GeoInfoQuery geoInfoQuery;
 
 } // namespace lumenor

@@ -28,11 +28,37 @@ XmlDocumentPtr NewDocument() {
   return document;
 }
 
+bool IsHighSurrogate(wchar_t c) { return c >= 0xD800 && c <= 0xDBFF; }
+
+bool IsLowSurrogate(wchar_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
+
+/// How many characters of `text` from `at` on make one that XML can hold; 0 for none.
+std::size_t XmlCharacterLength(const std::wstring &text, std::size_t at) {
+  const wchar_t c = text[at];
+  if (IsHighSurrogate(c))
+    return at + 1 < text.size() && IsLowSurrogate(text[at + 1]) ? 2 : 0;
+  const bool held = c >= 0x20 ? !IsLowSurrogate(c) && c < 0xFFFE : c == L'\t' || c == L'\n' || c == L'\r';
+  return held ? 1 : 0;
+}
+
+/// `text` with a replacement character for each that XML can't hold: file names may have such, and a document that has
+/// one is lost, as it can't be read again.
+std::wstring XmlText(const std::wstring &text) {
+  std::wstring held;
+  held.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t length = XmlCharacterLength(text, at);
+    held += length == 0 ? std::wstring(1, L'\uFFFD') : text.substr(at, length);
+    at += length == 0 ? 1 : length;
+  }
+  return held;
+}
+
 void SetAttribute(const XmlDocumentPtr &document, const XmlNodePtr &node, const std::wstring &name,
                   const std::wstring &value) {
   ComPtr<IXMLDOMAttribute> attribute;
   ThrowIfFailed(document->createAttribute(MakeBstr(name).Get(), attribute.GetAddressOf()));
-  ThrowIfFailed(attribute->put_value(Variant(value).Get()));
+  ThrowIfFailed(attribute->put_value(Variant(XmlText(value)).Get()));
   ComPtr<IXMLDOMNamedNodeMap> attributes;
   ThrowIfFailed(node->get_attributes(attributes.GetAddressOf()));
   ComPtr<IXMLDOMNode> added;
@@ -121,7 +147,7 @@ XmlNodePtr CreateNode(const XmlDocumentPtr &document, const std::wstring &name, 
   XmlNodePtr node;
   ThrowIfFailed(document->createNode(type, MakeBstr(name).Get(), MakeBstr({}).Get(), node.GetAddressOf()));
   if (!text.empty())
-    ThrowIfFailed(node->put_text(MakeBstr(text).Get()));
+    ThrowIfFailed(node->put_text(MakeBstr(XmlText(text)).Get()));
   for (const auto &[attributeName, value] : attributes)
     SetAttribute(document, node, attributeName, value);
   return node;

@@ -49,7 +49,8 @@ std::wstring NodeAttribute(const XmlNodePtr &node, const std::wstring &name);
 /// The attribute's value on the first node that matches; empty when the node or the attribute is missing.
 std::wstring ChildAttribute(const XmlNodePtr &node, const std::wstring &xpath, const std::wstring &name);
 
-/// A new element of `document`, not yet in its tree. Empty text gives no text node.
+/// A new element of `document`, not yet in its tree. Empty text gives no text node; characters that XML can't hold are
+/// replaced by U+FFFD.
 XmlNodePtr CreateNode(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,
                       const XmlAttributes &attributes = {});
 

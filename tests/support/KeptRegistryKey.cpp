@@ -63,7 +63,9 @@ void KeptRegistryKey::SetLongNumber(const std::wstring &name, std::uint64_t numb
 
 void KeptRegistryKey::SetBytes(const std::wstring &name, DWORD type, const std::string &bytes) const {
   const RegistryKey key = CreateKey(root, subkey);
-  ::RegSetValueExW(key.Get(), name.c_str(), 0, type, reinterpret_cast<const BYTE *>(bytes.data()),
+  // The platform looks behind the data of a string for a null that it then takes for the string's end.
+  const std::string data = bytes + "\xFF\xFF\xFF\xFF";
+  ::RegSetValueExW(key.Get(), name.c_str(), 0, type, reinterpret_cast<const BYTE *>(data.data()),
                    static_cast<DWORD>(bytes.size()));
 }
 

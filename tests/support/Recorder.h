@@ -1,0 +1,30 @@
+#pragma once
+// The recorder program as a test uses it: put under any name, it notes the command line that it is started with.
+
+#include <string>
+#include <vector>
+
+#include "support/TestFolders.h"
+
+namespace lumenor::tests {
+
+class Recorder {
+public:
+  /// Programs started by this process and its children note into a file below `folders` while this lives.
+  explicit Recorder(const TestFolders &folders);
+
+  /// Puts the recorder at `path`, making its folder.
+  void InstallAs(const std::wstring &path) const;
+
+  /// The command lines noted so far, in order.
+  std::vector<std::wstring> CommandLines() const;
+
+  /// Waits until `count` command lines are noted, ten seconds at most; returns all that there are by then.
+  std::vector<std::wstring> WaitForCommandLines(std::size_t count) const;
+
+private:
+  std::wstring notes;
+  EnvironmentValue variable;
+};
+
+} // namespace lumenor::tests

@@ -1,0 +1,199 @@
+#include "system/Guard.h"
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "ChildRun.h"
+#include "support/ImportSlot.h"
+#include "system/EventLog.h"
+#include "system/HResultError.h"
+
+extern "C" decltype(&::OpenEventLogW) __imp_OpenEventLogW;
+extern "C" decltype(&::ReportEventW) __imp_ReportEventW;
+
+namespace lumenor {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+struct Report {
+  HANDLE log;
+  WORD type;
+  WORD category;
+  DWORD id;
+  bool hasUser;
+  bool hasData;
+  std::vector<std::wstring> texts;
+};
+
+/// Stands between the program and the event log: the test platform keeps nothing that could be read back.
+class EventLogSpy {
+public:
+  EventLogSpy() { reports = {}, opened = {}, handle = reinterpret_cast<HANDLE>(0x1234); }
+
+  static const std::vector<Report> &Reports() { return reports; }
+  static const std::vector<std::wstring> &Opened() { return opened; }
+  static HANDLE Handle() { return handle; }
+  static void RefuseToOpen() { handle = nullptr; }
+
+private:
+  static HANDLE WINAPI Open(LPCWSTR machine, LPCWSTR source) {
+    if (machine == nullptr)
+      opened.emplace_back(source);
+    return handle;
+  }
+
+  static BOOL WINAPI Hear(HANDLE log, WORD type, WORD category, DWORD id, PSID user, WORD count, DWORD size,
+                          LPCWSTR *texts, LPVOID data) {
+    reports.push_back({log, type, category, id, user != nullptr, size != 0 || data != nullptr, {texts, texts + count}});
+    return TRUE;
+  }
+
+  static inline std::vector<Report> reports;
+  static inline std::vector<std::wstring> opened;
+  static inline HANDLE handle;
+
+  const tests::ImportSlot<decltype(__imp_OpenEventLogW)> openSlot{&__imp_OpenEventLogW, &Open};
+  const tests::ImportSlot<decltype(__imp_ReportEventW)> reportSlot{&__imp_ReportEventW, &Hear};
+};
+
+auto Text(const std::wstring &text) { return testing::Field(&Report::texts, ElementsAre(text)); }
+
+void KeepAsAWindowProcedureDoes(const std::exception &raised) {
+  try {
+    throw std::runtime_error(raised.what());
+  } catch (...) {
+    KeepWindowException();
+  }
+}
+
+TEST(WindowException, WithNoneKeptNothingIsRaised) { EXPECT_NO_THROW(RethrowWindowException()); }
+
+TEST(WindowException, IsRaisedOnceAsItWas) {
+  try {
+    throw HResultError(E_ABORT);
+  } catch (...) {
+    KeepWindowException();
+  }
+  try {
+    RethrowWindowException();
+    FAIL() << "nothing was raised";
+  } catch (const HResultError &error) {
+    EXPECT_EQ(E_ABORT, error.Result());
+  }
+  EXPECT_NO_THROW(RethrowWindowException());
+}
+
+TEST(WindowException, TheFirstOneIsKept) {
+  KeepAsAWindowProcedureDoes(std::runtime_error("first"));
+  KeepAsAWindowProcedureDoes(std::runtime_error("second"));
+  try {
+    RethrowWindowException();
+    FAIL() << "nothing was raised";
+  } catch (const std::runtime_error &error) {
+    EXPECT_STREQ("first", error.what());
+  }
+  EXPECT_NO_THROW(RethrowWindowException());
+}
+
+TEST(WindowException, CanBeForgotten) {
+  KeepAsAWindowProcedureDoes(std::runtime_error("first"));
+  ForgetWindowException();
+  EXPECT_NO_THROW(RethrowWindowException());
+}
+
+TEST(Guarded, ABodyThatReturnsIsAllRight) {
+  bool ran = false;
+  EXPECT_TRUE(Guarded(L"OnTest", [&] { ran = true; }));
+  EXPECT_TRUE(ran);
+}
+
+TEST(Guarded, AnyExceptionMakesItFalse) {
+  EXPECT_FALSE(Guarded(L"OnTest", [] { throw std::runtime_error("standard"); }));
+  EXPECT_FALSE(Guarded(L"OnTest", [] { throw HResultError(E_FAIL); }));
+  EXPECT_FALSE(Guarded(L"OnTest", [] { throw 5; }));
+}
+
+TEST(Guarded, AnExceptionKeptByANestedWindowMakesItFalse) {
+  EXPECT_FALSE(Guarded(L"OnTest", [] { KeepAsAWindowProcedureDoes(std::runtime_error("nested")); }));
+  EXPECT_NO_THROW(RethrowWindowException());
+}
+
+TEST(Guarded, AFailureIsToldOnceEvenWhenANestedWindowFailedToo) {
+  EXPECT_FALSE(Guarded(L"OnTest", [] {
+    KeepAsAWindowProcedureDoes(std::runtime_error("nested"));
+    throw std::runtime_error("own");
+  }));
+  EXPECT_NO_THROW(RethrowWindowException());
+}
+
+TEST(Guarded, ReportsTheHandlersName) {
+  const EventLogSpy spy;
+  OpenDockEventLog();
+  Guarded(L"OnTest", [] { throw 5; });
+  EXPECT_THAT(EventLogSpy::Reports(), ElementsAre(Text(L"caught an unhandled exception in OnTest")));
+}
+
+TEST(Guarded, ReportsNothingOfABodyThatReturns) {
+  const EventLogSpy spy;
+  OpenDockEventLog();
+  Guarded(L"OnTest", [] {});
+  EXPECT_THAT(EventLogSpy::Reports(), IsEmpty());
+}
+
+TEST(Guarded, ReportsOnceWhenANestedWindowFailedToo) {
+  const EventLogSpy spy;
+  OpenDockEventLog();
+  Guarded(L"OnTest", [] {
+    KeepAsAWindowProcedureDoes(std::runtime_error("nested"));
+    throw 5;
+  });
+  EXPECT_THAT(EventLogSpy::Reports(), ElementsAre(Text(L"caught an unhandled exception in OnTest")));
+}
+
+TEST(EventLog, OpensTheSourceLumenorPanelOfThisMachine) {
+  const EventLogSpy spy;
+  OpenDockEventLog();
+  EXPECT_THAT(EventLogSpy::Opened(), ElementsAre(L"LumenorPanel"));
+}
+
+TEST(EventLog, AReportIsOneErrorOfCategory0AndId100WithItsText) {
+  const EventLogSpy spy;
+  OpenDockEventLog();
+  ReportEventLogError(L"Failed to initialize Lumenor");
+  ASSERT_THAT(EventLogSpy::Reports(), SizeIs(1));
+  const Report &report = EventLogSpy::Reports()[0];
+  EXPECT_EQ(EventLogSpy::Handle(), report.log);
+  EXPECT_EQ(EVENTLOG_ERROR_TYPE, report.type);
+  EXPECT_EQ(0, report.category);
+  EXPECT_EQ(100u, report.id);
+  EXPECT_FALSE(report.hasUser);
+  EXPECT_FALSE(report.hasData);
+  EXPECT_THAT(report.texts, ElementsAre(L"Failed to initialize Lumenor"));
+}
+
+TEST(EventLog, WithoutItReportsAreDropped) {
+  const EventLogSpy spy;
+  EventLogSpy::RefuseToOpen();
+  OpenDockEventLog();
+  ReportEventLogError(L"unheard");
+  EXPECT_THAT(EventLogSpy::Reports(), IsEmpty());
+}
+
+TEST(EventLog, BeforeItIsOpenReportsAreDropped) {
+  if (!tests::IsChildRun()) {
+    EXPECT_EQ(0u, tests::RunThisTestAsChild({}).exitCode);
+    return;
+  }
+  const EventLogSpy spy;
+  ReportEventLogError(L"too early");
+  EXPECT_THAT(EventLogSpy::Reports(), IsEmpty());
+}
+
+} // namespace
+} // namespace lumenor

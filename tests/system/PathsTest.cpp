@@ -1,0 +1,158 @@
+#include "system/Paths.h"
+
+#include <gmock/gmock.h>
+
+#include "support/LogCapture.h"
+#include "support/TestFolders.h"
+#include "system/Handles.h"
+
+namespace lumenor {
+namespace {
+
+using tests::EnvironmentValue;
+using tests::LogCapture;
+using tests::TestFolders;
+using tests::WriteBytes;
+
+TEST(ExpandPath, ReplacesVariablesInAnyCase) {
+  const EnvironmentValue variable(L"LUMENOR_TEST", L"C:\\some where");
+  EXPECT_EQ(L"C:\\some where\\file", ExpandPath(L"%LUMENOR_TEST%\\file"));
+  EXPECT_EQ(L"C:\\some where\\file", ExpandPath(L"%lumenor_test%\\file"));
+}
+
+TEST(ExpandPath, TextWithoutVariablesStays) {
+  EXPECT_EQ(L"C:\\plain", ExpandPath(L"C:\\plain"));
+  EXPECT_EQ(L"", ExpandPath(L""));
+  EXPECT_EQ(L"100 %", ExpandPath(L"100 %"));
+}
+
+TEST(ExpandPath, AnUnknownVariableStaysAsItIsWritten) {
+  EXPECT_EQ(L"%LUMENOR_NO_SUCH%\\file", ExpandPath(L"%LUMENOR_NO_SUCH%\\file"));
+}
+
+TEST(ExpandPath, LongTextExpandsWhole) {
+  const EnvironmentValue variable(L"LUMENOR_TEST", L"x");
+  EXPECT_EQ(L"x" + std::wstring(20000, L'y'), ExpandPath(L"%LUMENOR_TEST%" + std::wstring(20000, L'y')));
+}
+
+TEST(FileNamePart, WithBackslashesGivesTheLastName) {
+  EXPECT_EQ(L"third.txt", FileNamePart(L"first\\second\\third.txt"));
+  EXPECT_EQ(L"b/c", FileNamePart(L"a\\b/c"));
+  EXPECT_EQ(L"", FileNamePart(L"folder\\"));
+}
+
+TEST(FileNamePart, WithForwardSlashesGivesTheFrontLessOneCharacter) {
+  EXPECT_EQ(L"first/", FileNamePart(L"first/s/third"));
+  EXPECT_EQ(L"first/secon", FileNamePart(L"first/second/third"));
+  EXPECT_EQ(L"", FileNamePart(L"/third"));
+}
+
+TEST(FileNamePart, WithoutASeparatorIsEmpty) {
+  EXPECT_EQ(L"", FileNamePart(L"name"));
+  EXPECT_EQ(L"", FileNamePart(L""));
+}
+
+TEST(FolderPart, IsWhatStandsBeforeTheLastSeparator) {
+  EXPECT_EQ(L"C:\\a", FolderPart(L"C:\\a\\b.exe"));
+  EXPECT_EQ(L"a/b", FolderPart(L"a/b/c"));
+  EXPECT_EQ(L"a/b", FolderPart(L"a/b\\c/d"));
+  EXPECT_EQ(L"", FolderPart(L"name"));
+  EXPECT_EQ(L"", FolderPart(L""));
+}
+
+TEST(LastWriteTime, IsTheFilesAndTheLookIsLogged) {
+  const TestFolders folders;
+  const LogCapture log(folders);
+  const std::wstring path = folders.Root() + L"\\file";
+  WriteBytes(path, "x");
+  const FILETIME written = {0x12345600, 0x01D00000};
+  {
+    const FileHandle file(::CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(::SetFileTime(file.Get(), nullptr, nullptr, &written));
+  }
+  const FILETIME told = LastWriteTime(path);
+  EXPECT_EQ(0, ::CompareFileTime(&written, &told));
+  EXPECT_THAT(log.Lines(), testing::ElementsAre("INFO: Getting last modified time for " + tests::Utf8(path)));
+}
+
+TEST(LastWriteTime, IsReadWhileAnotherProgramWrites) {
+  const TestFolders folders;
+  const std::wstring path = folders.Root() + L"\\file";
+  const FileHandle writer(::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                        CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  EXPECT_NE(0u, LastWriteTime(path).dwHighDateTime);
+}
+
+TEST(LastWriteTime, OfAFileThatCantBeOpenedIsZero) {
+  const TestFolders folders;
+  const FILETIME told = LastWriteTime(folders.Root() + L"\\missing");
+  EXPECT_EQ(0u, told.dwLowDateTime);
+  EXPECT_EQ(0u, told.dwHighDateTime);
+}
+
+struct Place {
+  std::wstring (*find)();
+  const wchar_t *below;
+};
+
+const Place places[] = {{MainAppPath, L"\\Tarnwick\\Lumenor\\Lumenor.exe"},
+                        {InstallFolder, L"\\Tarnwick\\Lumenor"},
+                        {DockExePath, L"\\Tarnwick\\Lumenor\\Dock\\LumenorDock.exe"}};
+
+class InstalledPlace : public testing::TestWithParam<Place> {
+protected:
+  const TestFolders folders;
+  const std::wstring first = folders.ProgramFiles() + GetParam().below;
+  const std::wstring second = folders.ProgramFilesX86() + GetParam().below;
+};
+
+TEST_P(InstalledPlace, IsTheFirstCandidateWhenThatExists) {
+  WriteBytes(first + L"\\x", ""); // a folder will do: existence is all that is asked
+  WriteBytes(second + L"\\x", "");
+  EXPECT_EQ(first, GetParam().find());
+}
+
+TEST_P(InstalledPlace, IsTheSecondWhenOnlyThatExists) {
+  WriteBytes(second + L"\\x", "");
+  EXPECT_EQ(second, GetParam().find());
+}
+
+TEST_P(InstalledPlace, IsTheFirstWhenNeitherExists) { EXPECT_EQ(first, GetParam().find()); }
+
+INSTANTIATE_TEST_SUITE_P(Paths, InstalledPlace, testing::ValuesIn(places));
+
+TEST(MapProgramFiles, APathThatExistsOnlyUnderX86IsRewrittenUnexpanded) {
+  const TestFolders folders;
+  WriteBytes(folders.ProgramFilesX86() + L"\\Maker\\tool.exe", "");
+  EXPECT_EQ(L"%programfiles(x86)%\\Maker\\tool.exe", MapProgramFiles(L"%ProgramFiles%\\Maker\\tool.exe"));
+}
+
+TEST(MapProgramFiles, APathThatExistsStaysAsItStands) {
+  const TestFolders folders;
+  WriteBytes(folders.ProgramFiles() + L"\\Maker\\tool.exe", "");
+  WriteBytes(folders.ProgramFilesX86() + L"\\Maker\\tool.exe", "");
+  EXPECT_EQ(L"%ProgramFiles%\\Maker\\tool.exe", MapProgramFiles(L"%ProgramFiles%\\Maker\\tool.exe"));
+}
+
+TEST(MapProgramFiles, APathThatExistsNowhereStays) {
+  const TestFolders folders;
+  EXPECT_EQ(L"%programfiles%\\Maker\\tool.exe", MapProgramFiles(L"%programfiles%\\Maker\\tool.exe"));
+}
+
+TEST(MapProgramFiles, APathThatGoesOnWithAnotherCharacterStays) {
+  const TestFolders folders;
+  WriteBytes(folders.ProgramFilesX86() + L"\\tool.exe", "");
+  EXPECT_EQ(L"%programfiles%x\\tool.exe", MapProgramFiles(L"%programfiles%x\\tool.exe"));
+  EXPECT_EQ(L"%programfiles%/tool.exe", MapProgramFiles(L"%programfiles%/tool.exe"));
+}
+
+TEST(MapProgramFiles, APathElsewhereStays) {
+  const TestFolders folders;
+  WriteBytes(folders.ProgramFilesX86() + L"\\tool.exe", "");
+  EXPECT_EQ(L"%appdata%\\tool.exe", MapProgramFiles(L"%appdata%\\tool.exe"));
+  EXPECT_EQ(L"", MapProgramFiles(L""));
+  EXPECT_EQ(L"%programfiles%", MapProgramFiles(L"%programfiles%"));
+}
+
+} // namespace
+} // namespace lumenor

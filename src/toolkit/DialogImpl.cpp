@@ -23,6 +23,26 @@ private:
   CDialog *former;
 };
 
+/// The platform disables the owner of a modal dialog and may enable it at EndDialog only. A dialog that is destroyed
+/// instead, when it is closed or has failed, must not leave its owner dead behind it.
+class EnabledOwner {
+public:
+  explicit EnabledOwner(HWND parentWindow)
+      : owner(::GetAncestor(parentWindow, GA_ROOT)), wasEnabled(::IsWindowEnabled(owner) != FALSE) {}
+  ~EnabledOwner() {
+    if (!wasEnabled || ::IsWindowEnabled(owner))
+      return;
+    ::EnableWindow(owner, TRUE);
+    ::SetActiveWindow(owner);
+  }
+  EnabledOwner(const EnabledOwner &) = delete;
+  EnabledOwner &operator=(const EnabledOwner &) = delete;
+
+private:
+  HWND owner;
+  bool wasEnabled;
+};
+
 /// Whether a dialog procedure's answer to `message` is its return value itself.
 bool AnswersDirectly(UINT message) {
   switch (message) {
@@ -93,6 +113,7 @@ HWND CreateDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
 }
 
 INT_PTR RunDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
+  const EnabledOwner owner(parentWindow);
   const DialogStart start(object);
   const INT_PTR answer =
       ::DialogBoxParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(dialogId), parentWindow, StartDialogProcedure, 0);

@@ -175,6 +175,8 @@ void Window::MakeLayered() {
     return;
   ::SetWindowLongW(handle, GWL_EXSTYLE, style | neededExtendedStyle);
   ::SetWindowPos(handle, nullptr, 0, 0, 0, 0, styleChangeFlags);
+  // A style alone puts no window above the others: only this does.
+  ::SetWindowPos(handle, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
 }
 
 void Window::InitializeComponent() {}

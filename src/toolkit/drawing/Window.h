@@ -124,7 +124,8 @@ template <typename Owner, std::size_t count> BOOL Window::RunHandler(const Messa
     BOOL handled = FALSE;
     if (Guarded(row.handlerName, [&] { handled = (static_cast<Owner *>(this)->*row.handler)(wParam, lParam, result); }))
       return handled;
-    ::DestroyWindow(handle);
+    if (message != WM_DESTROY) // that one is on its way already
+      ::DestroyWindow(handle);
     return FALSE;
   }
   return FALSE;

@@ -1,5 +1,7 @@
 #include "toolkit/drawing/ProgramAppearance.h"
 
+#include <utility>
+
 #include <commctrl.h>
 #include <commoncontrols.h>
 #include <shellapi.h>
@@ -26,15 +28,23 @@ bool IsUsablePicture(HBITMAP bitmap) {
          record.bmHeight >= leastPictureSize && record.bmBitsPixel == pictureBits;
 }
 
-IconHandle ProgramIcon(const std::wstring &programPath) {
+/// The icon that the shell has for files of this kind.
+IconHandle FileTypeIcon(const std::wstring &path) {
   SHFILEINFOW info{};
-  if (::SHGetFileInfoW(programPath.c_str(), 0, &info, sizeof info, SHGFI_SYSICONINDEX) == 0)
+  if (::SHGetFileInfoW(path.c_str(), 0, &info, sizeof info, SHGFI_SYSICONINDEX) == 0)
     throw HResultError(E_FAIL);
   ComPtr<IImageList> icons;
   ThrowIfFailed(::SHGetImageList(SHIL_EXTRALARGE, IID_PPV_ARGS(&icons)));
   IconHandle icon;
   ThrowIfFailed(icons->GetIcon(info.iIcon, ILD_TRANSPARENT, icon.Put()));
   return icon;
+}
+
+/// The first icon in the program itself; that of its type where it holds none.
+IconHandle ProgramIcon(const std::wstring &programPath) {
+  IconHandle icon;
+  ::SHDefExtractIconW(programPath.c_str(), 0, 0, icon.Put(), nullptr, iconSize);
+  return icon ? std::move(icon) : FileTypeIcon(programPath);
 }
 
 /// The icon as a picture of 48 by 48 pixels with straight alpha, which an icon that only has a mask gets from it.

@@ -1,0 +1,62 @@
+#include "toolkit/drawing/ProgramAppearance.h"
+
+#include <gtest/gtest.h>
+
+#include "drawing/Pictures.h"
+#include "support/TestFolders.h"
+#include "system/HResultError.h"
+
+namespace lumenor {
+namespace {
+
+using namespace tests;
+
+class ProgramAppearance : public ::testing::Test {
+protected:
+  ProgramAppearance() { ::CopyFileW(L"C:\\windows\\regedit.exe", program.c_str(), TRUE); }
+
+  TestFolders folders;
+  std::wstring program = folders.Root() + L"\\Tool.exe";
+};
+
+TEST_F(ProgramAppearance, TheDisplayNameIsTheShells) { EXPECT_EQ(L"Tool.exe", ProgramDisplayName(program)); }
+
+TEST_F(ProgramAppearance, AMissingProgramHasNoDisplayName) {
+  try {
+    ProgramDisplayName(folders.Root() + L"\\nowhere.exe");
+    FAIL() << "nothing was raised";
+  } catch (const HResultError &error) {
+    EXPECT_EQ(E_FAIL, error.Result());
+  }
+}
+
+TEST_F(ProgramAppearance, TheImageIsAPictureOf48PixelsWithAnAlpha) {
+  const Picture image = PictureOf(ProgramImage(program).Get());
+  EXPECT_EQ(48, image.width);
+  EXPECT_EQ(48, image.height);
+  const RECT ink = InkOf(image);
+  EXPECT_GT(ink.right - ink.left, 24);
+  EXPECT_GT(ink.bottom - ink.top, 24);
+  EXPECT_NE(0, BoundsOf(image, 0u).right) << "and transparent around it";
+}
+
+TEST_F(ProgramAppearance, ProgramsWithDifferentIconsHaveDifferentImages) {
+  EXPECT_NE(PictureOf(ProgramImage(program).Get()), PictureOf(ProgramImage(L"C:\\windows\\notepad.exe").Get()));
+}
+
+TEST_F(ProgramAppearance, AFileWithoutAnIconHasAnImageToo) {
+  WriteBytes(folders.Root() + L"\\plain.exe", "no program at all");
+  WriteBytes(folders.Root() + L"\\plain.txt", "text");
+  for (const std::wstring &name : {std::wstring(L"\\plain.exe"), std::wstring(L"\\plain.txt"), std::wstring()}) {
+    const Picture image = PictureOf(ProgramImage(folders.Root() + name).Get());
+    EXPECT_EQ(48, image.width);
+    EXPECT_NE(0, InkOf(image).right);
+  }
+}
+
+TEST_F(ProgramAppearance, AMissingProgramHasNoImage) {
+  EXPECT_THROW(ProgramImage(folders.Root() + L"\\nowhere.exe"), HResultError);
+}
+
+} // namespace
+} // namespace lumenor

@@ -1,10 +1,9 @@
 #pragma once
-// Lets a test look on while the product calls a COM object: for as long as it lives the object's table of operations is
-// a copy in which single operations are exchanged. The exchanged ones call the former ones, so the work still gets
-// done.
+// Lets a test look on while the product calls COM objects of one class: for as long as it lives single operations of
+// the class's table are exchanged. The exchanged ones call the former ones, so the work still gets done.
 
 #include <cstddef>
-#include <vector>
+#include <map>
 
 #include "system/Windows.h"
 
@@ -14,29 +13,35 @@ namespace lumenor::tests {
 
 class OperationSpy {
 public:
-  /// `operationCount` is how many operations the object's interface has, those it inherits included.
-  OperationSpy(IUnknown *object, std::size_t operationCount)
-      : object(object), table(reinterpret_cast<void ***>(object)), former(*table),
-        copy(former, former + operationCount) {
-    *table = copy.data();
+  /// Keeps `object`, whose class's table it changes.
+  explicit OperationSpy(IUnknown *object) : object(object), table(*reinterpret_cast<void ***>(object)) {}
+  ~OperationSpy() {
+    for (const auto &[slot, function] : former)
+      Write(slot, function);
   }
-  ~OperationSpy() { *table = former; }
   OperationSpy(const OperationSpy &) = delete;
   OperationSpy &operator=(const OperationSpy &) = delete;
 
   /// Exchanges the operation at `slot`, counted from QueryInterface as 0; returns the former one. The object is the
   /// first argument of both.
   template <typename Function> Function Exchange(std::size_t slot, Function function) {
-    const auto formerFunction = reinterpret_cast<Function>(copy.at(slot));
-    copy.at(slot) = reinterpret_cast<void *>(function);
-    return formerFunction;
+    void *const formerFunction = table[slot];
+    former.emplace(slot, formerFunction);
+    Write(slot, reinterpret_cast<void *>(function));
+    return reinterpret_cast<Function>(formerFunction);
   }
 
 private:
+  void Write(std::size_t slot, void *function) const {
+    DWORD protection = 0;
+    ::VirtualProtect(&table[slot], sizeof table[slot], PAGE_READWRITE, &protection);
+    table[slot] = function;
+    ::VirtualProtect(&table[slot], sizeof table[slot], protection, &protection);
+  }
+
   Microsoft::WRL::ComPtr<IUnknown> object;
-  void ***table;
-  void **former;
-  std::vector<void *> copy;
+  void **table;
+  std::map<std::size_t, void *> former;
 };
 
 } // namespace lumenor::tests

@@ -5,6 +5,8 @@
 
 namespace lumenor::tests {
 
+using Microsoft::WRL::ComPtr;
+
 namespace {
 
 HBITMAP MakeTopDownBitmap(HDC context, int width, int height, void **bits) {
@@ -17,15 +19,31 @@ HBITMAP MakeTopDownBitmap(HDC context, int width, int height, void **bits) {
   return ThrowIfNull(::CreateDIBSection(context, &info, DIB_RGB_COLORS, bits, nullptr, 0));
 }
 
+/// Targets that no surface holds; making one costs the test platform 200 ms.
+std::vector<ComPtr<ID2D1DCRenderTarget>> &IdleTargets() {
+  static std::vector<ComPtr<ID2D1DCRenderTarget>> targets;
+  return targets;
+}
+
+ComPtr<ID2D1DCRenderTarget> TakeTarget() {
+  if (IdleTargets().empty())
+    return CreateGdiRenderTarget();
+  const auto target = IdleTargets().back();
+  IdleTargets().pop_back();
+  return target;
+}
+
 } // namespace
 
 RenderSurface::RenderSurface(int width, int height)
-    : width(width), pixels(static_cast<std::size_t>(width * height)), target(CreateGdiRenderTarget()),
+    : width(width), pixels(static_cast<std::size_t>(width * height)), target(TakeTarget()),
       context(ThrowIfNull(::CreateCompatibleDC(nullptr))),
       bitmap(MakeTopDownBitmap(context.Get(), width, height, &bits)), selected(context.Get(), bitmap.Get()) {
   const RECT area{0, 0, width, height};
   ThrowIfFailed(target->BindDC(context.Get(), &area));
 }
+
+RenderSurface::~RenderSurface() { IdleTargets().push_back(target); }
 
 std::vector<std::uint32_t> RenderSurface::Draw(const std::function<void()> &body) {
   const D2D1_COLOR_F transparent{0, 0, 0, 0};

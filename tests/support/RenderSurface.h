@@ -18,6 +18,9 @@ class RenderSurface {
 public:
   /// Transparent at first, and bound.
   RenderSurface(int width, int height);
+  ~RenderSurface();
+  RenderSurface(const RenderSurface &) = delete;
+  RenderSurface &operator=(const RenderSurface &) = delete;
 
   Microsoft::WRL::ComPtr<ID2D1RenderTarget> Target() const { return target; }
 

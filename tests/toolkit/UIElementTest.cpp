@@ -222,7 +222,7 @@ void STDMETHODCALLTYPE RecordPushClip(ID2D1RenderTarget *target, const D2D1_RECT
 TEST_F(PaintChild, ClipsWithSmoothEdges) {
   Leaf child;
   clipModes.clear();
-  tests::OperationSpy spy(surface.Target().Get(), 57);
+  tests::OperationSpy spy(surface.Target().Get());
   formerPushClip = spy.Exchange<PushClip>(45, RecordPushClip);
   Paint(&child);
   EXPECT_EQ(clipModes, std::vector<D2D1_ANTIALIAS_MODE>{D2D1_ANTIALIAS_MODE_PER_PRIMITIVE});

@@ -1,0 +1,170 @@
+#include "e2e/DockProcess.h"
+
+#include <chrono>
+
+#include "e2e/Screen.h"
+
+namespace lumenor::e2e {
+namespace {
+
+constexpr wchar_t barTitle[] = L"Lumenor Dock";
+
+std::wstring ClassOf(HWND window) {
+  wchar_t name[64] = {};
+  ::GetClassNameW(window, name, 64);
+  return name;
+}
+
+std::wstring TitleOf(HWND window) {
+  wchar_t text[64] = {};
+  ::InternalGetWindowText(window, text, 64); // from outside the process, without waiting for its thread
+  return text;
+}
+
+int PixelCount(const RECT &area) { return (area.right - area.left) * (area.bottom - area.top); }
+
+template <typename Visit> void ForEachTopLevelWindow(Visit visit) {
+  ::EnumWindows(
+      [](HWND window, LPARAM parameter) -> BOOL {
+        (*reinterpret_cast<Visit *>(parameter))(window);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&visit));
+}
+
+template <typename Visit> void ForEachChild(HWND parent, Visit visit) {
+  ::EnumChildWindows(
+      parent,
+      [](HWND window, LPARAM parameter) -> BOOL {
+        (*reinterpret_cast<Visit *>(parameter))(window);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&visit));
+}
+
+} // namespace
+
+DockProcess::DockProcess(const Installation &installation, const std::wstring &arguments, const std::wstring &program)
+    : screen{0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)}, bareScreen(Capture(screen)) {
+  ::SetEnvironmentVariableW(L"LUMENOR_LOGGING", L"3");
+  std::wstring commandLine = L"\"" + (program.empty() ? installation.DockExe() : program) + L"\" " + arguments;
+  STARTUPINFOW start = {};
+  start.cb = sizeof(start);
+  PROCESS_INFORMATION started = {};
+  if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started))
+    return;
+  ::CloseHandle(started.hThread);
+  process.Reset(started.hProcess);
+  id = started.dwProcessId;
+}
+
+DockProcess::~DockProcess() {
+  if (!IsRunning())
+    return;
+  if (const HWND bar = Bar())
+    ::PostMessageW(bar, WM_CLOSE, 0, 0);
+  if (::WaitForSingleObject(process.Get(), 5000) != WAIT_OBJECT_0) {
+    ::TerminateProcess(process.Get(), 99);
+    ::WaitForSingleObject(process.Get(), 5000);
+  }
+}
+
+bool DockProcess::IsRunning() const { return process && ::WaitForSingleObject(process.Get(), 0) == WAIT_TIMEOUT; }
+
+std::optional<DWORD> DockProcess::WaitForExit() const {
+  DWORD code = 0;
+  if (!process || ::WaitForSingleObject(process.Get(), 10000) != WAIT_OBJECT_0 ||
+      !::GetExitCodeProcess(process.Get(), &code))
+    return std::nullopt;
+  return code;
+}
+
+HWND DockProcess::WaitForBar() {
+  if (!WaitFor([&] { return Bar() != nullptr || !IsRunning(); }, std::chrono::seconds(30)) || Bar() == nullptr)
+    return nullptr;
+  if (!WaitForPaint(BarRect()))
+    return nullptr;
+  CaptureSettled(BarRect());
+  return Bar();
+}
+
+bool DockProcess::WaitForPaint(const RECT &area) const {
+  RECT visible = {};
+  ::IntersectRect(&visible, &area, &screen);
+  return WaitFor([&] { return Capture(visible).Differences(bareScreen.Part(visible)) > PixelCount(visible) / 2; });
+}
+
+HWND DockProcess::WaitForPopup() const {
+  if (!WaitFor([&] { return Popups().size() == 1; }) || !WaitForPaint(RectOf(Popups()[0])))
+    return nullptr;
+  CaptureSettled(RectOf(Popups()[0]));
+  return Popups()[0];
+}
+
+std::vector<HWND> DockProcess::TopLevelWindows() const {
+  std::vector<HWND> windows;
+  ForEachTopLevelWindow([&](HWND window) {
+    DWORD owner = 0;
+    ::GetWindowThreadProcessId(window, &owner);
+    if (owner == id && ::IsWindowVisible(window))
+      windows.push_back(window);
+  });
+  return windows;
+}
+
+HWND DockProcess::Bar() const {
+  for (const HWND window : TopLevelWindows())
+    if (TitleOf(window) == barTitle)
+      return window;
+  return nullptr;
+}
+
+std::vector<HWND> DockProcess::Popups() const {
+  std::vector<HWND> popups;
+  for (const HWND window : TopLevelWindows())
+    if (TitleOf(window) != barTitle && ClassOf(window) != L"tooltips_class32")
+      popups.push_back(window);
+  return popups;
+}
+
+HWND DockProcess::ToolTip() const {
+  for (const HWND window : TopLevelWindows())
+    if (ClassOf(window) == L"tooltips_class32")
+      return window;
+  return nullptr;
+}
+
+RECT DockProcess::BarRect() const { return RectOf(Bar()); }
+
+HWND DockProcess::Control(int controlId) const {
+  HWND found = nullptr;
+  ForEachChild(Bar(), [&](HWND window) {
+    if (found == nullptr && ::GetWindowLongW(window, GWL_ID) == controlId)
+      found = window;
+  });
+  return found;
+}
+
+POINT DockProcess::MainButton(int index) const { return Center(RectOf(Control(1000 + index))); }
+
+POINT DockProcess::UserButton(int index) const { return Center(RectOf(Control(2000 + index))); }
+
+POINT DockProcess::SystemButton(int index) const {
+  // The panel of the three lies 148 right and 2 below the corner of the fixed end, which is 204 wide; each is 16 wide
+  // and 2 from the one before.
+  const RECT bar = BarRect();
+  return {bar.right - Scaled(204) + Scaled(148) + index * (Scaled(16) + 2) + Scaled(8), bar.top + Scaled(2 + 8)};
+}
+
+RECT RectOf(HWND window) {
+  RECT r = {};
+  ::GetWindowRect(window, &r);
+  return r;
+}
+
+int Scaled(int designPixels) {
+  const WindowDeviceContext screen(nullptr);
+  return ::MulDiv(designPixels, ::GetDeviceCaps(screen.Get(), LOGPIXELSX), 96);
+}
+
+} // namespace lumenor::e2e

@@ -1,0 +1,76 @@
+#pragma once
+// The dock's real process, started and watched from outside.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "e2e/Installation.h"
+#include "e2e/Screen.h"
+#include "system/Handles.h"
+
+namespace lumenor::e2e {
+
+class DockProcess {
+public:
+  /// Starts the installed program with `arguments` behind its name; logging is at its full level.
+  /// `program` starts another copy of it, by its path.
+  explicit DockProcess(const Installation &installation, const std::wstring &arguments = L"",
+                       const std::wstring &program = L"");
+
+  /// Closes the dock if it still runs, and ends it if it doesn't go.
+  ~DockProcess();
+
+  DWORD Id() const { return id; }
+  bool IsRunning() const;
+
+  /// Waits for the process's end; its exit code, or nothing when it still runs after ten seconds.
+  std::optional<DWORD> WaitForExit() const;
+
+  /// Waits until the bar is shown and painted, and returns its window; null when it doesn't come.
+  HWND WaitForBar();
+
+  /// The bar's window as it is now: visible, of this process, of the bar's title; null without one.
+  HWND Bar() const;
+  RECT BarRect() const;
+
+  /// The window of the control `id` anywhere below the bar; null without one.
+  HWND Control(int id) const;
+
+  /// The middle of a fixed or a user button, on the screen.
+  POINT MainButton(int index) const;
+  POINT UserButton(int index) const;
+
+  /// The small buttons at the bar's right end.
+  POINT ResetButton() const { return SystemButton(0); }
+  POINT PositionButton() const { return SystemButton(1); }
+  POINT CloseButton() const { return SystemButton(2); }
+
+  /// Waits until the bar's one flyout or dialog is shown and painted, and returns its window; null when it doesn't
+  /// come.
+  HWND WaitForPopup() const;
+
+  /// Visible top-level windows of the process other than the bar and its tool tips, topmost first.
+  std::vector<HWND> Popups() const;
+
+  /// The visible tool tip of the process; null without one.
+  HWND ToolTip() const;
+
+private:
+  POINT SystemButton(int index) const;
+  bool WaitForPaint(const RECT &area) const;
+  std::vector<HWND> TopLevelWindows() const;
+
+  KernelHandle process;
+  DWORD id = 0;
+  RECT screen = {};
+  Picture bareScreen; // before the start
+};
+
+/// A window's rectangle on the screen.
+RECT RectOf(HWND window);
+
+/// The dots per inch of the screen; tests compute expected sizes with it as the dock does.
+int Scaled(int designPixels);
+
+} // namespace lumenor::e2e

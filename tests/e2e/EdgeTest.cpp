@@ -1,0 +1,89 @@
+// The edge of the screen: the toggle, the registry value, a changed display.
+
+#include <gtest/gtest.h>
+
+#include "e2e/DockProcess.h"
+#include "e2e/Input.h"
+#include "e2e/Screen.h"
+
+namespace lumenor::e2e {
+namespace {
+
+constexpr LONG topEdge = 1;
+constexpr LONG bottomEdge = 1024 - 77;
+
+class Edge : public ::testing::Test {
+protected:
+  Edge() { installation.WriteUsualStubs(); }
+  ~Edge() override { ::ChangeDisplaySettingsW(nullptr, 0); }
+
+  bool BarComesTo(const DockProcess &dock, LONG top) {
+    return WaitFor([&] { return dock.BarRect().top == top; });
+  }
+
+  const Installation installation;
+};
+
+TEST_F(Edge, ThePositionButtonMovesTheBarDownAndUpAgain) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  ASSERT_EQ(topEdge, dock.BarRect().top);
+
+  Click(dock.PositionButton());
+  EXPECT_TRUE(BarComesTo(dock, bottomEdge));
+  EXPECT_EQ(L"Bottom", DockValue(L"DockPosition"));
+  CaptureSettled(dock.BarRect());
+  SaveShot("edge-bottom");
+
+  Click(dock.PositionButton());
+  EXPECT_TRUE(BarComesTo(dock, topEdge));
+  EXPECT_EQ(L"Top", DockValue(L"DockPosition"));
+}
+
+TEST_F(Edge, AnotherProgramThatWritesTheValueMovesTheBar) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  SetDockValue(L"DockPosition", L"Bottom");
+  EXPECT_TRUE(BarComesTo(dock, bottomEdge));
+  SetDockValue(L"DockPosition", L"Top");
+  EXPECT_TRUE(BarComesTo(dock, topEdge));
+}
+
+TEST_F(Edge, AValueOfLeftStartsAtTheTopAndALaterChangeToItMovesToTheBottom) {
+  SetDockValue(L"DockPosition", L"Left");
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  ASSERT_EQ(topEdge, dock.BarRect().top);
+  SetDockValue(L"DockPosition", L"Right");
+  EXPECT_TRUE(BarComesTo(dock, bottomEdge));
+}
+
+TEST_F(Edge, AnotherValueInTheKeyMovesNothing) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  SetDockValue(L"SomethingElse", L"Bottom");
+  EXPECT_TRUE(HoldsFor([&] { return dock.BarRect().top == topEdge; }, std::chrono::milliseconds(700)));
+}
+
+TEST_F(Edge, ASmallerDisplayPlacesTheBarAnew) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+
+  DEVMODEW mode = {};
+  mode.dmSize = sizeof(mode);
+  mode.dmFields = DM_PELSWIDTH | DM_PELSHEIGHT;
+  mode.dmPelsWidth = 1024;
+  mode.dmPelsHeight = 768;
+  ASSERT_EQ(DISP_CHANGE_SUCCESSFUL, ::ChangeDisplaySettingsW(&mode, 0));
+
+  const RECT expected = {512 - 347, 1, 512 + 347, 78};
+  EXPECT_TRUE(WaitFor([&] {
+    const RECT bar = dock.BarRect();
+    return ::EqualRect(&expected, &bar) != FALSE;
+  }));
+  CaptureSettled(dock.BarRect());
+  SaveShot("edge-1024");
+}
+
+} // namespace
+} // namespace lumenor::e2e

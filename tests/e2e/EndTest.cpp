@@ -1,0 +1,145 @@
+// Closing, the end of the session, the reset: what is saved and what comes back.
+
+#include <gtest/gtest.h>
+
+#include "e2e/DockProcess.h"
+#include "e2e/Input.h"
+#include "e2e/Screen.h"
+
+namespace lumenor::e2e {
+namespace {
+
+class End : public ::testing::Test {
+protected:
+  End() { installation.WriteUsualStubs(); }
+
+  /// A document of the user's own, unlike what the stubs build.
+  void WriteOwnDocument() {
+    installation.WriteDocument(
+        userDocument,
+        {{.head = L"Mine", .actionType = L"exe", .actionParams = installation.Recorder(), .position = 7},
+         {.head = L"Gone", .actionType = L"exe", .actionParams = L"C:\\gone\\gone.exe", .image = L"", .position = 8}});
+  }
+
+  std::string UserDocument() const { return ReadBytes(installation.DocumentPath(userDocument)); }
+
+  const Installation installation;
+};
+
+TEST_F(End, TheCloseButtonSavesTheUsersButtonsAndEndsWithZero) {
+  WriteOwnDocument();
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const std::string before = UserDocument();
+
+  Click(dock.CloseButton());
+
+  EXPECT_EQ(0u, dock.WaitForExit());
+  const std::string after = UserDocument();
+  EXPECT_NE(before, after);
+  EXPECT_EQ(1, CountOf(after, "<Head>Mine</Head>"));
+  EXPECT_EQ(1, CountOf(after, "<Head>Gone</Head>")) << "a record without a button is saved back";
+  EXPECT_EQ(2, CountOf(after, "<ActionParamsBackup"));
+}
+
+TEST_F(End, ClosingEarlyStartsTheMainApplicationInTheTray) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  Click(dock.CloseButton());
+  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
+  const std::wstring line = installation.RecordedCommandLines()[0];
+  EXPECT_NE(std::wstring::npos, line.find(L"Lumenor.exe"));
+  EXPECT_TRUE(line.ends_with(L" view=SYSTRAY")) << std::string(line.begin(), line.end());
+}
+
+TEST_F(End, TheEndOfTheSessionSavesAndPostsNoQuit) {
+  WriteOwnDocument();
+  DockProcess dock(installation);
+  const HWND bar = dock.WaitForBar();
+  ASSERT_NE(nullptr, bar);
+
+  EXPECT_EQ(1, ::SendMessageW(bar, WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF));
+  EXPECT_EQ(1, ::SendMessageW(bar, WM_ENDSESSION, TRUE, static_cast<LPARAM>(ENDSESSION_LOGOFF)));
+
+  EXPECT_EQ(2, CountOf(UserDocument(), "<ActionParamsBackup"));
+  EXPECT_TRUE(HoldsFor([&] { return dock.IsRunning(); }, std::chrono::milliseconds(500)));
+}
+
+TEST_F(End, TheNextStartFindsWhatWasSaved) {
+  WriteOwnDocument();
+  {
+    DockProcess dock(installation);
+    ASSERT_NE(nullptr, dock.WaitForBar());
+    Click(dock.CloseButton());
+    ASSERT_EQ(0u, dock.WaitForExit());
+  }
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EXPECT_NE(nullptr, dock.Control(2000));
+  EXPECT_EQ(nullptr, dock.Control(2001)) << "no button for the target that is gone";
+}
+
+/// Opens the reset dialog and returns its window.
+HWND OpenResetDialog(DockProcess &dock) {
+  Click(dock.ResetButton());
+  return dock.WaitForPopup();
+}
+
+/// The dialog's two buttons in the order on the screen, left to right.
+std::vector<RECT> DialogButtons(HWND dialog) {
+  std::vector<RECT> buttons;
+  ::EnumChildWindows(
+      dialog,
+      [](HWND window, LPARAM parameter) -> BOOL {
+        if (::GetWindowLongW(window, GWL_ID) == 1003)
+          reinterpret_cast<std::vector<RECT> *>(parameter)->push_back(RectOf(window));
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&buttons));
+  if (buttons.size() == 2 && buttons[1].left < buttons[0].left)
+    std::swap(buttons[0], buttons[1]);
+  return buttons;
+}
+
+TEST_F(End, ResetAsksRebuildsAndComesBackInTheSameProcess) {
+  WriteOwnDocument();
+  DockProcess dock(installation);
+  const HWND oldBar = dock.WaitForBar();
+  ASSERT_NE(nullptr, oldBar);
+  const HWND dialog = OpenResetDialog(dock);
+  ASSERT_NE(nullptr, dialog);
+  const RECT place = RectOf(dialog), expected = {640 - 200, 77, 640 + 200, 249};
+  EXPECT_TRUE(::EqualRect(&expected, &place));
+  SaveShot("reset-dialog");
+  const auto buttons = DialogButtons(dialog);
+  ASSERT_EQ(2u, buttons.size());
+
+  Click(Center(buttons[0]));
+
+  ASSERT_TRUE(WaitFor([&] { return dock.Bar() != nullptr && dock.Bar() != oldBar; }));
+  EXPECT_TRUE(dock.IsRunning());
+  EXPECT_EQ(0, CountOf(UserDocument(), "Mine"));
+  EXPECT_EQ(1, CountOf(UserDocument(), "<Head>User 1</Head>"));
+  EXPECT_TRUE(WaitFor([&] { return dock.Control(2001) != nullptr; }));
+  const DockProcess second(installation);
+  EXPECT_EQ(0u, second.WaitForExit()) << "the instance stays guarded over the reset";
+}
+
+TEST_F(End, CancellingTheResetChangesNothing) {
+  WriteOwnDocument();
+  DockProcess dock(installation);
+  const HWND bar = dock.WaitForBar();
+  ASSERT_NE(nullptr, bar);
+  const std::string before = UserDocument();
+  const HWND dialog = OpenResetDialog(dock);
+  ASSERT_NE(nullptr, dialog);
+
+  Click(Center(DialogButtons(dialog).at(1)));
+
+  EXPECT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+  EXPECT_EQ(bar, dock.Bar());
+  EXPECT_EQ(before, UserDocument());
+}
+
+} // namespace
+} // namespace lumenor::e2e

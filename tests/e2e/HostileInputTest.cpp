@@ -1,0 +1,137 @@
+// What the disk may hold at its worst: the dock comes up, nothing of the user's is lost, and the log says what was
+// wrong.
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "e2e/DockProcess.h"
+#include "e2e/Input.h"
+#include "e2e/Screen.h"
+
+namespace lumenor::e2e {
+namespace {
+
+class HostileInput : public ::testing::Test {
+protected:
+  HostileInput() { installation.WriteUsualStubs(); }
+
+  bool Logged(const std::string &text) const {
+    const auto lines = installation.LogLines();
+    return std::any_of(lines.begin(), lines.end(),
+                       [&](const std::string &line) { return line.find(text) != std::string::npos; });
+  }
+
+  void CloseByButton(DockProcess &dock) {
+    Click(dock.CloseButton());
+    EXPECT_EQ(0u, dock.WaitForExit());
+  }
+
+  /// One fixed button with this picture.
+  void UsePicture(const std::wstring &image) {
+    installation.WriteStub(L"enu_us", mainDocument, 0,
+                           {.head = L"Picture",
+                            .actionType = L"exe",
+                            .actionParams = installation.Recorder(),
+                            .image = image,
+                            .position = 0});
+  }
+
+  const Installation installation;
+};
+
+TEST_F(HostileInput, ABrokenUserDocumentShowsAsEmptyAndIsLeftAsItStands) {
+  installation.WriteDocument(userDocument, {});
+  const std::string broken = "<?xml version=\"1.0\"?><UIRoot><Lumenor.MainFrame";
+  WriteBytes(installation.DocumentPath(userDocument), broken);
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EXPECT_EQ(nullptr, dock.Control(2000));
+  CloseByButton(dock);
+  EXPECT_EQ(broken, ReadBytes(installation.DocumentPath(userDocument)));
+}
+
+TEST_F(HostileInput, ADocumentOfExpandingEntitiesShowsAsEmpty) {
+  installation.WriteDocument(userDocument, {});
+  std::string bomb = "<?xml version=\"1.0\"?><!DOCTYPE l [<!ENTITY a0 \"lol\">";
+  for (int i = 1; i < 12; ++i) {
+    bomb += "<!ENTITY a" + std::to_string(i) + " \"";
+    for (int k = 0; k < 10; ++k)
+      bomb += "&a" + std::to_string(i - 1) + ";";
+    bomb += "\">";
+  }
+  WriteBytes(installation.DocumentPath(userDocument), bomb + "]><UIRoot>&a11;</UIRoot>");
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EXPECT_EQ(nullptr, dock.Control(2000));
+}
+
+TEST_F(HostileInput, ABrokenStubIsLoggedAndSkipped) {
+  installation.WriteRawStub(L"xx_xx", userDocument, 9, "<UIRoot><not closed");
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EXPECT_NE(nullptr, dock.Control(2001));
+  EXPECT_TRUE(Logged("ERROR: DockStub: "));
+  EXPECT_TRUE(Logged(".9.dstb is not valid xml"));
+}
+
+TEST_F(HostileInput, AMissingPictureGivesTheDefaultOneAndItsLogLines) {
+  UsePicture(L"..\\resources\\nowhere.png");
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EXPECT_NE(nullptr, dock.Control(1000));
+  EXPECT_TRUE(Logged("ERROR: WICHelper: cannot find "));
+}
+
+TEST_F(HostileInput, ACorruptPictureOnAFixedButtonLeavesNoBarAndALivingProcess) {
+  WriteBytes(installation.ResourcesFolder() + L"\\corrupt.png", "this is no picture at all");
+  UsePicture(L"..\\resources\\corrupt.png");
+  DockProcess dock(installation);
+  EXPECT_TRUE(WaitFor([&] { return Logged("MainDlg InitializeComponent"); }));
+  EXPECT_TRUE(HoldsFor([&] { return dock.Bar() == nullptr && dock.IsRunning(); }, std::chrono::seconds(2)));
+}
+
+TEST_F(HostileInput, WhereTheProfileFolderCannotBeMadeTheDockSaysSoAndEnds) {
+  const std::wstring folder = installation.UserFolder().substr(0, installation.UserFolder().rfind(L'\\'));
+  ::RemoveDirectoryW(folder.c_str());
+  WriteBytes(folder, "a file where the folder should be");
+  DockProcess dock(installation);
+  EXPECT_EQ(0u, dock.WaitForExit());
+  EXPECT_TRUE(Logged("FATAL: Failed to initialize Lumenor"));
+  ::DeleteFileW(folder.c_str());
+}
+
+TEST_F(HostileInput, ADocumentThatIsLockedAtTheEndKeepsWhatItHeld) {
+  installation.WriteDocument(userDocument,
+                             {{.head = L"Mine", .actionType = L"exe", .actionParams = installation.Recorder()}});
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const std::string before = ReadBytes(installation.DocumentPath(userDocument));
+  {
+    const FileHandle lock(::CreateFileW(installation.DocumentPath(userDocument).c_str(), GENERIC_READ, 0, nullptr,
+                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    Click(dock.CloseButton());
+    EXPECT_TRUE(WaitFor([&] { return dock.Bar() == nullptr; }));
+    EXPECT_TRUE(HoldsFor([&] { return dock.IsRunning(); }, std::chrono::milliseconds(500)));
+  }
+  EXPECT_EQ(before, ReadBytes(installation.DocumentPath(userDocument)));
+}
+
+TEST_F(HostileInput, ThirtyOneRecordsShowThirtyButtonsAndAllAreSavedBack) {
+  std::vector<Entry> entries;
+  for (int i = 0; i < 31; ++i)
+    entries.push_back({.head = L"Head " + std::to_wstring(i),
+                       .actionType = L"exe",
+                       .actionParams = installation.Recorder(),
+                       .position = i});
+  installation.WriteDocument(userDocument, entries);
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EXPECT_NE(nullptr, dock.Control(2029));
+  EXPECT_EQ(nullptr, dock.Control(2030));
+  CloseByButton(dock);
+  EXPECT_EQ(31, CountOf(ReadBytes(installation.DocumentPath(userDocument)), "<Head>Head "));
+}
+
+} // namespace
+} // namespace lumenor::e2e

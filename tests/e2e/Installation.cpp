@@ -1,0 +1,235 @@
+#include "e2e/Installation.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#include "system/Handles.h"
+
+namespace lumenor::e2e {
+namespace {
+
+constexpr wchar_t dockKey[] = L"SOFTWARE\\Tarnwick\\Lumenor";
+constexpr wchar_t englishTexts[] = L"\\BaseContent\\LangRes\\LangRes_VRA\\en_xx";
+constexpr wchar_t recordVariable[] = L"LUMENOR_RECORD";
+
+std::wstring Variable(const wchar_t *name) {
+  wchar_t text[MAX_PATH] = {};
+  ::GetEnvironmentVariableW(name, text, MAX_PATH);
+  return text;
+}
+
+bool IsFolder(const WIN32_FIND_DATAW &found) { return (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+
+std::vector<WIN32_FIND_DATAW> List(const std::wstring &pattern) {
+  std::vector<WIN32_FIND_DATAW> entries;
+  WIN32_FIND_DATAW found = {};
+  const FindHandle find(::FindFirstFileW(pattern.c_str(), &found));
+  if (!find)
+    return entries;
+  do {
+    const std::wstring name = found.cFileName;
+    if (name != L"." && name != L"..")
+      entries.push_back(found);
+  } while (::FindNextFileW(find.Get(), &found));
+  return entries;
+}
+
+void RemoveTree(const std::wstring &folder) {
+  for (const auto &entry : List(folder + L"\\*")) {
+    const std::wstring path = folder + L"\\" + entry.cFileName;
+    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    if (IsFolder(entry))
+      RemoveTree(path);
+    else
+      ::DeleteFileW(path.c_str());
+  }
+  ::SetFileAttributesW(folder.c_str(), FILE_ATTRIBUTE_NORMAL);
+  ::RemoveDirectoryW(folder.c_str());
+}
+
+void MakeFolders(const std::wstring &path) {
+  for (std::size_t end = path.find(L'\\', 3); end != std::wstring::npos; end = path.find(L'\\', end + 1))
+    ::CreateDirectoryW(path.substr(0, end).c_str(), nullptr);
+  ::CreateDirectoryW(path.c_str(), nullptr);
+}
+
+void CopyInto(const std::wstring &from, const std::wstring &to) {
+  ASSERT_TRUE(::CopyFileW(from.c_str(), to.c_str(), FALSE)) << "copying a file failed with " << ::GetLastError();
+}
+
+void CopyFolder(const std::wstring &from, const std::wstring &to) {
+  MakeFolders(to);
+  for (const auto &entry : List(from + L"\\*"))
+    if (!IsFolder(entry))
+      CopyInto(from + L"\\" + entry.cFileName, to + L"\\" + entry.cFileName);
+}
+
+std::string Utf8(const std::wstring &text) {
+  std::string bytes(static_cast<std::size_t>(::WideCharToMultiByte(
+                        CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr)),
+                    '\0');
+  ::WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
+                        static_cast<int>(bytes.size()), nullptr, nullptr);
+  return bytes;
+}
+
+std::wstring Escaped(const std::wstring &text) {
+  std::wstring out;
+  for (const wchar_t c : text) {
+    if (c == L'&')
+      out += L"&amp;";
+    else if (c == L'<')
+      out += L"&lt;";
+    else
+      out += c;
+  }
+  return out;
+}
+
+std::wstring ElementXml(const Entry &entry) {
+  return L"<Element><Head>" + Escaped(entry.head) + L"</Head><ToolTip>" + Escaped(entry.toolTip) +
+         L"</ToolTip><ActionType>" + entry.actionType + L"</ActionType><ActionParams>" + Escaped(entry.actionParams) +
+         L"</ActionParams><Image>" + Escaped(entry.image) + L"</Image><Position>" + std::to_wstring(entry.position) +
+         L"</Position>" + entry.conditions + L"</Element>";
+}
+
+std::string DocumentXml(const std::wstring &name, const std::vector<Entry> &entries) {
+  std::wstring xml = L"<?xml version=\"1.0\" encoding=\"utf-8\" ?><UIRoot><" + name + L"><Elements>";
+  for (const Entry &entry : entries)
+    xml += ElementXml(entry);
+  return Utf8(xml + L"</Elements></" + name + L"></UIRoot>");
+}
+
+void MakeRegistryKeys() {
+  RegistryKey key;
+  ::RegCreateKeyExW(HKEY_CURRENT_USER, dockKey, 0, nullptr, 0, KEY_READ, nullptr, key.Put(), nullptr);
+}
+
+void RemoveRegistryKeys() { ::RegDeleteTreeW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick"); }
+
+} // namespace
+
+Installation::Installation()
+    : programFolder(Variable(L"ProgramFiles") + L"\\Tarnwick\\Lumenor"),
+      commonFolder(Variable(L"ProgramData") + L"\\Tarnwick\\Lumenor"),
+      userFolder(Variable(L"APPDATA") + L"\\Tarnwick\\Lumenor") {
+  for (const auto &folder : {programFolder, commonFolder, userFolder})
+    RemoveTree(folder);
+  RemoveRegistryKeys();
+  MakeRegistryKeys();
+  MakeFolders(programFolder + L"\\Dock");
+  MakeFolders(LogFolder());
+  CopyInto(Variable(L"LUMENOR_DOCK_EXE"), DockExe());
+  CopyInto(Variable(L"LUMENOR_RECORDER_EXE"), Recorder());
+  CopyInto(Variable(L"LUMENOR_RECORDER_EXE"), programFolder + L"\\Lumenor.exe");
+  CopyFolder(Variable(L"LUMENOR_PRODUCT") + L"\\resources", ResourcesFolder());
+  CopyFolder(Variable(L"LUMENOR_PRODUCT") + englishTexts, commonFolder + englishTexts);
+  CopyInto(ResourcesFolder() + L"\\ResetImage.png", ResourcesFolder() + L"\\test.png");
+  ::SetEnvironmentVariableW(recordVariable, (commonFolder + L"\\recorded.txt").c_str());
+}
+
+Installation::~Installation() {
+  for (const auto &folder : {programFolder, commonFolder, userFolder})
+    RemoveTree(folder);
+  RemoveRegistryKeys();
+}
+
+void Installation::WriteStub(const std::wstring &locale, const std::wstring &document, int number,
+                             const Entry &entry) const {
+  WriteRawStub(locale, document, number, DocumentXml(document, {entry}));
+}
+
+void Installation::WriteRawStub(const std::wstring &locale, const std::wstring &document, int number,
+                                const std::string &text) const {
+  const std::wstring folder = commonFolder + L"\\LangRes\\" + locale;
+  MakeFolders(folder);
+  WriteBytes(folder + L"\\" + document + L"." + std::to_wstring(number) + L".dstb", text);
+}
+
+void Installation::WriteDocument(const std::wstring &name, const std::vector<Entry> &entries) const {
+  MakeFolders(userFolder);
+  WriteBytes(DocumentPath(name), DocumentXml(name, entries));
+}
+
+void Installation::WriteUsualStubs() const {
+  for (int i = 0; i < 3; ++i)
+    WriteStub(L"xx_xx", mainDocument, i,
+              {.head = L"Fixed " + std::to_wstring(i),
+               .actionType = L"exe",
+               .actionParams = L"\"" + Recorder() + L"\" fixed " + std::to_wstring(i),
+               .toolTip = L"Tip " + std::to_wstring(i),
+               .position = i});
+  for (int i = 0; i < 2; ++i)
+    WriteStub(L"xx_xx", userDocument, i,
+              {.head = L"User " + std::to_wstring(i),
+               .actionType = L"exe",
+               .actionParams = L"\"" + Recorder() + L"\" user " + std::to_wstring(i),
+               .position = i});
+}
+
+std::vector<std::string> Installation::LogLines() const {
+  std::vector<std::string> lines;
+  for (const auto &entry : List(LogFolder() + L"\\RollingDock*.log")) {
+    const std::string text = ReadBytes(LogFolder() + L"\\" + entry.cFileName);
+    for (std::size_t begin = 0, end; (end = text.find("\r\n", begin)) != std::string::npos; begin = end + 2)
+      lines.push_back(text.substr(begin, end - begin));
+  }
+  return lines;
+}
+
+std::vector<std::wstring> Installation::RecordedCommandLines() const {
+  const std::string bytes = ReadBytes(commonFolder + L"\\recorded.txt");
+  std::wstring text(bytes.size(), L'\0');
+  text.resize(static_cast<std::size_t>(::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()),
+                                                             text.data(), static_cast<int>(text.size()))));
+  std::vector<std::wstring> lines;
+  for (std::size_t begin = 0, end; (end = text.find(L'\n', begin)) != std::wstring::npos; begin = end + 1)
+    lines.push_back(text.substr(begin, std::min(end, text.find(L'\t', begin)) - begin)); // the folder follows
+  return lines;
+}
+
+std::string ReadBytes(const std::wstring &path) {
+  const FileHandle file(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file)
+    return {};
+  std::string bytes(::GetFileSize(file.Get(), nullptr), '\0');
+  DWORD read = 0;
+  ::ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
+  bytes.resize(read);
+  return bytes;
+}
+
+void WriteBytes(const std::wstring &path, const std::string &bytes) {
+  const FileHandle file(
+      ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  DWORD written = 0;
+  ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  ASSERT_EQ(bytes.size(), written);
+}
+
+bool FileExists(const std::wstring &path) { return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+int CountOf(const std::string &text, const std::string &needle) {
+  int count = 0;
+  for (std::size_t at = text.find(needle); at != std::string::npos; at = text.find(needle, at + needle.size()))
+    ++count;
+  return count;
+}
+
+std::optional<std::wstring> DockValue(const std::wstring &name) {
+  wchar_t text[256] = {};
+  DWORD bytes = sizeof(text) - sizeof(wchar_t);
+  if (::RegGetValueW(HKEY_CURRENT_USER, dockKey, name.c_str(), RRF_RT_REG_SZ, nullptr, text, &bytes) != ERROR_SUCCESS)
+    return std::nullopt;
+  return text;
+}
+
+void SetDockValue(const std::wstring &name, const std::wstring &text) {
+  const auto bytes = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
+  ASSERT_EQ(ERROR_SUCCESS, ::RegSetKeyValueW(HKEY_CURRENT_USER, dockKey, name.c_str(), REG_SZ, text.c_str(), bytes));
+}
+
+} // namespace lumenor::e2e

@@ -1,0 +1,90 @@
+#pragma once
+// The dock as a person finds it on the disk: the program in its folder, the pictures beside it, stub files and language
+// resources as a content service leaves them, a user without documents. It lives in the real folders of the prefix,
+// which belongs to this test run alone, since a program's %ProgramFiles% can't be redirected from outside.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "system/Windows.h"
+
+namespace lumenor::e2e {
+
+/// One entry of a content document or stub, as a test writes it.
+struct Entry {
+  std::wstring head = {};
+  std::wstring actionType = {};
+  std::wstring actionParams = {};
+  std::wstring image = L"..\\resources\\test.png";
+  std::wstring toolTip = {};
+  int position = 0;
+  std::wstring conditions = {}; // XML of the Condition nodes, if any
+};
+
+constexpr wchar_t mainDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.Main";
+constexpr wchar_t userDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.User";
+
+class Installation {
+public:
+  /// Clears what an earlier test left and installs the program, its pictures and English texts, a recorder as
+  /// the main application and the dock's own registry keys. No stub, no document.
+  Installation();
+  ~Installation();
+  Installation(const Installation &) = delete;
+  Installation &operator=(const Installation &) = delete;
+
+  std::wstring DockExe() const { return programFolder + L"\\Dock\\LumenorDock.exe"; }
+
+  /// The recorder, to be named in entries; it notes the command line that it was started with.
+  std::wstring Recorder() const { return programFolder + L"\\Recorder.exe"; }
+
+  /// Where the pictures lie ("..\resources" as seen from the program).
+  std::wstring ResourcesFolder() const { return programFolder + L"\\resources"; }
+
+  /// The folder of the user's documents.
+  std::wstring UserFolder() const { return userFolder; }
+
+  std::wstring DocumentPath(const std::wstring &name) const { return userFolder + L"\\" + name + L".xml"; }
+
+  /// The folder of the rolling log.
+  std::wstring LogFolder() const { return commonFolder + L"\\Logs"; }
+
+  /// Writes a stub of `document` into the locale folder; `number` makes its file name.
+  void WriteStub(const std::wstring &locale, const std::wstring &document, int number, const Entry &entry) const;
+
+  /// Writes any text as a stub of `document`.
+  void WriteRawStub(const std::wstring &locale, const std::wstring &document, int number,
+                    const std::string &text) const;
+
+  /// Writes a whole document of the user.
+  void WriteDocument(const std::wstring &name, const std::vector<Entry> &entries) const;
+
+  /// Three fixed buttons that start the recorder and two of the user's, as stubs in "xx_xx".
+  void WriteUsualStubs() const;
+
+  /// Every line of the log files, in order.
+  std::vector<std::string> LogLines() const;
+
+  /// The command lines that recorders were started with since the start of the test, in order.
+  std::vector<std::wstring> RecordedCommandLines() const;
+
+private:
+  std::wstring programFolder;
+  std::wstring commonFolder;
+  std::wstring userFolder;
+};
+
+/// The bytes of a file; empty when it can't be read.
+std::string ReadBytes(const std::wstring &path);
+void WriteBytes(const std::wstring &path, const std::string &bytes);
+bool FileExists(const std::wstring &path);
+
+/// The number of `needle` in `text`.
+int CountOf(const std::string &text, const std::string &needle);
+
+/// The dock's registry values, REG_SZ below HKEY_CURRENT_USER "SOFTWARE\Tarnwick\Lumenor".
+std::optional<std::wstring> DockValue(const std::wstring &name);
+void SetDockValue(const std::wstring &name, const std::wstring &text);
+
+} // namespace lumenor::e2e

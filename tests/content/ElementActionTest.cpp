@@ -1,0 +1,159 @@
+#include "content/ElementAction.h"
+
+#include <optional>
+
+#include <gmock/gmock.h>
+
+#include "support/ComApartment.h"
+#include "support/ImportSlot.h"
+#include "support/Recorder.h"
+#include "support/TestFolders.h"
+
+#include <shellapi.h>
+
+extern "C" decltype(&::ShellExecuteW) __imp_ShellExecuteW;
+
+namespace lumenor {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(PillarName, HasThreePillars) {
+  EXPECT_EQ(L"PC_HEALTH_SECURITY", PillarName(0));
+  EXPECT_EQ(L"PC_ACTION_CENTER", PillarName(1));
+  EXPECT_EQ(L"ECENTER", PillarName(2));
+  EXPECT_EQ(L"", PillarName(3));
+  EXPECT_EQ(L"", PillarName(-1));
+}
+
+TEST(PillarArguments, EndInTheNameOfTheIndex) {
+  EXPECT_EQ(L"welcome=false splash=false view=standard pillar=PC_ACTION_CENTER", PillarArguments(L"1"));
+  EXPECT_EQ(L"welcome=false splash=false view=standard pillar=PC_HEALTH_SECURITY", PillarArguments(L"none"));
+}
+
+TEST(PillarArguments, OfTheIndex7EndWithNothingBehindPillar) {
+  EXPECT_EQ(L"welcome=false splash=false view=standard pillar=", PillarArguments(L"7"));
+}
+
+TEST(CategoryArguments, EndInTheTextAsItStands) {
+  EXPECT_EQ(L"welcome=false splash=false view=standard pillar=ECENTER category=Two words",
+            CategoryArguments(L"Two words"));
+}
+
+Element Action(const std::wstring &type, const std::wstring &params) {
+  Element element;
+  element.ActionType = type;
+  element.ActionParams = params;
+  return element;
+}
+
+class RunElementActionTest : public testing::Test {
+protected:
+  /// The command lines that the action has started programs with; it must start one.
+  std::vector<std::wstring> Run(const std::wstring &type, const std::wstring &params) const {
+    RunElementAction(Action(type, params));
+    return recorder.WaitForCommandLines(1);
+  }
+
+  const tests::ComApartment com;
+  const tests::TestFolders folders;
+  const tests::Recorder recorder{folders};
+};
+
+TEST_F(RunElementActionTest, APillarStartsTheMainApplication) {
+  recorder.InstallAs(folders.InstallFolder() + L"\\Lumenor.exe");
+  EXPECT_THAT(Run(L"pillar", L"2"), ElementsAre(L"\"" + folders.InstallFolder() +
+                                                L"\\Lumenor.exe\" welcome=false splash=false view=standard "
+                                                L"pillar=ECENTER"));
+}
+
+TEST_F(RunElementActionTest, ACategoryStartsTheMainApplicationWhereverItIs) {
+  recorder.InstallAs(folders.InstallFolderX86() + L"\\Lumenor.exe");
+  EXPECT_THAT(Run(L"eccategory", L"Play & more"),
+              ElementsAre(L"\"" + folders.InstallFolderX86() +
+                          L"\\Lumenor.exe\" welcome=false splash=false view=standard pillar=ECENTER "
+                          L"category=Play & more"));
+}
+
+TEST_F(RunElementActionTest, AProgramStartsWithItsArguments) {
+  recorder.InstallAs(folders.Root() + L"\\My Tools\\a tool.exe");
+  EXPECT_THAT(Run(L"exe", folders.Root() + L"\\My Tools\\a tool.exe -x \"y z\""),
+              ElementsAre(L"\"" + folders.Root() + L"\\My Tools\\a tool.exe\" -x \"y z\""));
+}
+
+TEST_F(RunElementActionTest, AProgramOfTheOtherProgramFolderStarts) {
+  recorder.InstallAs(folders.ProgramFilesX86() + L"\\Maker\\tool.exe");
+  EXPECT_THAT(Run(L"exe", L"\"%programfiles%\\Maker\\tool.exe\" -x"),
+              ElementsAre(L"\"" + folders.ProgramFilesX86() + L"\\Maker\\tool.exe\" -x"));
+}
+
+TEST_F(RunElementActionTest, AnAddressMayBeAFile) {
+  recorder.InstallAs(folders.Root() + L"\\page.exe");
+  EXPECT_THAT(Run(L"url", folders.Root() + L"\\page.exe"), ElementsAre(testing::HasSubstr(L"page.exe")));
+}
+
+struct ShellCall {
+  HWND owner;
+  std::wstring verb;
+  std::wstring program;
+  std::optional<std::wstring> arguments;
+  bool hasFolder;
+  int show;
+};
+
+/// Stands between the program and the shell.
+class ShellSpy {
+public:
+  ShellSpy() { calls.clear(); }
+  static const std::vector<ShellCall> &Calls() { return calls; }
+
+private:
+  static HINSTANCE WINAPI Hear(HWND owner, LPCWSTR verb, LPCWSTR program, LPCWSTR arguments, LPCWSTR folder, INT show) {
+    calls.push_back({owner, verb, program, arguments == nullptr ? std::nullopt : std::optional<std::wstring>(arguments),
+                     folder != nullptr, show});
+    return nullptr; // a failure, which nobody looks at
+  }
+
+  static inline std::vector<ShellCall> calls;
+  const tests::ImportSlot<decltype(__imp_ShellExecuteW)> slot{&__imp_ShellExecuteW, &Hear};
+};
+
+TEST(RunElementAction, AsksTheShellToOpenWithoutOwnerOrFolderInANormalWindow) {
+  const ShellSpy spy;
+  RunElementAction(Action(L"exe", L"\"C:\\a.exe\" x"));
+  ASSERT_EQ(1u, ShellSpy::Calls().size());
+  const ShellCall &call = ShellSpy::Calls()[0];
+  EXPECT_EQ(nullptr, call.owner);
+  EXPECT_EQ(L"open", call.verb);
+  EXPECT_EQ(L"C:\\a.exe", call.program);
+  EXPECT_EQ(L"x", call.arguments);
+  EXPECT_FALSE(call.hasFolder);
+  EXPECT_EQ(5, call.show);
+}
+
+TEST(RunElementAction, AnAddressIsOpenedAsItStands) {
+  const ShellSpy spy;
+  RunElementAction(Action(L"url", L"http://a.example/?q=%TEMP% x"));
+  ASSERT_EQ(1u, ShellSpy::Calls().size());
+  EXPECT_EQ(L"http://a.example/?q=%TEMP% x", ShellSpy::Calls()[0].program);
+  EXPECT_EQ(std::nullopt, ShellSpy::Calls()[0].arguments);
+}
+
+TEST(RunElementAction, AnyOtherTypeDoesNothing) {
+  const ShellSpy spy;
+  for (const wchar_t *type : {L"", L"URL", L"Exe", L"xml", L"helpSearch", L"pillars", L"eccategory "})
+    RunElementAction(Action(type, L"C:\\a.exe"));
+  EXPECT_THAT(ShellSpy::Calls(), IsEmpty());
+}
+
+TEST(RunElementAction, AMissingProgramIsSilent) {
+  const tests::ComApartment com;
+  const tests::TestFolders folders;
+  for (const wchar_t *type : {L"url", L"exe", L"eccategory", L"pillar"})
+    EXPECT_NO_THROW(RunElementAction(Action(type, L"Q:\\missing.exe")));
+  EXPECT_NO_THROW(RunElementAction(Action(L"exe", L"")));
+}
+
+} // namespace
+} // namespace lumenor

@@ -1,0 +1,154 @@
+#include "support/Desk.h"
+
+#include <commctrl.h>
+
+#include "support/ImportSlot.h"
+#include "system/EventLog.h"
+#include "system/Handles.h"
+
+// The slot through which the program calls the event log.
+extern "C" BOOL(WINAPI *__imp_ReportEventW)(HANDLE, WORD, WORD, DWORD, PSID, WORD, DWORD, LPCWSTR *, LPVOID);
+
+namespace lumenor::desk {
+
+namespace {
+
+constexpr UINT markMessage = WM_APP + 77;
+
+LRESULT CALLBACK BackdropProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return ::DefWindowProcW(window, message, wParam, lParam);
+}
+
+void Send(const INPUT &input) {
+  INPUT copy = input;
+  ::SendInput(1, &copy, sizeof(copy));
+}
+
+void SendMouse(DWORD flags, LONG x = 0, LONG y = 0) {
+  INPUT input{};
+  input.type = INPUT_MOUSE;
+  input.mi.dx = x;
+  input.mi.dy = y;
+  input.mi.dwFlags = flags;
+  Send(input);
+}
+
+void SendKey(WORD virtualKey, DWORD flags) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = virtualKey;
+  input.ki.dwFlags = flags;
+  Send(input);
+}
+
+} // namespace
+
+// Paint messages come only when nothing else waits: the mark is posted again until the queue is dry.
+void PumpAll() {
+  for (int round = 0; round < 3; ++round) {
+    ::PostThreadMessageW(::GetCurrentThreadId(), markMessage, 0, 0);
+    PumpUntil([] { return HIWORD(::GetQueueStatus(QS_ALLINPUT)) == 0; });
+  }
+}
+
+void MoveCursor(POINT point) {
+  SendMouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, ::MulDiv(point.x, 65536, ::GetSystemMetrics(SM_CXSCREEN)) + 1,
+            ::MulDiv(point.y, 65536, ::GetSystemMetrics(SM_CYSCREEN)) + 1);
+  PumpUntil([&] {
+    POINT now{};
+    return ::GetCursorPos(&now) && now.x == point.x && now.y == point.y;
+  });
+}
+
+void PressLeftButton() {
+  SendMouse(MOUSEEVENTF_LEFTDOWN);
+  PumpUntil([] { return ::GetAsyncKeyState(VK_LBUTTON) < 0; });
+}
+
+void ReleaseLeftButton() {
+  SendMouse(MOUSEEVENTF_LEFTUP);
+  PumpUntil([] { return ::GetAsyncKeyState(VK_LBUTTON) >= 0; });
+}
+
+void PressKey(WORD virtualKey) { SendKey(virtualKey, 0); }
+
+void ReleaseKey(WORD virtualKey) { SendKey(virtualKey, KEYEVENTF_KEYUP); }
+
+POINT MiddleOf(HWND window) {
+  RECT rect{};
+  ::GetWindowRect(window, &rect);
+  return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+}
+
+std::uint32_t PixelAt(POINT point) {
+  const WindowDeviceContext screen(nullptr);
+  const MemoryDeviceContext memory(::CreateCompatibleDC(screen.Get()));
+  BITMAPINFO info{};
+  info.bmiHeader = {sizeof(info.bmiHeader), 1, -1, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  void *bits = nullptr;
+  const BitmapHandle bitmap(::CreateDIBSection(screen.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+  const SelectedObject selected(memory.Get(), bitmap.Get());
+  ::BitBlt(memory.Get(), 0, 0, 1, 1, screen.Get(), point.x, point.y, SRCCOPY);
+  ::GdiFlush();
+  return *static_cast<const std::uint32_t *>(bits) & 0xFFFFFF; // the top byte of a screen pixel means nothing
+}
+
+std::vector<HWND> ToolTips() {
+  std::vector<HWND> found;
+  ::EnumThreadWindows(
+      ::GetCurrentThreadId(),
+      [](HWND window, LPARAM list) -> BOOL {
+        wchar_t name[64] = {};
+        ::GetClassNameW(window, name, 64);
+        if (std::wstring(name) == TOOLTIPS_CLASSW)
+          reinterpret_cast<std::vector<HWND> *>(list)->push_back(window);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&found));
+  return found;
+}
+
+Backdrop::Backdrop(const RECT &area, COLORREF color) : brush(::CreateSolidBrush(color)) {
+  WNDCLASSW windowClass{};
+  windowClass.lpfnWndProc = BackdropProcedure;
+  windowClass.hInstance = ::GetModuleHandleW(nullptr);
+  windowClass.hbrBackground = brush;
+  windowClass.lpszClassName = L"LumenorTestBackdrop";
+  ::RegisterClassW(&windowClass);
+  window = ::CreateWindowExW(WS_EX_TOPMOST | WS_EX_TOOLWINDOW, windowClass.lpszClassName, nullptr, WS_POPUP, area.left,
+                             area.top, area.right - area.left, area.bottom - area.top, nullptr, nullptr,
+                             windowClass.hInstance, nullptr);
+  ::ShowWindow(window, SW_SHOWNOACTIVATE);
+  ::UpdateWindow(window);
+}
+
+Backdrop::~Backdrop() {
+  ::DestroyWindow(window);
+  ::UnregisterClassW(L"LumenorTestBackdrop", ::GetModuleHandleW(nullptr));
+  ::DeleteObject(brush);
+}
+
+namespace {
+
+std::vector<std::wstring> reports;
+decltype(__imp_ReportEventW) platformReportEvent = nullptr;
+
+BOOL WINAPI HearReport(HANDLE log, WORD type, WORD category, DWORD id, PSID user, WORD count, DWORD size,
+                       LPCWSTR *texts, LPVOID data) {
+  for (WORD i = 0; i < count; ++i)
+    reports.emplace_back(texts[i]);
+  return platformReportEvent(log, type, category, id, user, count, size, texts, data);
+}
+
+} // namespace
+
+EventLogSpy::EventLogSpy() {
+  reports.clear();
+  platformReportEvent = ExchangeSlot(&__imp_ReportEventW, &HearReport);
+}
+
+EventLogSpy::~EventLogSpy() { ExchangeSlot(&__imp_ReportEventW, platformReportEvent); }
+
+const std::vector<std::wstring> &EventLogSpy::Reports() { return reports; }
+
+} // namespace lumenor::desk

@@ -1,0 +1,62 @@
+#pragma once
+// What tests of windows need of the desk: messages pumped, the real cursor and keys, the pixels of the real screen, and
+// what goes to the event log.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "support/MessagePump.h"
+#include "system/Windows.h"
+
+namespace lumenor::desk {
+
+using tests::PumpUntil;
+
+/// Pumps until nothing waits any more, paint messages included.
+void PumpAll();
+
+/// Moves the cursor to `point` (screen pixels), and pumps until it is there.
+void MoveCursor(POINT point);
+void PressLeftButton();
+void ReleaseLeftButton();
+void PressKey(WORD virtualKey);
+void ReleaseKey(WORD virtualKey);
+
+/// The middle of `window` on the screen.
+POINT MiddleOf(HWND window);
+
+/// 0x00RRGGBB of what the user sees at `point`.
+std::uint32_t PixelAt(POINT point);
+
+/// The tool tip windows of this thread.
+std::vector<HWND> ToolTips();
+
+/// A plain opaque window of one colour, topmost, for what lies behind or beside a window under test.
+class Backdrop {
+public:
+  Backdrop(const RECT &area, COLORREF color);
+  ~Backdrop();
+  Backdrop(const Backdrop &) = delete;
+  Backdrop &operator=(const Backdrop &) = delete;
+
+  HWND Get() const { return window; }
+
+private:
+  HBRUSH brush;
+  HWND window;
+};
+
+/// Hears what goes to the event log while it lives; the reports still go there.
+class EventLogSpy {
+public:
+  EventLogSpy();
+  ~EventLogSpy();
+  EventLogSpy(const EventLogSpy &) = delete;
+  EventLogSpy &operator=(const EventLogSpy &) = delete;
+
+  /// The texts, in the order of their report.
+  static const std::vector<std::wstring> &Reports();
+};
+
+} // namespace lumenor::desk

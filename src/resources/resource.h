@@ -26,5 +26,5 @@ enum IconId : unsigned short { MainIconId = ICON_MAIN };
 /// The cursor of a button that is dragged off the bar.
 enum CursorId : unsigned short { DragCursorId = CURSOR_DRAG };
 
-}  // namespace lumenor
+} // namespace lumenor
 #endif

@@ -1,5 +1,7 @@
 #include "dock/FlyoutWindow.h"
 
+#include <algorithm>
+
 #include "content/ElementAction.h"
 #include "dock/DockButton.h"
 #include "dock/DockMessages.h"
@@ -96,9 +98,10 @@ void FlyoutWindow::CreateItems() {
   const LONG width = bounds.right - bounds.left;
   const LONG height = bounds.bottom - bounds.top;
   SizeBackPlate();
-  PlaceWindow();
+  // Ahead of the move: a window that is moved takes the size that its element has.
   Width.Set(width);
   Height.Set(height);
+  PlaceWindow();
   DesiredWidth.Set(width);
   DesiredHeight.Set(height);
   RedrawNow();
@@ -198,10 +201,13 @@ void FlyoutWindow::HideWindow() {
 }
 
 void FlyoutWindow::OnItemClick(ButtonEventArgs *args) {
-  if (args->sender == nullptr)
+  const auto row = std::find_if(items.begin(), items.end(),
+                                [&](const std::shared_ptr<DockButton> &item) { return item.get() == args->sender; });
+  if (row == items.end())
     return;
+  clickedItem = *row;
   HideWindow();
-  const Element chosen = static_cast<DockButton *>(args->sender)->GetElement(); // the rows may go while it runs
+  const Element chosen = clickedItem->GetElement();
   OnItemChosen(chosen);
 }
 

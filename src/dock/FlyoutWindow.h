@@ -46,9 +46,6 @@ public:
   /// The rows, in the order of the elements; empty before CreateItems.
   const std::vector<std::shared_ptr<DockButton>> &GetItems() const { return items; }
 
-  /// The rectangle that the next showing uses, in screen coordinates.
-  const RECT &GetFlyoutBounds() const { return bounds; }
-
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                             DWORD mapId = 0) override;
   void InitializeComponent() override;
@@ -56,17 +53,15 @@ public:
 protected:
   void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) override;
 
-private:
-  RECT bounds;
+  RECT bounds; // on the screen; the bottom follows from the rows
   std::wstring title;
-
-protected:
   std::shared_ptr<BackPlate> backPlate;
   ElementList elements;
   std::vector<std::shared_ptr<DockButton>> items;
   std::shared_ptr<TextElement> header;
 
 public:
+  /// Fired at each change of Visibility, with that change's arguments.
   Event<PropertyChangeEventArgs<lumenor::Visibility>> Visible;
 
 private:
@@ -81,6 +76,8 @@ private:
   void DestroyItemWindows();
   void OnItemClick(ButtonEventArgs *args);
 
+  /// The row that was clicked last. It outlives its own click, though what was chosen may make the rows anew.
+  std::shared_ptr<DockButton> clickedItem;
   std::shared_ptr<DockPanel> rootPanel;
   std::shared_ptr<StackPanel> list;
   std::shared_ptr<TypedEventListener<FlyoutWindow, ButtonEventArgs>> itemClickListener;

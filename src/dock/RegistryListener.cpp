@@ -13,10 +13,9 @@ namespace lumenor {
 
 namespace {
 
-/// Tells a starter who waits for it that the watch stands.
-void SignalWatching(RegistryListenerContext &context) {
-  if (const HANDLE watching = std::exchange(context.watching, nullptr); watching != nullptr)
-    ::SetEvent(watching);
+/// Asks for the next change. A notification is good for one only.
+void AskForChange(HKEY key, HANDLE event) {
+  ::RegNotifyChangeKeyValue(key, FALSE, REG_NOTIFY_CHANGE_LAST_SET, event, TRUE);
 }
 
 void PostIfMoved(const RegistryListenerContext &context, std::wstring &last) {
@@ -31,15 +30,16 @@ DWORD Listen(RegistryListenerContext &context) {
   RegistryKey key;
   if (::RegOpenKeyExW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick\\Lumenor", 0, KEY_READ, key.Put()) != ERROR_SUCCESS)
     return static_cast<DWORD>(E_FAIL);
+  // The value is read behind each asking, never ahead of it: a change between the two wakes the thread once more.
+  AskForChange(key.Get(), context.event.Get());
   std::wstring last = GetDockPosition();
-  for (;;) {
-    // A notification is good for one change only, so it is asked for anew on each pass.
-    ::RegNotifyChangeKeyValue(key.Get(), FALSE, REG_NOTIFY_CHANGE_LAST_SET, context.event.Get(), TRUE);
-    SignalWatching(context);
-    if (::WaitForSingleObject(context.event.Get(), INFINITE) != WAIT_OBJECT_0)
-      return 0;
+  if (const HANDLE watching = std::exchange(context.watching, nullptr); watching != nullptr)
+    ::SetEvent(watching);
+  while (::WaitForSingleObject(context.event.Get(), INFINITE) == WAIT_OBJECT_0) {
+    AskForChange(key.Get(), context.event.Get());
     PostIfMoved(context, last);
   }
+  return 0;
 }
 
 } // namespace

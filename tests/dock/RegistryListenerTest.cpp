@@ -1,0 +1,208 @@
+#include "dock/RegistryListener.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "dock/DockMessages.h"
+#include "support/KeptRegistryKey.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr DWORD deadlineMs = 10'000;
+constexpr wchar_t positionValue[] = L"DockPosition";
+
+/// A thread that watches a registry of the test's own and posts to a window of the test.
+class RegistryListener : public ::testing::Test {
+protected:
+  RegistryListener() { registry.Create(); }
+  ~RegistryListener() override {
+    StopThread();
+    ::DestroyWindow(window);
+  }
+
+  void Start(const wchar_t *eventName = registryListenerEventName) {
+    StopThread();
+    KernelHandle event(::CreateEventW(nullptr, FALSE, FALSE, eventName));
+    thread = StartRegistryListener(std::move(event), window);
+    ASSERT_TRUE(thread);
+  }
+
+  void StopThread() {
+    if (!thread)
+      return;
+    ::TerminateThread(thread.Get(), 0);
+    ::WaitForSingleObject(thread.Get(), deadlineMs);
+    thread.Reset();
+  }
+
+  /// The messages of the thread up to and including `last`.
+  std::vector<UINT> MessagesUpTo(UINT last) {
+    std::vector<UINT> messages;
+    const ULONGLONG deadline = ::GetTickCount64() + deadlineMs;
+    while (::GetTickCount64() < deadline) {
+      MSG message;
+      while (::PeekMessageW(&message, window, DockAtTopMessage, DockAtBottomMessage, PM_REMOVE)) {
+        messages.push_back(message.message);
+        if (message.message == last)
+          return messages;
+      }
+      ::MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
+    }
+    return messages;
+  }
+
+  DWORD ExitCode() {
+    EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(thread.Get(), deadlineMs));
+    DWORD code = STILL_ACTIVE;
+    ::GetExitCodeThread(thread.Get(), &code);
+    return code;
+  }
+
+  bool EventExists(const wchar_t *eventName) {
+    const KernelHandle event(::OpenEventW(SYNCHRONIZE, FALSE, eventName));
+    return static_cast<bool>(event);
+  }
+
+  const tests::KeptRegistryKey registry{HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick\\Lumenor"};
+  HWND window = ::CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+  KernelHandle thread;
+};
+
+TEST_F(RegistryListener, PostsBottom) {
+  registry.SetText(positionValue, L"Top");
+  Start();
+  registry.SetText(positionValue, L"Bottom");
+  EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
+}
+
+TEST_F(RegistryListener, PostsTop) {
+  registry.SetText(positionValue, L"Bottom");
+  Start();
+  registry.SetText(positionValue, L"Top");
+  EXPECT_EQ(std::vector<UINT>({1029}), MessagesUpTo(1029));
+}
+
+TEST_F(RegistryListener, TakesAnyOtherTextForBottom) {
+  registry.SetText(positionValue, L"Top");
+  Start();
+  registry.SetText(positionValue, L"Left");
+  EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
+}
+
+TEST_F(RegistryListener, TakesADeletedValueForTop) {
+  registry.SetText(positionValue, L"Bottom");
+  Start();
+  registry.DeleteValue(positionValue);
+  EXPECT_EQ(std::vector<UINT>({1029}), MessagesUpTo(1029));
+}
+
+TEST_F(RegistryListener, FollowsOneChangeAfterTheOther) {
+  registry.SetText(positionValue, L"Top");
+  Start();
+  for (int round = 0; round < 5; ++round) {
+    registry.SetText(positionValue, L"Bottom");
+    EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
+    registry.SetText(positionValue, L"Top");
+    EXPECT_EQ(std::vector<UINT>({1029}), MessagesUpTo(1029));
+  }
+}
+
+TEST_F(RegistryListener, PostsNothingForTheSameTextAgain) {
+  registry.SetText(positionValue, L"Top");
+  Start();
+  registry.SetText(positionValue, L"Top", REG_EXPAND_SZ); // another type, so that the thread does wake
+  registry.SetText(positionValue, L"Top");
+  registry.SetText(positionValue, L"Bottom");
+  EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
+}
+
+TEST_F(RegistryListener, PostsNothingForAnotherValueOfTheKey) {
+  registry.SetText(positionValue, L"Bottom");
+  Start();
+  registry.SetText(L"ShowWelcomePage", L"0");
+  registry.SetText(positionValue, L"Top");
+  EXPECT_EQ(std::vector<UINT>({1029}), MessagesUpTo(1029));
+}
+
+TEST_F(RegistryListener, SeesTwoQuickWritesAsOne) {
+  registry.SetText(positionValue, L"Top");
+  Start();
+  ::SuspendThread(thread.Get());
+  registry.SetText(positionValue, L"Bottom");
+  registry.SetText(positionValue, L"Top");
+  ::ResumeThread(thread.Get());
+  registry.SetText(L"ShowWelcomePage", L"0");
+  registry.SetText(positionValue, L"Bottom");
+  EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
+}
+
+TEST_F(RegistryListener, HearsAnotherProcess) {
+  registry.SetText(positionValue, L"Top");
+  Start();
+  std::wstring command = L"reg.exe add HKCU\\SOFTWARE\\Tarnwick\\Lumenor /v DockPosition /d Bottom /f";
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process = {};
+  ASSERT_TRUE(::CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr,
+                               &startup, &process));
+  const KernelHandle processHandle(process.hProcess), threadHandle(process.hThread);
+  EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
+  EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(processHandle.Get(), deadlineMs));
+}
+
+TEST_F(RegistryListener, EndsWithAFailureWithoutTheKey) {
+  registry.Delete();
+  Start(L"event of a thread that ends");
+  EXPECT_EQ(static_cast<DWORD>(E_FAIL), ExitCode());
+  EXPECT_FALSE(EventExists(L"event of a thread that ends"));
+}
+
+TEST_F(RegistryListener, EndsWhenItsWaitFails) {
+  thread = StartRegistryListener(KernelHandle(), window);
+  EXPECT_EQ(0u, ExitCode());
+}
+
+TEST_F(RegistryListener, HasReadTheValueWhenItsStartComesBack) {
+  // What the starter writes afterwards is a change, and can be no part of what the thread began with.
+  for (int round = 0; round < 20; ++round) {
+    StopThread();
+    registry.SetText(positionValue, L"Top");
+    Start();
+    registry.SetText(positionValue, L"Bottom");
+    ASSERT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
+  }
+}
+
+TEST_F(RegistryListener, LeavesItsEventOpenWhenItIsKilled) {
+  Start(L"event of a killed thread");
+  StopThread();
+  EXPECT_TRUE(EventExists(L"event of a killed thread"));
+}
+
+TEST_F(RegistryListener, StartsAgainOnTheEventOfTheKilledOne) {
+  registry.SetText(positionValue, L"Top");
+  Start();
+  Start();
+  registry.SetText(positionValue, L"Bottom");
+  EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
+}
+
+TEST_F(RegistryListener, CanBeKilledAsSoonAsItsStartComesBack) {
+  for (int round = 0; round < 100; ++round)
+    Start();
+  StopThread();
+  // A lock that a killed thread holds for ever would keep this one from starting or from allocating.
+  const KernelHandle probe(::CreateThread(
+      nullptr, 0, [](void *) -> DWORD { return std::make_unique<int>(7) ? 7 : 0; }, nullptr, 0, nullptr));
+  EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(probe.Get(), deadlineMs));
+}
+
+} // namespace
+
+} // namespace lumenor

@@ -1,0 +1,267 @@
+// The benchmarks of the dock, each a ratio against a floor measured in the same run. Run by script/bench on a display
+// and in a prefix of its own.
+
+#include "system/Windows.h" // psapi.h doesn't bring it
+
+#include <cmath>
+#include <cstdio>
+
+#include <psapi.h>
+
+#include "content/Stubs.h"
+#include "dock/MainDlg.h"
+#include "e2e/DockProcess.h"
+#include "e2e/Installation.h"
+#include "e2e/Screen.h"
+#include "FloorWindow.h"
+#include "Measure.h"
+#include "system/Handles.h"
+#include "system/HResultError.h"
+#include "system/Log.h"
+#include "toolkit/drawing/BitmapShader.h"
+#include "toolkit/drawing/WICHelper.h"
+
+namespace lumenor::bench {
+namespace {
+
+constexpr wchar_t icon[] = L"..\\resources\\test.png";
+constexpr POINT iconSpot = {38, 32}; // the middle of the first picture, from the bar's corner, in both programs
+
+std::string Format(const char *format, double a, double b) {
+  char text[160];
+  std::snprintf(text, sizeof(text), format, a, b);
+  return text;
+}
+
+/// Three fixed and seven user buttons, all with the same picture: ten icons, as the floor has.
+void WriteTenButtons(const e2e::Installation &installation) {
+  for (int i = 0; i < 10; ++i)
+    installation.WriteStub(L"enu_us", i < 3 ? e2e::mainDocument : e2e::userDocument, i,
+                           {.head = L"Program",
+                            .actionType = L"exe",
+                            .actionParams = installation.Recorder(),
+                            .image = icon,
+                            .position = i});
+}
+
+// --- processes ---------------------------------------------------------------------------------------------------
+
+/// A started program that shows `iconSpot` of its window at a place known beforehand.
+class Started {
+public:
+  explicit Started(std::wstring commandLine) {
+    STARTUPINFOW start = {};
+    start.cb = sizeof(start);
+    PROCESS_INFORMATION started = {};
+    ThrowIfFalse(
+        ::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started));
+    const KernelHandle thread(started.hThread);
+    process.Reset(started.hProcess);
+    id = started.dwProcessId;
+  }
+  ~Started() {
+    ::TerminateProcess(process.Get(), 0);
+    ::WaitForSingleObject(process.Get(), 5000);
+  }
+
+  /// The most memory that the process had for itself so far, in MB.
+  double PeakPrivateMegabytes() const {
+    PROCESS_MEMORY_COUNTERS counters = {};
+    ThrowIfFalse(::GetProcessMemoryInfo(process.Get(), &counters, sizeof(counters)));
+    return static_cast<double>(counters.PeakPagefileUsage) / (1024 * 1024);
+  }
+
+private:
+  KernelHandle process;
+  DWORD id = 0;
+};
+
+COLORREF PixelAt(POINT point) {
+  const WindowDeviceContext screen(nullptr);
+  return ::GetPixel(screen.Get(), point.x, point.y);
+}
+
+struct StartFigures {
+  double microseconds;
+  double peakMegabytes;
+};
+
+/// Starts the program and waits until its first icon stands on the screen, then until it has settled for the memory.
+StartFigures MeasureStart(const std::wstring &commandLine, POINT spot, const RECT &area) {
+  e2e::WaitFor([&] { return PixelAt(spot) == PixelAt({5, 1000}); }); // nothing there from the round before
+  const COLORREF before = PixelAt(spot);
+  StartFigures figures = {};
+  const auto begin = Clock::now();
+  const Started program(commandLine);
+  while (PixelAt(spot) == before && Clock::now() - begin < std::chrono::seconds(30)) {
+  }
+  figures.microseconds = std::chrono::duration<double, std::micro>(Clock::now() - begin).count();
+  e2e::CaptureSettled(area);
+  figures.peakMegabytes = program.PeakPrivateMegabytes();
+  return figures;
+}
+
+void BenchStart(const e2e::Installation &installation, const std::wstring &floorProgram) {
+  const RECT bar = {190, 1, 1090, 78};
+  const POINT spot = {bar.left + iconSpot.x, bar.top + iconSpot.y};
+  const std::wstring dock = L"\"" + installation.DockExe() + L"\"";
+  const std::wstring floor =
+      L"\"" + floorProgram + L"\" \"" + installation.ResourcesFolder() + L"\\test.png\" 190 1 1090 78";
+  std::vector<double> dockMemory, floorMemory;
+  const auto measure = [&](const std::wstring &commandLine, std::vector<double> &memory) {
+    const StartFigures figures = MeasureStart(commandLine, spot, bar);
+    memory.push_back(figures.peakMegabytes);
+    return figures.microseconds;
+  };
+  MeasureStart(dock, spot, bar); // builds the documents and the shaded pictures, as the first start on a machine does
+  const Pair start = MedianOfTurns(
+      15, [&] { return measure(dock, dockMemory); }, [&] { return measure(floor, floorMemory); });
+  ReportAtMost("start of process to painted bar / floor", start.subject / start.floor, "x", 1.25);
+  Note(Format("dock %.0f ms, floor %.0f ms", start.subject / 1000, start.floor / 1000));
+  ReportAtMost("peak private memory / floor", Median(dockMemory) / Median(floorMemory), "x", 1.2);
+  Note(Format("dock %.1f MB, floor %.1f MB", Median(dockMemory), Median(floorMemory)));
+}
+
+// --- inside one process ------------------------------------------------------------------------------------------
+
+void BenchRepaint(const e2e::Installation &installation) {
+  ::SetCurrentDirectoryW(
+      (installation.ResourcesFolder().substr(0, installation.ResourcesFolder().rfind(L'\\')) + L"\\Dock").c_str());
+  CMainDlg dock;
+  ThrowIfNull(dock.Create(nullptr));
+  RECT bar = {};
+  ::GetWindowRect(dock.GetHandle(), &bar);
+  ::OffsetRect(&bar, 0, 200);
+  FloorWindow floor(bar, installation.ResourcesFolder() + L"\\test.png");
+  ::ShowWindow(floor.Handle(), SW_SHOW);
+  const Pair repaint = MedianOfTurns(
+      200, [&] { return Microseconds([&] { dock.Render(); }); }, [&] { return Microseconds([&] { floor.Render(); }); });
+  ReportAtMost("one full repaint of the bar / floor", repaint.subject / repaint.floor, "x", 1.25);
+  Note(Format("bar %.2f ms, floor %.2f ms", repaint.subject / 1000, repaint.floor / 1000));
+  ::DestroyWindow(dock.GetHandle());
+}
+
+/// The halo by its definition, a power and a square root for every pixel of every disc.
+void LiteralGlow(const std::vector<unsigned char> &source, int width, int height, std::vector<unsigned char> &result) {
+  constexpr int radius = 4;
+  constexpr float falloff = 0.6f;
+  const int rowBytes = width * 4, resultRowBytes = (width + 2 * radius) * 4;
+  for (int a = 3; a < rowBytes * height; a += 4) {
+    if (source[a] == 0)
+      continue;
+    const int row = a / rowBytes + radius, column = a % rowBytes + 4 * radius;
+    for (int y = row - radius; y <= row + radius; ++y)
+      for (int x = column - 4 * radius; x <= column + 4 * radius; x += 4) {
+        const int dy = y - row, dx = (x - column) / 4;
+        const float d = ::sqrtf(static_cast<float>(dx * dx + dy * dy));
+        if (static_cast<float>(radius) < d)
+          continue;
+        unsigned char *pixel = &result[y * resultRowBytes + x];
+        const unsigned char old = *pixel;
+        const float strength = static_cast<float>(source[a]) * ::powf(falloff, d);
+        const auto now = static_cast<unsigned char>(std::floor(static_cast<double>(strength) + 0.5));
+        if (now <= old)
+          continue;
+        *pixel = now;
+        if (old == 0)
+          pixel[-1] = pixel[-2] = pixel[-3] = 224;
+      }
+  }
+}
+
+void BenchGlow() {
+  constexpr int side = 48;
+  const BitmapHandle opaque = CreateDib(side, side);
+  const std::vector<unsigned char> bytes(side * side * 4, 255);
+  ::SetBitmapBits(opaque.Get(), static_cast<DWORD>(bytes.size()), bytes.data());
+  const COuterGlowShader shader(224, 224, 224, 4, 0.6f);
+  const Pair glow = MedianOfTurns(
+      50, [&] { return Microseconds([&] { shader.Shade(opaque.Get()); }); },
+      [&] {
+        std::vector<unsigned char> result((side + 8) * (side + 8) * 4);
+        return Microseconds([&] { LiteralGlow(bytes, side, side, result); });
+      });
+  ReportAtLeast("glow of an opaque 48-pixel icon, literal arithmetic / ours", glow.floor / glow.subject, "x", 20);
+  Note(Format("ours %.0f us, literal %.0f us", glow.subject, glow.floor));
+}
+
+void BenchStubs(const e2e::Installation &installation) {
+  const auto write = [&](const wchar_t *document, int count) {
+    for (int i = 0; i < count; ++i)
+      installation.WriteStub(L"xx_xx", document, i,
+                             {.head = L"Program",
+                              .actionType = L"exe",
+                              .actionParams = installation.Recorder(),
+                              .image = icon,
+                              .position = i});
+  };
+  write(L"Bench.Thousand", 1000);
+  write(L"Bench.Hundred", 100);
+  const Pair rebuild = MedianOfTurns(
+      11, [] { return Microseconds([] { ApplyStubs(L"Bench.Thousand"); }); },
+      [] { return Microseconds([] { ApplyStubs(L"Bench.Hundred"); }); });
+  ReportAtMost("rebuilding a document from 1,000 stubs / from 100", rebuild.subject / rebuild.floor, "x", 12);
+  Note(Format("1,000 stubs %.0f ms, 100 stubs %.1f ms", rebuild.subject / 1000, rebuild.floor / 1000));
+}
+
+volatile int comparedNumber = 0;
+
+__attribute__((noinline)) void LogOnce(int i) { LogInfo("a line that is not written, %d", i); }
+
+__attribute__((noinline)) void CompareOnce(int i) {
+  if (comparedNumber > 0)
+    comparedNumber = i;
+}
+
+void BenchLog() {
+  constexpr int calls = 2'000'000;
+  const auto perCall = [](auto &&body) {
+    return Microseconds([&] {
+             for (int i = 0; i < calls; ++i)
+               body(i);
+           }) *
+           1000 / calls;
+  };
+  const std::int32_t level = std::exchange(LogLevel, 0);
+  const Pair log = MedianOfTurns(
+      31, [&] { return perCall(LogOnce); }, [&] { return perCall(CompareOnce); });
+  LogLevel = level;
+  ReportAtMost("a log call with the log off, beyond an integer compare", log.subject - log.floor, "ns", 2);
+  Note(Format("log call %.2f ns, compare %.2f ns", log.subject, log.floor));
+}
+
+void BenchSize(const std::wstring &dockProgram) {
+  WIN32_FILE_ATTRIBUTE_DATA data = {};
+  ThrowIfFalse(::GetFileAttributesExW(dockProgram.c_str(), GetFileExInfoStandard, &data));
+  ReportAtMost("the executable, stripped", data.nFileSizeLow / 1e6, "MB", 1.5);
+}
+
+void Run(const std::wstring &floorProgram) {
+  const e2e::Installation installation;
+  WriteTenButtons(installation);
+  BenchSize(installation.DockExe());
+  BenchLog();
+  BenchGlow();
+  BenchStart(installation, floorProgram);
+  BenchRepaint(installation);
+  BenchStubs(installation);
+}
+
+} // namespace
+} // namespace lumenor::bench
+
+/// The one argument is the path of the floor program; the other paths come by environment as for the tests.
+int wmain(int count, wchar_t **arguments) {
+  if (count != 2)
+    return 2;
+  lumenor::ThrowIfFailed(::CoInitialize(nullptr));
+  try {
+    lumenor::bench::Run(arguments[1]);
+  } catch (const lumenor::HResultError &error) {
+    std::printf("failed with %08lx\n", static_cast<unsigned long>(error.Result()));
+    return 1;
+  }
+  const int shortfalls = lumenor::bench::Shortfalls();
+  std::printf("%d of the figures fall short\n", shortfalls);
+  return shortfalls == 0 ? 0 : 3;
+}

@@ -46,9 +46,12 @@ DWORD Listen(RegistryListenerContext &context) {
 
 DWORD WINAPI RegistryListenerThread(void *context) {
   const std::unique_ptr<RegistryListenerContext> owned(static_cast<RegistryListenerContext *>(context));
-  DWORD result = static_cast<DWORD>(E_FAIL);
-  Guarded(L"RegistryListenerThread", [&] { result = Listen(*owned); });
-  return result;
+  try {
+    return Listen(*owned);
+  } catch (...) {
+    ReportUnhandledException(L"RegistryListenerThread"); // not by a guard: that one belongs to the windows' thread
+    return static_cast<DWORD>(E_FAIL);
+  }
 }
 
 KernelHandle StartRegistryListener(KernelHandle event, HWND window) {

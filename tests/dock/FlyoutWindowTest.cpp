@@ -149,11 +149,11 @@ TEST_F(Flyout, ReplacesItsRowsWhenTheyAreMadeAnew) {
 TEST_F(Flyout, MovesToNewBounds) {
   TestFlyout flyout(givenBounds, L"Title", threeElements);
   flyout.Create(nullptr);
-  flyout.SetBounds({20, 30, 260, 999});
-  EXPECT_EQ(Rect(20, 30, 260, 190), ScreenRect(flyout.handle));
+  flyout.SetBounds({20, 30, 280, 999});
+  EXPECT_EQ(Rect(20, 30, 280, 190), ScreenRect(flyout.handle));
   EXPECT_EQ(20, flyout.Left.Get());
   EXPECT_EQ(30, flyout.Top.Get());
-  EXPECT_EQ(240, flyout.Width.Get());
+  EXPECT_EQ(260, flyout.Width.Get());
   EXPECT_EQ(160, flyout.Height.Get());
 }
 

@@ -1,6 +1,7 @@
 #include "dock/RegistryListener.h"
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -9,6 +10,7 @@
 
 #include "dock/DockMessages.h"
 #include "support/KeptRegistryKey.h"
+#include "system/WindowException.h"
 
 namespace lumenor {
 
@@ -161,6 +163,18 @@ TEST_F(RegistryListener, EndsWithAFailureWithoutTheKey) {
   Start(L"event of a thread that ends");
   EXPECT_EQ(static_cast<DWORD>(E_FAIL), ExitCode());
   EXPECT_FALSE(EventExists(L"event of a thread that ends"));
+}
+
+TEST_F(RegistryListener, LeavesAFailureOfTheWindowsAlone) {
+  registry.Delete();
+  try {
+    throw std::runtime_error("of a window");
+  } catch (...) {
+    KeepWindowException();
+  }
+  Start();
+  EXPECT_EQ(static_cast<DWORD>(E_FAIL), ExitCode());
+  EXPECT_THROW(RethrowWindowException(), std::runtime_error);
 }
 
 TEST_F(RegistryListener, EndsWhenItsWaitFails) {

@@ -140,10 +140,10 @@ void CMainDlg::AddSearchField() {
   searchButton->Click.AddListener(clickListener.get());
 }
 
+/// The bounds come after the window: a panel's window comes up empty and follows its element from then on.
 void CMainDlg::PlaceOnCanvas(UIElement &element, const RECT &bounds) {
   canvas->AddChild(&element);
-  element.SetBounds(
-      &bounds); // after the window stands: a panel's window comes up empty and follows its element from then on
+  element.SetBounds(&bounds);
 }
 
 void CMainDlg::AddSystemButtons() {

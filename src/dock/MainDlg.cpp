@@ -88,7 +88,7 @@ BOOL CMainDlg::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LP
 
 BOOL CMainDlg::HandleNotify(WPARAM, LPARAM lParam, LRESULT &result) {
   result = 0;
-  return lParam != 0 && OnNotify(*reinterpret_cast<const NMHDR *>(lParam));
+  return lParam == 0 || OnNotify(*reinterpret_cast<const NMHDR *>(lParam));
 }
 
 BOOL CMainDlg::HandleDisplayChange(WPARAM, LPARAM, LRESULT &result) {

@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "dock/BarButtons.h"
+#include "dock/FlyoutWindow.h"
 #include "toolkit/Scale.h"
 
 namespace lumenor {
@@ -85,6 +86,9 @@ void CMainDlg::OnRemoveButton(HWND buttonWindow) {
   if (buttonWindow == nullptr || index == userButtons.size())
     return;
   const int idIndex = ::GetDlgCtrlID(buttonWindow) - FirstUserButtonId;
+  // An open flyout would go with the button's window without telling of it, and the bar would stay awake for ever.
+  if (FlyoutWindow *const flyout = userButtons[index]->GetFlyout(); flyout != nullptr)
+    flyout->Visibility.Set(lumenor::Visibility::Hidden);
   userButtonPanel->RemoveChild(userButtons[index].get());
   EraseItem(userButtons, index);
   EraseItem(userElements, index);

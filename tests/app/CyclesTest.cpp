@@ -1,0 +1,193 @@
+#include "app/Cycles.h"
+
+#include <algorithm>
+#include <atomic>
+#include <functional>
+#include <stdexcept>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "content/Documents.h"
+#include "dock/Commands.h"
+#include "dock/DockMessages.h"
+#include "support/ComApartment.h"
+#include "support/Desk.h"
+#include "support/ImportSlot.h"
+#include "support/KeptRegistryKey.h"
+#include "support/LogCapture.h"
+#include "support/TestFolders.h"
+#include "system/EventLog.h"
+#include "toolkit/drawing/WICHelper.h"
+
+#include <shellapi.h>
+
+extern "C" decltype(&::ShellExecuteW) __imp_ShellExecuteW;
+
+namespace lumenor {
+
+namespace {
+
+constexpr wchar_t userDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.User";
+
+HINSTANCE WINAPI FailToLaunch(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT) { throw std::runtime_error("launch"); }
+
+std::function<void(HWND bar)> onBar;
+
+/// Looks on from inside the message loop: calls `onBar` while a bar stands.
+void CALLBACK LookAtBar(HWND, UINT, UINT_PTR, DWORD) {
+  if (const HWND bar = ::FindWindowW(nullptr, L"Lumenor Dock"); ::IsWindowVisible(bar))
+    onBar(bar);
+}
+
+class CyclesTest : public ::testing::Test {
+protected:
+  CyclesTest() {
+    OpenDockEventLog();
+    registry.Delete();
+    registry.Create();
+    mainApplicationStarted = true;
+  }
+  ~CyclesTest() override {
+    ::KillTimer(nullptr, timer);
+    mainApplicationStarted = false;
+    ReleaseImagingFactory();
+  }
+
+  /// The lines of the log that tell of cycles, in order.
+  std::vector<std::string> CycleLines() const {
+    std::vector<std::string> lines = log.Lines();
+    std::erase_if(lines, [](const std::string &line) {
+      return line != "INFO: MainDlg creation" && line != "INFO: MainDlg InitializeComponent" &&
+             line != "INFO: Dock Startup complete" && line != "FATAL: Failed to initialize Lumenor";
+    });
+    return lines;
+  }
+
+  int FailedCycles() const {
+    const std::vector<std::string> lines = log.Lines();
+    return static_cast<int>(std::count(lines.begin(), lines.end(), "FATAL: Failed to initialize Lumenor"));
+  }
+
+  /// Takes the user's folder away and keeps it from being made.
+  void BlockUserFolder() const {
+    tests::DeleteTree(folders.AppData() + L"\\Tarnwick");
+    tests::WriteBytes(folders.AppData() + L"\\Tarnwick", "in the way");
+  }
+
+  void UnblockUserFolder() const { ::DeleteFileW((folders.AppData() + L"\\Tarnwick").c_str()); }
+
+  using Lines = std::vector<std::string>;
+  using Texts = std::vector<std::wstring>;
+
+  const tests::ComApartment com;
+  const tests::TestFolders folders;
+  const tests::KeptRegistryKey registry{HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick\\Lumenor"};
+  const tests::LogCapture log{folders};
+  const desk::EventLogSpy eventLog;
+  const UINT_PTR timer = ::SetTimer(nullptr, 0, 20, &LookAtBar);
+};
+
+TEST_F(CyclesTest, AClosedDockEndsWithZero) {
+  onBar = [](HWND bar) { ::PostMessageW(bar, WM_CLOSE, 0, 0); };
+  EXPECT_EQ(0, RunCycles());
+  EXPECT_EQ((Lines{"INFO: MainDlg creation", "INFO: MainDlg InitializeComponent", "INFO: Dock Startup complete"}),
+            CycleLines());
+  EXPECT_EQ(Texts{}, eventLog.Reports());
+}
+
+TEST_F(CyclesTest, AResetBuildsANewBarInTheSameProcess) {
+  HWND first = nullptr;
+  onBar = [&](HWND bar) {
+    if (first == nullptr) {
+      first = bar;
+      ::PostMessageW(bar, ResetDockMessage, 0, 0);
+    } else if (bar != first) {
+      ::PostMessageW(bar, WM_CLOSE, 0, 0);
+    }
+  };
+  EXPECT_EQ(0, RunCycles());
+  EXPECT_EQ((Lines{"INFO: MainDlg creation", "INFO: MainDlg InitializeComponent", "INFO: Dock Startup complete",
+                   "INFO: MainDlg creation", "INFO: MainDlg InitializeComponent", "INFO: Dock Startup complete"}),
+            CycleLines());
+}
+
+TEST_F(CyclesTest, AFailureBeforeTheFirstMessageEndsWithZero) {
+  BlockUserFolder();
+  EXPECT_EQ(0, RunCycles());
+  EXPECT_EQ((Lines{"INFO: MainDlg creation", "FATAL: Failed to initialize Lumenor"}), CycleLines());
+  EXPECT_EQ(Texts{L"Failed to initialize Lumenor"}, eventLog.Reports());
+}
+
+TEST_F(CyclesTest, AFailureAfterAResetIsTriedAgainUntilItLastsNoLonger) {
+  HWND first = nullptr;
+  onBar = [&](HWND bar) {
+    if (first == nullptr) {
+      first = bar;
+      BlockUserFolder();
+      ::PostMessageW(bar, ResetDockMessage, 0, 0);
+    } else if (FailedCycles() > 0) {
+      ::PostMessageW(bar, WM_CLOSE, 0, 0);
+    }
+  };
+  std::atomic<bool> ended = false;
+  std::thread mender([&] {
+    while (FailedCycles() < 2 && !ended)
+      ::Sleep(20);
+    UnblockUserFolder();
+  });
+  EXPECT_EQ(0, RunCycles());
+  ended = true;
+  mender.join();
+  EXPECT_LE(2, FailedCycles());
+  EXPECT_EQ("INFO: Dock Startup complete", CycleLines().back());
+  EXPECT_EQ(L"caught an unhandled exception in OnResetDock", eventLog.Reports().front());
+  EXPECT_EQ(L"Failed to initialize Lumenor", eventLog.Reports().back());
+}
+
+TEST_F(CyclesTest, AFailureInTheLoopEndsWithWhatTheLastMessageHeld) {
+  Element element;
+  element.ActionType = L"url";
+  element.ActionParams = L"http://nowhere.invalid/";
+  element.Image = L"nothing.png";
+  SaveDocument({element}, userDocument);
+  const tests::ImportSlot slot(&__imp_ShellExecuteW, &FailToLaunch);
+  HWND window = nullptr;
+  onBar = [&](HWND bar) {
+    window = bar;
+    ::EnumChildWindows(
+        bar,
+        [](HWND child, LPARAM) -> BOOL {
+          if (::GetDlgCtrlID(child) == FirstUserButtonId)
+            ::PostMessageW(child, WM_COMMAND, FirstUserButtonId, reinterpret_cast<LPARAM>(child));
+          return TRUE;
+        },
+        0);
+  };
+  EXPECT_EQ(FirstUserButtonId, RunCycles());
+  EXPECT_EQ(1, FailedCycles());
+  EXPECT_EQ(Texts{L"Failed to initialize Lumenor"}, eventLog.Reports());
+  EXPECT_FALSE(::IsWindow(window)) << "the window doesn't outlive its object";
+}
+
+TEST_F(CyclesTest, ADockThatDoesNotComeUpLeavesALivingProcess) {
+  Element element;
+  element.ActionType = L"exe";
+  element.ActionParams = L"C:\\gone\\gone.exe";
+  SaveDocument({element}, L"Lumenor.MainFrame.Windows.DockViewWindow.Main");
+  const DWORD thread = ::GetCurrentThreadId();
+  std::thread visitor([&] {
+    for (int i = 0; i < 500 && CycleLines().size() < 3; ++i)
+      ::Sleep(20);
+    ::PostThreadMessageW(thread, WM_QUIT, 5, 0); // as the end of the session ends it
+  });
+  EXPECT_EQ(5, RunCycles());
+  visitor.join();
+  EXPECT_EQ((Lines{"INFO: MainDlg creation", "INFO: MainDlg InitializeComponent", "INFO: Dock Startup complete"}),
+            CycleLines());
+  EXPECT_EQ(Texts{L"caught an unhandled exception in OnInitDialog"}, eventLog.Reports());
+}
+
+} // namespace
+
+} // namespace lumenor

@@ -1,0 +1,285 @@
+// How the bar is composed, at 96 dots per inch on a screen of 1280 by 1024 pixels.
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "content/Documents.h"
+#include "dock/BarFixture.h"
+#include "dock/FlyoutWindow.h"
+#include "support/Desk.h"
+#include "support/LogCapture.h"
+
+namespace lumenor {
+
+namespace {
+
+class Bar : public BarFixture {
+protected:
+  void SaveDocuments(const ElementList &mainElements, const ElementList &userElements) const {
+    SaveDocument(mainElements, mainDocument);
+    SaveDocument(userElements, userDocument);
+  }
+
+  /// Builds the bar of so many fixed and user buttons.
+  BarTree StartWith(int mainCount, int userCount) {
+    SaveDocuments(PictureElements(mainCount), PictureElements(userCount));
+    return BarTree(Start());
+  }
+
+  /// The control ids of the buttons on a panel.
+  static std::vector<int> IdsOf(Container &panel) {
+    std::vector<int> ids;
+    for (UIElement *const child : panel.GetChildren())
+      ids.push_back(::GetDlgCtrlID(child->GetHandle()));
+    return ids;
+  }
+
+  static std::vector<std::wstring> HeadsOf(Container &panel) {
+    std::vector<std::wstring> heads;
+    for (UIElement *const child : panel.GetChildren())
+      heads.push_back(dynamic_cast<DockButton &>(*child).GetElement().Head);
+    return heads;
+  }
+};
+
+using Lines = std::vector<std::string>;
+using Ids = std::vector<int>;
+using Texts = std::vector<std::wstring>;
+
+TEST_F(Bar, IsComposedInItsOrder) {
+  StartWith(2, 2);
+  EXPECT_EQ((Lines{
+                "DockPanel 0 0 900 77",
+                "  BackPlate 0 0 900 77",
+                "  DockPanel 0 0 900 77",
+                "    StackPanel 0 0 154 77",
+                "      DockButton 0 0 77 77",
+                "      DockButton 77 0 77 77",
+                "    ImageElement 154 0 2 77",
+                "    ScrollViewer 156 0 538 77",
+                "      StackPanel 0 0 162 77",
+                "        DockButton 4 4 77 73",
+                "        DockButton 85 4 77 73",
+                "    Canvas 696 0 204 77",
+                "      DockButton 152 12 36 64",
+                "      SearchBox 16 35 120 17",
+                "      DockButton 106 37 13 14",
+                "      DockButton 116 34 19 20",
+                "      StackPanel 148 2 60 16",
+                "        DockButton 0 0 16 16",
+                "        CheckedButton 18 0 16 16",
+                "        DockButton 36 0 16 16",
+                "    ImageElement 694 0 2 77",
+            }),
+            Describe(*Start().GetChild()));
+}
+
+/// Where the windows of the elements stand on the screen, against where the elements are; only what differs.
+void CompareWindows(UIElement &element, POINT origin, Lines &differences) {
+  origin.x += element.Left.Get();
+  origin.y += element.Top.Get();
+  if (element.GetHandle() != nullptr) {
+    RECT place{};
+    ::GetWindowRect(element.GetHandle(), &place);
+    const RECT expected = {origin.x, origin.y, origin.x + element.Width.Get(), origin.y + element.Height.Get()};
+    if (!::EqualRect(&place, &expected))
+      differences.push_back(Describe(element)[0] + " has its window at " + std::to_string(place.left) + " " +
+                            std::to_string(place.top) + " " + std::to_string(place.right - place.left) + " " +
+                            std::to_string(place.bottom - place.top));
+  }
+  for (UIElement *const child : ChildrenOf(element))
+    CompareWindows(*child, origin, differences);
+}
+
+TEST_F(Bar, HasEveryWindowWhereItsElementIs) {
+  StartWith(2, 2);
+  Lines differences;
+  CompareWindows(*dock, {0, 0}, differences);
+  EXPECT_EQ(Lines{}, differences);
+}
+
+TEST_F(Bar, StandsAtTheTopInTheMiddleOfTheScreen) {
+  StartWith(0, 0);
+  RECT place{};
+  ::GetWindowRect(dock->handle, &place);
+  EXPECT_EQ((std::vector<LONG>{190, 1, 1090, 78}),
+            (std::vector<LONG>{place.left, place.top, place.right, place.bottom}));
+  EXPECT_TRUE(::IsWindowVisible(dock->handle));
+}
+
+TEST_F(Bar, HasTheTitleAndTheIconOfTheProgram) {
+  StartWith(0, 0);
+  wchar_t title[32] = {};
+  ::GetWindowTextW(dock->handle, title, 32);
+  EXPECT_STREQ(L"Lumenor Dock", title);
+  const HICON icon = ::LoadIconW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(128));
+  ASSERT_NE(nullptr, icon);
+  EXPECT_EQ(reinterpret_cast<LRESULT>(icon), ::SendMessageW(dock->handle, WM_GETICON, ICON_BIG, 0));
+}
+
+TEST_F(Bar, LogsItsComposition) {
+  const tests::LogCapture log(folders);
+  StartWith(0, 0);
+  const Lines lines = log.Lines();
+  EXPECT_EQ(1, std::count(lines.begin(), lines.end(), "INFO: MainDlg InitializeComponent"));
+}
+
+TEST_F(Bar, ShowsThreeFixedButtonsOfMore) {
+  const BarTree tree = StartWith(5, 0);
+  EXPECT_EQ((Texts{L"Head 0", L"Head 1", L"Head 2"}), HeadsOf(tree.mainButtons));
+  EXPECT_EQ(231, tree.leftSplitter.Left.Get());
+}
+
+TEST_F(Bar, WithoutFixedButtonsKeepsTheLeftSplitter) {
+  const BarTree tree = StartWith(0, 1);
+  EXPECT_EQ(Texts{}, HeadsOf(tree.mainButtons));
+  EXPECT_EQ("ImageElement 0 0 2 77", Describe(tree.leftSplitter)[0]);
+  EXPECT_EQ("ScrollViewer 2 0 692 77", Describe(tree.scrollViewer)[0]);
+  EXPECT_EQ(lumenor::Visibility::Visible, tree.leftSplitter.Visibility.Get());
+}
+
+TEST_F(Bar, ShowsUserButtonsInTheOrderOfTheDocument) {
+  const BarTree tree = StartWith(0, 3);
+  EXPECT_EQ((Texts{L"Head 0", L"Head 1", L"Head 2"}), HeadsOf(tree.userButtons));
+}
+
+TEST_F(Bar, LetsOnlyUserButtonsBeDragged) {
+  const BarTree tree = StartWith(1, 1);
+  EXPECT_EQ(1, dynamic_cast<DockButton &>(*tree.userButtons.GetChildren()[0]).Draggable.Get());
+  EXPECT_EQ(0, dynamic_cast<DockButton &>(*tree.mainButtons.GetChildren()[0]).Draggable.Get());
+  EXPECT_EQ(0, tree.forYouButton.Draggable.Get());
+}
+
+TEST_F(Bar, GivesUserButtonsTheToolTipOfTheirElement) {
+  const BarTree tree = StartWith(0, 1);
+  EXPECT_EQ(L"Tip of Head 0", tree.userButtons.GetChildren()[0]->Name.Get());
+}
+
+TEST_F(Bar, NumbersItsButtons) {
+  const BarTree tree = StartWith(2, 3);
+  EXPECT_EQ((Ids{1000, 1001}), IdsOf(tree.mainButtons));
+  EXPECT_EQ((Ids{2000, 2001, 2002}), IdsOf(tree.userButtons));
+}
+
+TEST_F(Bar, NumbersTheCommandButtonsFromTheCountOfUserButtons) {
+  const BarTree tree = StartWith(1, 3);
+  EXPECT_EQ((Ids{1003, 1004, 1005}),
+            (Ids{::GetDlgCtrlID(tree.forYouButton.GetHandle()), ::GetDlgCtrlID(tree.searchProviderButton.GetHandle()),
+                 ::GetDlgCtrlID(tree.searchButton.GetHandle())}));
+  EXPECT_EQ((Ids{1007, 1008, 1006}), IdsOf(tree.systemButtons)) << "reset, position, close";
+}
+
+TEST_F(Bar, SkipsAUserElementWithoutAButton) {
+  SaveDocuments({}, {PictureElement(L"First"), VanishedElement(L"Gone"), PictureElement(L"Last")});
+  const BarTree tree(Start());
+  EXPECT_EQ((Texts{L"First", L"Last"}), HeadsOf(tree.userButtons));
+  EXPECT_EQ((Ids{2000, 2001}), IdsOf(tree.userButtons));
+}
+
+TEST_F(Bar, KeepsTheRecordOfASkippedElement) {
+  SaveDocuments({}, {PictureElement(L"First"), VanishedElement(L"Gone"), PictureElement(L"Last")});
+  const ElementList before = LoadDocument(userDocument, false);
+  Start();
+  ::SendMessageW(dock->handle, WM_CLOSE, 0, 0);
+  EXPECT_EQ(before, LoadDocument(userDocument, false));
+}
+
+TEST_F(Bar, MakesAButtonForAMissingTargetWithAPicture) {
+  Element element = VanishedElement(L"Gone");
+  element.Image = PicturePath();
+  SaveDocuments({}, {element});
+  EXPECT_EQ(Texts{L"Gone"}, HeadsOf(BarTree(Start()).userButtons));
+}
+
+TEST_F(Bar, ShowsThirtyUserButtonsOfMore) {
+  const BarTree tree = StartWith(0, 31);
+  EXPECT_EQ(30U, tree.userButtons.GetChildren().size());
+  EXPECT_EQ(2029, IdsOf(tree.userButtons).back());
+  EXPECT_EQ(31U, dock->GetUserElements().size());
+}
+
+TEST_F(Bar, SavesTheRecordsBehindTheThirtieth) {
+  StartWith(0, 31);
+  const ElementList before = LoadDocument(userDocument, false);
+  ::SendMessageW(dock->handle, WM_CLOSE, 0, 0);
+  EXPECT_EQ(before, LoadDocument(userDocument, false));
+}
+
+TEST_F(Bar, WithAFixedButtonThatCannotBeMadeDoesNotComeUp) {
+  const desk::EventLogSpy eventLog;
+  SaveDocuments({PictureElement(L"First"), VanishedElement(L"Gone")}, {});
+  Start();
+  EXPECT_EQ(nullptr, dock->handle);
+  EXPECT_EQ(std::nullopt, TakeQuitCode());
+  EXPECT_EQ(Texts{L"caught an unhandled exception in OnInitDialog"}, eventLog.Reports());
+}
+
+TEST_F(Bar, MakesTheDocumentsThatAreMissing) {
+  Start();
+  for (const wchar_t *name : {mainDocument, userDocument, forYouDocument}) {
+    EXPECT_TRUE(DocumentExists(name)) << tests::Utf8(name);
+    EXPECT_EQ(ElementList{}, LoadDocument(name, false));
+  }
+}
+
+TEST_F(Bar, StartsItsThreeTimers) {
+  StartWith(0, 0);
+  EXPECT_TRUE(::KillTimer(dock->handle, 3));
+  EXPECT_TRUE(::KillTimer(dock->handle, 4));
+  EXPECT_TRUE(::KillTimer(dock->handle, 8));
+  EXPECT_FALSE(::KillTimer(dock->handle, 8));
+}
+
+TEST_F(Bar, OffersTheOtherEdgeCheckedAtTheTop) {
+  WriteTexts({{L"Button.Tooltip.DockAtTop", L"At top"}, {L"Button.Tooltip.DockAtBottom", L"At bottom"}});
+  const BarTree tree = StartWith(0, 0);
+  EXPECT_EQ(1, tree.dockPositionButton.Checked.Get());
+  EXPECT_EQ(L"At top", tree.dockPositionButton.Name.Get());
+  EXPECT_EQ(std::nullopt, registry.Text(L"DockPosition")) << "nothing is written at a start at the top";
+}
+
+TEST_F(Bar, ComesUpAtTheBottomWhenTheRegistrySaysSo) {
+  WriteTexts({{L"Button.Tooltip.DockAtTop", L"At top"}, {L"Button.Tooltip.DockAtBottom", L"At bottom"}});
+  registry.SetText(L"DockPosition", L"Bottom");
+  const BarTree tree = StartWith(0, 0);
+  RECT place{};
+  ::GetWindowRect(dock->handle, &place);
+  EXPECT_EQ((std::vector<LONG>{190, 947, 1090, 1024}),
+            (std::vector<LONG>{place.left, place.top, place.right, place.bottom}));
+  EXPECT_EQ(0, tree.dockPositionButton.Checked.Get());
+  EXPECT_EQ(L"At bottom", tree.dockPositionButton.Name.Get());
+  EXPECT_EQ(L"Bottom", registry.Text(L"DockPosition"));
+}
+
+TEST_F(Bar, ComesUpAtTheTopForAnyOtherText) {
+  registry.SetText(L"DockPosition", L"Left");
+  const BarTree tree = StartWith(0, 0);
+  EXPECT_EQ(1, dock->Top.Get());
+  EXPECT_EQ(1, tree.dockPositionButton.Checked.Get());
+  EXPECT_EQ(L"Left", registry.Text(L"DockPosition"));
+}
+
+TEST_F(Bar, PlacesTheCommandButtonsByTheirElements) {
+  const BarTree tree = StartWith(0, 0);
+  EXPECT_EQ(L"foryou", tree.forYouButton.GetElement().ActionParams);
+  EXPECT_EQ(L"..\\resources\\foryou_idle.png", tree.forYouButton.GetElement().Image);
+  EXPECT_EQ(L"searchProvider", tree.searchProviderButton.GetElement().ActionParams);
+  EXPECT_EQ(L"search", tree.searchButton.GetElement().ActionParams);
+  EXPECT_EQ(L"resetConfirmation", tree.resetButton.GetElement().ActionParams);
+  EXPECT_EQ(L"close", tree.closeButton.GetElement().ActionParams);
+}
+
+TEST_F(Bar, KeepsTheLayoutOfTheSystemButtons) {
+  const BarTree tree = StartWith(0, 0);
+  EXPECT_EQ((Margin{0, 0, 0, 0}), tree.resetButton.Margin.Get());
+  EXPECT_EQ((Margin{2, 0, 0, 0}), tree.dockPositionButton.Margin.Get());
+  EXPECT_EQ((Margin{2, 0, 0, 0}), tree.closeButton.Margin.Get());
+  EXPECT_EQ(lumenor::HorizontalAlignment::Right, tree.dockPositionButton.HorizontalAlignment.Get());
+  EXPECT_EQ(lumenor::HorizontalAlignment::Right, tree.closeButton.HorizontalAlignment.Get());
+  EXPECT_EQ(lumenor::HorizontalAlignment::Stretch, tree.resetButton.HorizontalAlignment.Get());
+}
+
+} // namespace
+
+} // namespace lumenor

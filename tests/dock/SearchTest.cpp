@@ -1,0 +1,145 @@
+#include "dock/Search.h"
+
+#include <gtest/gtest.h>
+
+#include "dock/BarFixture.h"
+#include "system/HResultError.h"
+
+namespace lumenor {
+
+namespace {
+
+TEST(UrlEncode, WritesTheBytesOfUtf8InLowerCase) { EXPECT_EQ(L"%c3%a4%20b", UrlEncode(L"\u00e4 b")); }
+
+TEST(UrlEncode, OfNothingIsNothing) { EXPECT_EQ(L"", UrlEncode(L"")); }
+
+TEST(UrlEncode, LeavesThePercentSign) { EXPECT_EQ(L"100%%20", UrlEncode(L"100% ")); }
+
+TEST(UrlEncode, EncodesEveryUnsafeCharacter) {
+  EXPECT_EQ(L"%20%22%23%24%26%2b%2c%3b%3c%3d%3e%3f%40%5b%5c%5d%5e%60%7b%7c%7d", UrlEncode(L" \"#$&+,;<=>?@[\\]^`{|}"));
+}
+
+TEST(UrlEncode, EncodesControlCharactersWithALeadingZero) { EXPECT_EQ(L"%01%1f%7f", UrlEncode(L"\x01\x1f\x7f")); }
+
+TEST(UrlEncode, LeavesAllOthers) {
+  const std::wstring safe = L"!'()*-./0123456789:ABCXYZ_abcxyz~";
+  EXPECT_EQ(safe, UrlEncode(safe));
+}
+
+TEST(UrlEncode, TakesAWholePairForOneCharacter) { EXPECT_EQ(L"%f0%9f%90%a6", UrlEncode(L"\U0001f426")); }
+
+TEST(UrlEncode, GivesNothingBehindTheLimit) {
+  EXPECT_EQ(2047U, UrlEncode(std::wstring(2047, L'a')).size());
+  EXPECT_EQ(L"", UrlEncode(std::wstring(2048, L'a')));
+}
+
+std::vector<std::wstring> helpSearches;
+
+/// The operations of the platform's help pane, up to the one that searches.
+struct HelpPane {
+  virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void **object) {
+    *object = this;
+    return S_OK;
+  }
+  virtual ULONG STDMETHODCALLTYPE AddRef() { return 1; }
+  virtual ULONG STDMETHODCALLTYPE Release() { return 1; }
+  virtual HRESULT STDMETHODCALLTYPE First(BSTR) { return E_NOTIMPL; }
+  virtual HRESULT STDMETHODCALLTYPE Second(BSTR) { return E_NOTIMPL; }
+  virtual HRESULT STDMETHODCALLTYPE Search(BSTR text) {
+    helpSearches.emplace_back(text, ::SysStringLen(text));
+    return result;
+  }
+
+  HRESULT result = S_OK;
+
+protected:
+  ~HelpPane() = default;
+};
+
+struct NotingHelpPane final : HelpPane {};
+
+/// Makes the platform's class of help panes give `pane` for as long as it lives.
+struct HelpPaneFactory {
+  virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void **object) {
+    *object = this;
+    return S_OK;
+  }
+  virtual ULONG STDMETHODCALLTYPE AddRef() { return 1; }
+  virtual ULONG STDMETHODCALLTYPE Release() { return 1; }
+  virtual HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown *, REFIID, void **object) {
+    *object = &pane;
+    return S_OK;
+  }
+  virtual HRESULT STDMETHODCALLTYPE LockServer(BOOL) { return S_OK; }
+
+  NotingHelpPane pane;
+
+protected:
+  ~HelpPaneFactory() = default;
+};
+
+struct HelpPaneRegistration final : HelpPaneFactory {
+  HelpPaneRegistration() {
+    helpSearches.clear();
+    constexpr CLSID helpPane = {0x8cec58e7, 0x07a1, 0x11d9, {0xb1, 0x5e, 0x00, 0x0d, 0x56, 0xbf, 0xe6, 0xee}};
+    EXPECT_EQ(S_OK, ::CoRegisterClassObject(helpPane, reinterpret_cast<IUnknown *>(this), CLSCTX_INPROC_SERVER,
+                                            REGCLS_MULTIPLEUSE, &cookie));
+  }
+  ~HelpPaneRegistration() { ::CoRevokeClassObject(cookie); }
+
+  DWORD cookie = 0;
+};
+
+class Searching : public BarFixture {
+protected:
+  static Element Provider(const wchar_t *type, const wchar_t *params = L"") {
+    Element provider;
+    provider.ActionType = type;
+    provider.ActionParams = params;
+    return provider;
+  }
+
+  static Launch Opened(const wchar_t *url) { return {::GetDesktopWindow(), L"open", url, L"", SW_SHOW}; }
+};
+
+TEST_F(Searching, OpensTheUrlWithTheTextBehindIt) {
+  SearchFor(::GetDesktopWindow(), Provider(L"url", L"http://search.invalid/?q="), L"\u00e4 b");
+  EXPECT_EQ(std::vector<Launch>{Opened(L"http://search.invalid/?q=%c3%a4%20b")}, shell.Launches());
+}
+
+TEST_F(Searching, DoesNothingForAnEmptyProvider) {
+  SearchFor(::GetDesktopWindow(), Element(), L"text");
+  EXPECT_EQ(std::vector<Launch>{}, shell.Launches());
+}
+
+TEST_F(Searching, DoesNothingForAnotherType) {
+  SearchFor(::GetDesktopWindow(), Provider(L"URL", L"http://search.invalid/"), L"text");
+  EXPECT_EQ(std::vector<Launch>{}, shell.Launches());
+}
+
+TEST_F(Searching, ForHelpTrimsTheBlanks) {
+  const HelpPaneRegistration help;
+  SearchFor(nullptr, Provider(L"helpSearch"), L"  two words\t ");
+  EXPECT_EQ(std::vector<std::wstring>{L"two words\t"}, helpSearches);
+  EXPECT_EQ(std::vector<Launch>{}, shell.Launches());
+}
+
+TEST_F(Searching, ForHelpWithBlanksOnlyOpensNothing) {
+  const HelpPaneRegistration help;
+  SearchFor(nullptr, Provider(L"helpSearch"), L"   ");
+  EXPECT_EQ(std::vector<std::wstring>{}, helpSearches);
+}
+
+TEST_F(Searching, ForHelpRaisesWhenThePaneFails) {
+  HelpPaneRegistration help;
+  help.pane.result = E_FAIL;
+  EXPECT_THROW(SearchFor(nullptr, Provider(L"helpSearch"), L"text"), HResultError);
+}
+
+TEST_F(Searching, ForHelpRaisesWhenThereIsNoPane) {
+  EXPECT_THROW(SearchFor(nullptr, Provider(L"helpSearch"), L"text"), HResultError);
+}
+
+} // namespace
+
+} // namespace lumenor

@@ -8,6 +8,7 @@
 #include "drawing/ButtonStage.h"
 #include "drawing/PaintSurface.h"
 #include "drawing/Pictures.h"
+#include "support/HandleCounts.h"
 #include "support/LogCapture.h"
 #include "support/TestFolders.h"
 #include "system/HResultError.h"
@@ -190,6 +191,37 @@ TEST_F(GlowButtonPainterTest, ACacheFolderThatCannotBeMadeCostsOnlyTheCache) {
   EXPECT_EQ(SolidPicture(20, 20, 0xFF181818), PaintVariant(painter, 1, 0));
   EXPECT_EQ(SolidPicture(20, 20, 0xFF0F1941), PaintVariant(painter, 0, 1));
   EXPECT_EQ("a file, not a folder", ReadBytes(folders.CommonFolder() + L"\\ImageCache"));
+}
+
+TEST_F(GlowButtonPainterTest, WithoutACacheTheGlowIsDrawnPixelForPixel) {
+  WriteBytes(folders.CommonFolder() + L"\\ImageCache", "a file, not a folder");
+  Picture picture = SolidPicture(48, 48, 0);
+  picture.pixels[24 * 48 + 24] = 0xFF000000;
+  ButtonLayout layout;
+  layout.fontSize = 12;
+  const auto painter = std::make_shared<GlowButtonPainter>(surface.Target(), 0, L"", MakePicture(picture), layout, L"");
+  Button button(painter);
+  const ButtonStage stage(button, {0, 0, 48, 48});
+  button.IsMouseOver.Set(1);
+  const Picture painted = Paint(*painter, {10, 10, 58, 58});
+  const Picture halo = PictureOf(COuterGlowShader(224, 224, 224, 4, 0.6F).Shade(MakeDib(picture).Get()).Get());
+  for (int y = 0; y < 56; ++y)
+    for (int x = 0; x < 56; ++x)
+      ASSERT_EQ(halo.At(x, y) >> 24, painted.At(6 + x, 6 + y) >> 24) << x << ", " << y;
+}
+
+TEST_F(GlowButtonPainterTest, APainterLeavesNoBitmapBehind) {
+  WriteBytes(folders.CommonFolder() + L"\\ImageCache", "a file, not a folder");
+  const std::wstring good = MakePicture(SolidPicture(20, 20, 0xFF000000));
+  const auto makeAll = [&] {
+    MakePainter(good);
+    EXPECT_THROW(MakePainter(folders.Root()), HResultError);
+    MakePainter(L"", L"", 0, L"C:\\windows\\regedit.exe");
+  };
+  makeAll();
+  const int before = CountGdiObjects();
+  makeAll();
+  EXPECT_EQ(before, CountGdiObjects());
 }
 
 TEST_F(GlowButtonPainterTest, OnlyTheLastFolderOfTheCacheIsMade) {
@@ -379,6 +411,22 @@ TEST_F(GlowButtonOnStage, TheLabelIsClippedToItsRectangle) {
   button->Height.Set(42); // 2 pixels are left for the label
   const RECT label = BoundsOf(Paint(*painter), 0xFFFFFFFF);
   EXPECT_LE(label.bottom, 62);
+}
+
+TEST_F(GlowButtonPainterTest, ALabelWhoseMarginsCrossTakesTheBandBetweenThem) {
+  const std::wstring path = MakeColoredPictures();
+  const auto paint = [&](int textTop, int textBottom) {
+    ButtonLayout layout = BarLayout();
+    layout.textTop = textTop;
+    layout.textBottom = textBottom;
+    const auto painter = std::make_shared<GlowButtonPainter>(surface.Target(), 0, L"MMM", path, layout, L"");
+    Button button(painter);
+    const ButtonStage stage(button, buttonBounds);
+    return Paint(*painter);
+  };
+  const Picture crossed = paint(54, 22);
+  EXPECT_EQ(paint(38, 6), crossed) << "16 pixels from 38 on either way";
+  EXPECT_NE(0, BoundsOf(crossed, 0xFFFFFFFF).right);
 }
 
 TEST_F(GlowButtonOnStage, TheLabelFollowsAChangeOfTheSize) {

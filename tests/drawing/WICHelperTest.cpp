@@ -195,6 +195,18 @@ TEST_F(WICHelper, GdiBitmapsArePremultiplied) {
   EXPECT_TRUE(IsPremultipliedOf(PictureOf(LoadHBitmapFromFile(Path(L"alpha.png")).Get()), straight));
 }
 
+TEST_F(WICHelper, APictureThatBreaksOffGivesTheGdiBitmapAsItStands) {
+  BITMAPFILEHEADER file{0x4D42, 54 + 8 * 8 * 4, 0, 0, 54};
+  BITMAPINFOHEADER info{sizeof info, 8, 8, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  std::string bytes(reinterpret_cast<const char *>(&file), sizeof file);
+  bytes.append(reinterpret_cast<const char *>(&info), sizeof info).append(100, 'x');
+  WriteBytes(Path(L"broken.bmp"), bytes);
+  const BitmapHandle bitmap = LoadHBitmapFromFile(Path(L"broken.bmp"));
+  ASSERT_TRUE(bitmap);
+  EXPECT_EQ(8, PictureOf(bitmap.Get()).width);
+  EXPECT_EQ(8, PictureOf(bitmap.Get()).height);
+}
+
 // Bad input.
 
 TEST_F(WICHelper, AFileThatIsNoPictureRaises) {

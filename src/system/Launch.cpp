@@ -11,6 +11,10 @@ namespace {
 
 constexpr std::size_t none = std::wstring::npos;
 
+// The platform finds files by paths of up to 260 characters; this leaves room for the names of variables. Without an
+// end, a long text of many words would keep the user waiting for minutes.
+constexpr std::size_t longestProgram = 1024;
+
 std::wstring Resolve(const std::wstring &program) { return ExpandPath(MapProgramFiles(program)); }
 
 bool IsFile(const std::wstring &path) {
@@ -22,9 +26,9 @@ bool IsFile(const std::wstring &path) {
 /// distance from `begin`: only a command line without blanks before the program is taken apart.
 std::size_t FindEndOfProgram(const std::wstring &commandLine, std::size_t begin) {
   std::size_t blank = commandLine.find(L' ');
-  while (blank != none && !IsFile(Resolve(commandLine.substr(begin, blank))))
+  while (blank <= longestProgram && !IsFile(Resolve(commandLine.substr(begin, blank))))
     blank = commandLine.find(L' ', blank + 1);
-  return blank;
+  return blank <= longestProgram ? blank : none;
 }
 
 std::wstring FromFirstNonBlank(const std::wstring &text, std::size_t from) {

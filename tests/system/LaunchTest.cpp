@@ -94,11 +94,25 @@ TEST_F(SplitCommandLineTest, BlanksBeforeAnUnquotedProgramMakeThePrefixesTooLong
   ExpectSplit(L"  " + root + L"\\tool.exe one", L"  " + root + L"\\tool.exe one", L"");
 }
 
-TEST_F(SplitCommandLineTest, VeryLongInputIsTaken) {
-  std::wstring blanks;
-  for (int i = 0; i < 1000; ++i)
-    blanks += L"word ";
-  ExpectSplit(blanks, blanks, L"");
+TEST_F(SplitCommandLineTest, ALongTextOfManyWordsIsTheProgramAndDoesNotKeepTheUserWaiting) {
+  std::wstring words;
+  for (int i = 0; i < 16000; ++i)
+    words += L"a ";
+  const ULONGLONG start = ::GetTickCount64();
+  ExpectSplit(words, words, L"");
+  EXPECT_LT(::GetTickCount64() - start, 10000u); // without an end to the search it takes minutes
+}
+
+TEST_F(SplitCommandLineTest, AProgramWithALongPathIsFound) {
+  const std::wstring path = root + L"\\" + std::wstring(100, L'x') + L" y\\" + std::wstring(100, L'z') + L".exe";
+  WriteBytes(path, "");
+  ExpectSplit(path + L" one", path, L"one");
+}
+
+TEST_F(SplitCommandLineTest, LongArgumentsAreKeptWhole) {
+  WriteBytes(root + L"\\tool.exe", "");
+  const std::wstring arguments(65536, L'x');
+  ExpectSplit(root + L"\\tool.exe " + arguments, root + L"\\tool.exe", arguments);
 }
 
 TEST(OpenWithShell, StartsAProgramWithItsArguments) {

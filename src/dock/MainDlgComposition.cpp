@@ -35,6 +35,13 @@ RECT CanvasRect(int left, int top, int width, int height) {
   return {x, y, x + ScaleX(width), y + ScaleY(height)};
 }
 
+/// The search button stands out of its row by 3 to each side; each number is rounded for itself.
+RECT SearchButtonRect() {
+  const LONG x = ScaleX(116);
+  const LONG y = ScaleY(37) - ScaleY(3);
+  return {x, y, x + ScaleX(13) + ScaleX(6), y + ScaleY(14) + ScaleY(6)};
+}
+
 void SetControlId(Button &button, LONG id) { ::SetWindowLongW(button.GetHandle(), GWL_ID, id); }
 
 } // namespace
@@ -136,7 +143,7 @@ void CMainDlg::AddSearchField() {
   PlaceOnCanvas(*searchProviderButton, CanvasRect(106, 37, 13, 14));
   searchButton = std::make_shared<DockButton>(MakePainter(MakeSearchElement(), MakeSearchButtonLayout()), 0,
                                               MakeSearchElement(), nullptr);
-  PlaceOnCanvas(*searchButton, CanvasRect(116, 37 - 3, 13 + 6, 14 + 6));
+  PlaceOnCanvas(*searchButton, SearchButtonRect());
   searchButton->Click.AddListener(clickListener.get());
 }
 

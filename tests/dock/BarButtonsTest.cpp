@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "dock/BarFixture.h"
+#include "toolkit/Scale.h"
 
 namespace lumenor {
 
@@ -20,20 +21,27 @@ std::vector<double> Fields(const ButtonLayout &layout) {
 
 using Numbers = std::vector<double>;
 
+/// The first at 96 dots per inch, the other at 144.
+const Numbers &ByDensity(const Numbers &normal, const Numbers &dense) { return ScaleX(96) == 96 ? normal : dense; }
+
 TEST(BarButtonLayout, OfFixedAndUserButtons) {
-  EXPECT_EQ((Numbers{10, 1, 15, 22, 23, 16, 29, 0, 0, 64, 29}), Fields(MakeBarButtonLayout()));
+  EXPECT_EQ(ByDensity({10, 1, 15, 22, 23, 16, 29, 0, 0, 64, 29}, {15, 1, 15, 33, 35, 24, 44, 0, 0, 96, 44}),
+            Fields(MakeBarButtonLayout()));
 }
 
 TEST(BarButtonLayout, OfTheForYouButton) {
-  EXPECT_EQ((Numbers{10, 1, 15, 2, 2, 16, 16, 0, 0, 64, 29}), Fields(MakeForYouLayout()));
+  EXPECT_EQ(ByDensity({10, 1, 15, 2, 2, 16, 16, 0, 0, 64, 29}, {15, 1, 15, 3, 3, 24, 24, 0, 0, 96, 44}),
+            Fields(MakeForYouLayout()));
 }
 
 TEST(BarButtonLayout, OfTheSearchButtons) {
-  EXPECT_EQ((Numbers{10, 1, 0, 3, 3, 3, 3, 0, 0, 0, 0}), Fields(MakeSearchButtonLayout()));
+  EXPECT_EQ(ByDensity({10, 1, 0, 3, 3, 3, 3, 0, 0, 0, 0}, {15, 1, 0, 5, 5, 5, 5, 0, 0, 0, 0}),
+            Fields(MakeSearchButtonLayout()));
 }
 
 TEST(BarButtonLayout, OfTheSystemButtons) {
-  EXPECT_EQ((Numbers{13, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}), Fields(MakeSystemButtonLayout()));
+  EXPECT_EQ(ByDensity({13, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, {13, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}),
+            Fields(MakeSystemButtonLayout()));
 }
 
 class CommandElements : public BarFixture {

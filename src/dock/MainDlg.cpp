@@ -20,9 +20,13 @@ void DestroyButtonWindow(const std::shared_ptr<DockButton> &button) {
     ::DestroyWindow(button->GetHandle());
 }
 
-/// True when there is a document of this name and it can't be read.
+/// True when there is a file of this document's name and it doesn't hold the document.
 bool IsBroken(const wchar_t *documentName) {
-  return DocumentExists(documentName) && !LoadXmlFile(DocumentPath(documentName));
+  if (!DocumentExists(documentName))
+    return false;
+  const XmlDocumentPtr document = LoadXmlFile(DocumentPath(documentName));
+  return document == nullptr ||
+         SelectNode(document, std::wstring(L"/UIRoot/") + documentName + L"/Elements") == nullptr;
 }
 
 } // namespace
@@ -210,8 +214,9 @@ void CMainDlg::OnClose() {
 
 void CMainDlg::OnEndSession() { SaveUserElements(); }
 
-/// A document that can't be read came in as no buttons at all. Saving that would wipe out what the user may still
-/// mend, so it is left as it stands, or set aside where there are new buttons to be kept.
+/// A document that can't be read, or is another than its name says, came in as no buttons at all. Saving that would
+/// wipe out what the user may still mend, so it is left as it stands, or set aside where there are new buttons to be
+/// kept.
 void CMainDlg::SaveUserElements() {
   if (IsBroken(userDocumentName)) {
     if (userElements.empty())

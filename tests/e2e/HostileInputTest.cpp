@@ -51,6 +51,18 @@ TEST_F(HostileInput, ABrokenUserDocumentShowsAsEmptyAndIsLeftAsItStands) {
   EXPECT_EQ(broken, ReadBytes(installation.DocumentPath(userDocument)));
 }
 
+TEST_F(HostileInput, AUserDocumentThatHoldsAnotherOneShowsAsEmptyAndIsLeftAsItStands) {
+  installation.WriteDocument(mainDocument, {{.head = L"Elsewhere", .actionType = L"exe", .actionParams = L"x"}});
+  const std::string other = ReadBytes(installation.DocumentPath(mainDocument));
+  ::DeleteFileW(installation.DocumentPath(mainDocument).c_str());
+  WriteBytes(installation.DocumentPath(userDocument), other);
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EXPECT_EQ(nullptr, dock.Control(2000));
+  CloseByButton(dock);
+  EXPECT_EQ(other, ReadBytes(installation.DocumentPath(userDocument)));
+}
+
 TEST_F(HostileInput, ADocumentOfExpandingEntitiesShowsAsEmpty) {
   installation.WriteDocument(userDocument, {});
   std::string bomb = "<?xml version=\"1.0\"?><!DOCTYPE l [<!ENTITY a0 \"lol\">";
@@ -99,6 +111,38 @@ TEST_F(HostileInput, WhereTheProfileFolderCannotBeMadeTheDockSaysSoAndEnds) {
   EXPECT_EQ(0u, dock.WaitForExit());
   EXPECT_TRUE(Logged("FATAL: Failed to initialize Lumenor"));
   ::DeleteFileW(folder.c_str());
+}
+
+/// Gives the status font another family for as long as it lives.
+class StatusFontFamily {
+public:
+  explicit StatusFontFamily(const wchar_t *family) {
+    former.cbSize = sizeof(former);
+    ::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof(former), &former, 0);
+    NONCLIENTMETRICSW metrics = former;
+    ::lstrcpynW(metrics.lfStatusFont.lfFaceName, family, LF_FACESIZE);
+    ::SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof(metrics), &metrics, SPIF_UPDATEINIFILE);
+  }
+  ~StatusFontFamily() { ::SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof(former), &former, SPIF_UPDATEINIFILE); }
+  StatusFontFamily(const StatusFontFamily &) = delete;
+  StatusFontFamily &operator=(const StatusFontFamily &) = delete;
+
+private:
+  NONCLIENTMETRICSW former = {};
+};
+
+TEST_F(HostileInput, AStatusFontThatIsNotInstalledIsReplacedByAnother) {
+  const StatusFontFamily missing(L"No Such Family");
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const RECT button = RectOf(dock.Control(1000));
+  // The label's band, between the picture and the arrow: white letters stand in it.
+  const Picture label = CaptureSettled({button.left, button.top + 48, button.right, button.top + 64});
+  int bright = 0;
+  for (int y = 0; y < label.Height(); ++y)
+    for (int x = 0; x < label.Width(); ++x)
+      bright += (label.At(x, y) & 0xFF) > 0xC0;
+  EXPECT_GT(bright, 20);
 }
 
 TEST_F(HostileInput, ADocumentThatIsLockedAtTheEndKeepsWhatItHeld) {

@@ -41,19 +41,6 @@ std::size_t XmlCharacterLength(const std::wstring &text, std::size_t at) {
   return held ? 1 : 0;
 }
 
-/// `text` with a replacement character for each that XML can't hold: file names may have such, and a document that has
-/// one is lost, as it can't be read again.
-std::wstring XmlText(const std::wstring &text) {
-  std::wstring held;
-  held.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t length = XmlCharacterLength(text, at);
-    held += length == 0 ? std::wstring(1, L'\uFFFD') : text.substr(at, length);
-    at += length == 0 ? 1 : length;
-  }
-  return held;
-}
-
 void SetAttribute(const XmlDocumentPtr &document, const XmlNodePtr &node, const std::wstring &name,
                   const std::wstring &value) {
   ComPtr<IXMLDOMAttribute> attribute;
@@ -136,6 +123,17 @@ std::wstring ChildAttribute(const XmlNodePtr &node, const std::wstring &xpath, c
   RequireNode(node);
   const XmlNodePtr child = SelectNode(node, xpath);
   return child == nullptr ? std::wstring() : NodeAttribute(child, name);
+}
+
+std::wstring XmlText(const std::wstring &text) {
+  std::wstring held;
+  held.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t length = XmlCharacterLength(text, at);
+    held += length == 0 ? std::wstring(1, L'\uFFFD') : text.substr(at, length);
+    at += length == 0 ? 1 : length;
+  }
+  return held;
 }
 
 XmlNodePtr CreateNode(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,

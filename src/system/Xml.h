@@ -49,8 +49,12 @@ std::wstring NodeAttribute(const XmlNodePtr &node, const std::wstring &name);
 /// The attribute's value on the first node that matches; empty when the node or the attribute is missing.
 std::wstring ChildAttribute(const XmlNodePtr &node, const std::wstring &xpath, const std::wstring &name);
 
-/// A new element of `document`, not yet in its tree. Empty text gives no text node; characters that XML can't hold are
-/// replaced by U+FFFD.
+/// `text` with U+FFFD for each character that XML can't hold: file names may have such, and a document that has one is
+/// lost, as it can't be read again.
+std::wstring XmlText(const std::wstring &text);
+
+/// A new element of `document`, not yet in its tree. Empty text gives no text node; text and
+/// values go through XmlText.
 XmlNodePtr CreateNode(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,
                       const XmlAttributes &attributes = {});
 

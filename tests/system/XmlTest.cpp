@@ -254,6 +254,27 @@ TEST_F(Xml, TextThatNoXmlCanHoldStillGivesAFileThatLoads) {
   EXPECT_EQ(L"x\uFFFD\uFFFDy\uFFFD\uFFFDz", ChildAttribute(loaded, L"/a/b", L"n"));
 }
 
+TEST(XmlText, ReplacesWhatXmlCantHold) {
+  EXPECT_EQ(L"a\uFFFDb", XmlText(std::wstring(L"a\0b", 3)));
+  EXPECT_EQ(L"a\uFFFDb", XmlText(L"a\x1F"
+                                 L"b"));
+  EXPECT_EQ(L"\uFFFD\uFFFD", XmlText({0xFFFE, 0xFFFF}));
+}
+
+TEST(XmlText, ReplacesHalvesOfPairs) {
+  EXPECT_EQ(L"\uFFFDa", XmlText({0xD800, L'a'}));
+  EXPECT_EQ(L"a\uFFFD", XmlText({L'a', 0xDBFF}));
+  EXPECT_EQ(L"\uFFFDa", XmlText({0xDC00, L'a'}));
+  EXPECT_EQ(L"\uFFFD\uFFFD", XmlText({0xDFFF, 0xD800}));
+  EXPECT_EQ(L"\uFFFD\U00010000", XmlText({0xD800, 0xD800, 0xDC00}));
+}
+
+TEST(XmlText, KeepsEverythingElse) {
+  const std::wstring text = L"\t\n\r \x7F\u00FC\uD7FF\uE000\uFFFD\U0001F600\U0010FFFF<&\"";
+  EXPECT_EQ(text, XmlText(text));
+  EXPECT_EQ(L"", XmlText(L""));
+}
+
 TEST_F(Xml, TextBeyondTheBasicPlaneIsKept) {
   const XmlDocumentPtr document = LoadXmlString(L"<?xml version=\"1.0\" encoding=\"utf-8\"?><a/>");
   const std::wstring text = L"a\t\U0001F600 \uFFFD\uD7FF\uE000";

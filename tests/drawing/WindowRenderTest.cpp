@@ -18,11 +18,13 @@
 #include "toolkit/ColorRectangle.h"
 #include "toolkit/drawing/Button.h"
 
-// The slots through which a repaint gives back what it took.
+// The slots through which a repaint takes, shows and gives back.
 extern "C" {
 extern decltype(&::EndPaint) __imp_EndPaint;
 extern decltype(&::DeleteDC) __imp_DeleteDC;
 extern decltype(&::DeleteObject) __imp_DeleteObject;
+extern decltype(&::CreateCompatibleBitmap) __imp_CreateCompatibleBitmap;
+extern decltype(&::UpdateLayeredWindow) __imp_UpdateLayeredWindow;
 }
 
 namespace lumenor {
@@ -246,6 +248,52 @@ TEST_F(WindowRender, FailureInsideAPaintLeavesTheNextOneWhole) {
   EXPECT_EQ(layers.Calls().size(), 1U);
   MSG message{};
   EXPECT_FALSE(::PeekMessageW(&message, window.handle, 1034, 1034, PM_REMOVE));
+}
+
+namespace {
+
+/// The HRESULT with which a repaint fails; S_OK when it doesn't.
+HRESULT FailureOf(Window &window) {
+  try {
+    window.Render();
+    return S_OK;
+  } catch (const HResultError &error) {
+    return error.Result();
+  }
+}
+
+HBITMAP WINAPI RefuseBitmap(HDC, int, int) { return nullptr; }
+
+BOOL WINAPI RefuseUpdate(HWND, HDC, POINT *, SIZE *, HDC, POINT *, COLORREF, BLENDFUNCTION *, DWORD) {
+  ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+  return FALSE;
+}
+
+HRESULT STDMETHODCALLTYPE RefuseBinding(ID2D1RenderTarget *, HDC, const RECT *) { return D2DERR_RECREATE_TARGET; }
+
+} // namespace
+
+TEST_F(WindowRender, WithoutABitmapFailsUnspecified) {
+  Open();
+  const tests::ImportSlot slot(&__imp_CreateCompatibleBitmap, RefuseBitmap);
+  EXPECT_EQ(FailureOf(window), E_FAIL);
+}
+
+TEST_F(WindowRender, OnARefusedUpdateFailsAsThePlatformSays) {
+  Open();
+  const tests::ImportSlot slot(&__imp_UpdateLayeredWindow, RefuseUpdate);
+  EXPECT_EQ(FailureOf(window), HResultFromError(ERROR_NOT_ENOUGH_MEMORY));
+}
+
+TEST_F(WindowRender, OnARefusedBindingFailsAsTheTargetSays) {
+  constexpr std::size_t bindDC = 57; // of ID2D1DCRenderTarget
+  Open();
+  {
+    tests::OperationSpy spy(window.Target());
+    spy.Exchange(bindDC, RefuseBinding);
+    EXPECT_EQ(FailureOf(window), D2DERR_RECREATE_TARGET);
+  }
+  EXPECT_EQ(FailureOf(window), S_OK);
 }
 
 namespace {

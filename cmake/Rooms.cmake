@@ -7,7 +7,7 @@ target_compile_options(lumenor_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Woverloaded-virtual -Werror
   -Werror=return-type -fno-omit-frame-pointer
   $<$<CONFIG:Debug>:-Og -gdwarf-4 -fsanitize=undefined -fsanitize-undefined-trap-on-error>
-  $<$<CONFIG:Release>:-Os -ffunction-sections -fdata-sections>)
+  $<$<CONFIG:Release>:-O2 -ffunction-sections -fdata-sections>)
 target_compile_definitions(lumenor_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 target_link_options(lumenor_options INTERFACE $<$<CONFIG:Release>:-s -Wl,--gc-sections>)
 

@@ -44,6 +44,10 @@ BitmapHandle ShellIconBitmap(const std::wstring &path) {
 ComPtr<ID2D1DCRenderTarget> CreateGdiRenderTarget() {
   ComPtr<ID2D1Factory> factory;
   ThrowIfFailed(::D2D1CreateFactory(D2D1_FACTORY_TYPE_SINGLE_THREADED, factory.GetAddressOf()));
+  return CreateGdiRenderTarget(factory.Get());
+}
+
+ComPtr<ID2D1DCRenderTarget> CreateGdiRenderTarget(ID2D1Factory *factory) {
   D2D1_RENDER_TARGET_PROPERTIES properties = {};
   properties.type = D2D1_RENDER_TARGET_TYPE_SOFTWARE;
   properties.pixelFormat = {DXGI_FORMAT_B8G8R8A8_UNORM, D2D1_ALPHA_MODE_PREMULTIPLIED};

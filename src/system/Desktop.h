@@ -22,7 +22,10 @@ bool IsLowColorDisplay();
 BitmapHandle ShellIconBitmap(const std::wstring &path);
 
 /// A new software render target, premultiplied BGRA and GDI compatible, to be bound to a device context before it
-/// draws. Raises HResultError.
+/// draws, with a factory of its own. Raises HResultError.
 Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> CreateGdiRenderTarget();
+
+/// The same, made by `factory`, whose thread alone may use it.
+Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> CreateGdiRenderTarget(ID2D1Factory *factory);
 
 } // namespace lumenor

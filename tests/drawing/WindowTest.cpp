@@ -69,6 +69,17 @@ TEST_F(WindowOnScreen, GivesItsChildItsSize) {
   EXPECT_EQ(window.GetRootHandle(), window.handle);
 }
 
+TEST_F(WindowOnScreen, DrawsWithTheFactoryOfTheWindowsThatStand) {
+  Microsoft::WRL::ComPtr<ID2D1Factory> factory, laterFactory;
+  window.onPaint = [&](ID2D1RenderTarget *target) { target->GetFactory(&factory); };
+  Open();
+  TestWindow later;
+  later.onPaint = [&](ID2D1RenderTarget *target) { target->GetFactory(&laterFactory); };
+  later.Create(nullptr);
+  ASSERT_NE(factory, nullptr);
+  EXPECT_EQ(laterFactory, factory);
+}
+
 TEST_F(WindowOnScreen, RunsModallyUntilEndDialog) {
   window.onInitialize = [this] { ::PostMessageW(window.handle, WM_APP, 0, 0); };
   bool ended = false;

@@ -81,7 +81,17 @@ const MessageRow<Window> Window::messageRows[] = {
     {WM_ENDSESSION, L"OnEndSession", &Window::HandleEndSession},
 };
 
-Window::Window() : renderTarget(CreateGdiRenderTarget()) {
+/// Every factory brings a device along, which takes the platform longer to make than everything else of a window. So a
+/// window that is made while others stand takes the factory of theirs; the last one takes it along.
+Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> Window::CreateTarget() {
+  if (standingWindows.empty())
+    return CreateGdiRenderTarget();
+  Microsoft::WRL::ComPtr<ID2D1Factory> factory;
+  standingWindows.front()->renderTarget->GetFactory(&factory);
+  return CreateGdiRenderTarget(factory.Get());
+}
+
+Window::Window() : renderTarget(CreateTarget()) {
   leftListener = MakeListener(this, &Window::ForwardLeft);
   Left.changed.AddListener(leftListener.get());
   topListener = MakeListener(this, &Window::ForwardTop);
@@ -90,9 +100,10 @@ Window::Window() : renderTarget(CreateGdiRenderTarget()) {
   Visibility.changed.AddListener(visibilityListener.get());
   opacityListener = MakeListener(this, &Window::ForwardOpacity);
   Opacity.changed.AddListener(opacityListener.get());
+  standingWindows.push_back(this);
 }
 
-Window::~Window() = default;
+Window::~Window() { std::erase(standingWindows, this); }
 
 BOOL Window::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD mapId) {
   if (mapId != 0)

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <vector>
 
 #include <d2d1.h>
 
@@ -97,6 +98,10 @@ private:
 
   class RenderingMark;
 
+  /// All windows that exist, in the order in which they were made.
+  static inline std::vector<Window *> standingWindows;
+
+  static Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> CreateTarget();
   void RemoveFrame();
   void MakeLayered();
   void Appear();

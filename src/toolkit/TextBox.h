@@ -1,0 +1,120 @@
+#pragma once
+// The field that takes typed text: at once a control of the tree and a real child window of the platform's edit class,
+// which does all of the editing. The window shows nothing of its own: what it would show is read from it and painted in
+// the root's one pass. Held in a shared pointer by whoever composes the screen. User-interface thread.
+
+#include <memory>
+#include <string>
+
+#include "system/Handles.h"
+#include "system/Windows.h"
+#include "toolkit/Control.h"
+#include "toolkit/Event.h"
+#include "toolkit/Geometry.h"
+#include "toolkit/Property.h"
+#include "toolkit/WindowImpl.h"
+
+namespace lumenor {
+
+class EditTextElement;
+class TextBox;
+class TextElement;
+
+/// What an event of a text box says; lives on the stack of the code that fires.
+struct TextBoxEventArgs {
+  TextBox *sender = nullptr;
+};
+
+class TextBox
+    : public CWindowImpl<TextBox, CWindow, CWinTraits<WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0>>,
+      public Control {
+public:
+  /// `controlId` is the id that the window is made with. Makes the brushes, but no window; that comes with OnAttached.
+  /// Raises HResultError.
+  TextBox(RenderTargetPtr renderTarget, int controlId);
+  ~TextBox() override;
+
+  /// The platform's class that the window is built upon.
+  static const wchar_t *GetSuperClassName() { return L"EDIT"; }
+
+  /// What the empty field shows. Goes to the window as its cue banner, and comes from there as well.
+  Property<std::wstring> WatermarkText;
+
+  /// Not 0: the empty field shows the watermark also while it has the focus.
+  Property<int> WatermarkShownOnFocus{0};
+
+  /// Of the text, the watermark and the window's own font, in pixels. Set it ahead of OnAttached and ApplySystemFont.
+  float FontSize = 10.0F;
+
+  /// How many characters a user can enter; goes to the window with ApplySystemFont. 0 means as many as the platform
+  /// takes.
+  int MaxLength = 0;
+
+  /// Fired when Return is pressed in the field. An exception out of a listener goes on to whoever dispatches the
+  /// window's messages.
+  Event<TextBoxEventArgs> Accept{L"Accept"};
+
+  /// Gives the window the system's status font in FontSize, then MaxLength. To be called once the window is there.
+  /// Raises HResultError when there is no such font.
+  void ApplySystemFont();
+
+  void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
+  HWND GetHandle() override;
+  void OnAttached() override;
+  void OnDetached() override;
+
+  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
+                            DWORD mapId = 0) override;
+
+private:
+  template <typename T> using PropertyListener =
+      std::shared_ptr<TypedEventListener<TextBox, PropertyChangeEventArgs<T>>>;
+
+  void Subscribe();
+  BOOL OnPaint(LRESULT &result);
+  BOOL OnMove(LPARAM position);
+  BOOL OnSize(LPARAM size);
+  BOOL OnInput();
+  BOOL OnKeyDown();
+  BOOL OnSetFocus();
+  BOOL OnKillFocus();
+  BOOL OnGetDlgCode(WPARAM key, LPARAM message);
+  BOOL OnTimer(WPARAM timer, LRESULT &result);
+  BOOL OnStyleChanging(WPARAM which, LPARAM styles, LRESULT &result);
+  BOOL OnSetCueBanner(WPARAM shownOnFocus, LPARAM text);
+
+  void RequestRepaint();
+  void RestartBlink();
+  void StopBlink();
+  void SendCueBanner();
+  void SetMargins();
+  void RebuildElements();
+  std::shared_ptr<EditTextElement> MakeTextElement() const;
+  std::shared_ptr<TextElement> MakeWatermarkElement() const;
+  void PaintWatermark(const RenderTargetPtr &target, const D2D1_RECT_F &rect);
+  void PaintCaret(ID2D1RenderTarget *target, const D2D1_RECT_F &rect) const;
+  std::wstring ReadCueBanner() const;
+  RECT GetBounds() const;
+
+  void OnGeometryChanged(PropertyChangeEventArgs<long> *args);
+  void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
+  void OnWatermarkTextChanged(PropertyChangeEventArgs<std::wstring> *args);
+  void OnWatermarkShownOnFocusChanged(PropertyChangeEventArgs<int> *args);
+
+  int needsRepaint = 0;
+  RenderTargetPtr renderTarget;
+  std::shared_ptr<EditTextElement> textElement;
+  std::shared_ptr<TextElement> watermarkElement;
+  int caretVisible = 0;
+  int controlId;
+  FontHandle font;
+  COLORREF highlightColor;
+  COLORREF highlightTextColor;
+  Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> caretBrush;
+  PropertyListener<long> leftListener, topListener, widthListener, heightListener;
+  PropertyListener<lumenor::Visibility> visibilityListener;
+  PropertyListener<std::wstring> watermarkTextListener;
+  PropertyListener<int> watermarkShownOnFocusListener;
+};
+
+} // namespace lumenor

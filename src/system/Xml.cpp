@@ -81,13 +81,17 @@ XmlNodePtr SelectNode(const XmlNodePtr &node, const std::wstring &xpath) {
   return selected;
 }
 
-std::vector<XmlNodePtr> SelectNodes(const XmlNodePtr &node, const std::wstring &xpath) {
+std::vector<XmlNodePtr> SelectNodes(const XmlNodePtr &node, const std::wstring &xpath, std::size_t limit) {
   RequireNode(node);
   ComPtr<IXMLDOMNodeList> list;
   ThrowIfFailed(node->selectNodes(MakeBstr(xpath).Get(), list.GetAddressOf()));
   std::vector<XmlNodePtr> nodes;
-  for (XmlNodePtr next; ThrowIfFailed(list->nextNode(next.ReleaseAndGetAddressOf())) == S_OK && next != nullptr;)
-    nodes.push_back(next);
+  while (nodes.size() < limit) {
+    XmlNodePtr next;
+    if (ThrowIfFailed(list->nextNode(next.GetAddressOf())) != S_OK || next == nullptr)
+      break;
+    nodes.push_back(std::move(next));
+  }
   return nodes;
 }
 

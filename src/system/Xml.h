@@ -4,6 +4,8 @@
 // A failed call raises HResultError; a null node raises it with E_INVALIDARG, a failed string allocation with
 // E_OUTOFMEMORY. XPaths are the DOM's, relative to the node that they are given with.
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -34,8 +36,8 @@ void SaveXmlFile(const XmlDocumentPtr &document, const std::wstring &path);
 /// The first node that matches; null when none does or `node` is null.
 XmlNodePtr SelectNode(const XmlNodePtr &node, const std::wstring &xpath);
 
-/// All nodes that match, in document order.
-std::vector<XmlNodePtr> SelectNodes(const XmlNodePtr &node, const std::wstring &xpath);
+/// The nodes that match, in document order: all of them, or the first `limit` ones.
+std::vector<XmlNodePtr> SelectNodes(const XmlNodePtr &node, const std::wstring &xpath, std::size_t limit = SIZE_MAX);
 
 /// The text of the node and all below it.
 std::wstring NodeText(const XmlNodePtr &node);

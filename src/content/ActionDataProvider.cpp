@@ -1,0 +1,92 @@
+#include "content/ActionDataProvider.h"
+
+#include <utility>
+
+#include "content/Documents.h"
+#include "system/FolderWatcher.h"
+#include "system/HResultError.h"
+#include "system/LanguageResources.h"
+#include "system/Log.h"
+#include "system/Paths.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr wchar_t forYouName[] = L"Lumenor.MainFrame.Controls.DockPopup.ForYou";
+constexpr wchar_t forYouQuery[] = L"//UIRoot/Lumenor.MainFrame.Controls.DockPopup.ForYou/Elements/Element";
+constexpr wchar_t searchProvidersFile[] = L"SearchProviders.xml";
+constexpr wchar_t searchProvidersQuery[] = L"//SearchingProviders/Providers";
+
+constexpr int refreshTries = 5;
+
+Element ReadForYouElement(const XmlNodePtr &node) {
+  Element element;
+  element.Head = ChildText(node, L"Head");
+  element.ActionType = ChildText(node, L"ActionType");
+  element.ActionParams = ChildText(node, L"ActionParams");
+  element.Image = ChildText(node, L"Image");
+  element.ToolTip = ChildText(node, L"ToolTip");
+  return element;
+}
+
+Element ReadSearchElement(const XmlNodePtr &node) {
+  Element element;
+  element.Head = ChildText(node, L"Head");
+  element.ActionType = ChildText(node, L"ActionType");
+  element.ActionParams = ChildText(node, L"ActionParams");
+  element.Image = ChildText(node, L"Image");
+  return element;
+}
+
+} // namespace
+
+void FileDataProvider::Watch(HWND window, UINT message) {
+  // The former thread isn't ended, only no longer held: it stays to watch for as long as the process runs.
+  watchThread = StartFolderWatch(window, message);
+}
+
+ElementList FileDataProvider::GetElements() {
+  // At once and with no pause: a file that its writer has just replaced may fail once, and nobody is to wait for it.
+  for (int tried = 0; tried < refreshTries; ++tried) {
+    try {
+      Refresh();
+      break;
+    } catch (const HResultError &) {
+    }
+  }
+  return elements;
+}
+
+void FileDataProvider::ReadFile(const std::wstring &path, const std::wstring &query,
+                                Element (*readElement)(const XmlNodePtr &)) {
+  // Nothing ever moves lastReadTime on, on purpose: the comparison tells only whether there is a file, and each refresh
+  // reads an existing one again.
+  const FILETIME fileTime = LastWriteTime(path);
+  if (::CompareFileTime(&lastReadTime, &fileTime) >= 0)
+    return;
+  const XmlDocumentPtr document = LoadXmlFile(path);
+  if (document == nullptr)
+    return;
+  ElementList read;
+  for (const XmlNodePtr &node : SelectNodes(document, query, maxProviderEntries))
+    read.push_back(readElement(node));
+  elements.swap(read);
+}
+
+ForYouProvider::ForYouProvider() = default;
+
+void ForYouProvider::Refresh() { ReadFile(DocumentPath(forYouName), forYouQuery, ReadForYouElement); }
+
+SearchProvider::SearchProvider() { SearchProvider::Refresh(); }
+
+void SearchProvider::Refresh() {
+  const std::wstring path = FindResourceFile(searchProvidersFile);
+  if (path.empty()) {
+    LogError("Could not find the searchproviders.xml file");
+    return;
+  }
+  ReadFile(path, searchProvidersQuery, ReadSearchElement);
+}
+
+} // namespace lumenor

@@ -1,0 +1,14 @@
+#pragma once
+// Whether the welcome screen is due: once for every user, and once more whenever the value in the registry asks for
+// it. Stateless; any thread; nothing raises.
+
+namespace lumenor {
+
+/// True when the welcome screen is to be shown. It is noted as shown at once, so that it comes once even if it is cut
+/// short. False without the dock's registry key.
+bool CheckFirstRun();
+
+/// Notes the welcome screen as shown. A failure is ignored.
+void ClearFirstRun();
+
+} // namespace lumenor

@@ -13,7 +13,6 @@ namespace lumenor {
 
 namespace {
 
-constexpr wchar_t forYouName[] = L"Lumenor.MainFrame.Controls.DockPopup.ForYou";
 constexpr wchar_t forYouQuery[] = L"//UIRoot/Lumenor.MainFrame.Controls.DockPopup.ForYou/Elements/Element";
 constexpr wchar_t searchProvidersFile[] = L"SearchProviders.xml";
 constexpr wchar_t searchProvidersQuery[] = L"//SearchingProviders/Providers";
@@ -76,7 +75,7 @@ void FileDataProvider::ReadFile(const std::wstring &path, const std::wstring &qu
 
 ForYouProvider::ForYouProvider() = default;
 
-void ForYouProvider::Refresh() { ReadFile(DocumentPath(forYouName), forYouQuery, ReadForYouElement); }
+void ForYouProvider::Refresh() { ReadFile(DocumentPath(forYouListName), forYouQuery, ReadForYouElement); }
 
 SearchProvider::SearchProvider() { SearchProvider::Refresh(); }
 

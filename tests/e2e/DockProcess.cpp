@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "e2e/Input.h"
 #include "e2e/Screen.h"
 
 namespace lumenor::e2e {
@@ -84,6 +85,7 @@ HWND DockProcess::WaitForBar() {
     return nullptr;
   if (!WaitForPaint(BarRect()))
     return nullptr;
+  MoveCursor(Rest());
   CaptureSettled(BarRect());
   return Bar();
 }
@@ -154,6 +156,43 @@ POINT DockProcess::SystemButton(int index) const {
   // and 2 from the one before.
   const RECT bar = BarRect();
   return {bar.right - Scaled(204) + Scaled(148) + index * (Scaled(16) + 2) + Scaled(8), bar.top + Scaled(2 + 8)};
+}
+
+POINT DockProcess::OnCanvas(int x, int y) const {
+  const RECT bar = BarRect();
+  return {bar.right - Scaled(204) + Scaled(x), bar.top + Scaled(y)};
+}
+
+RECT DockProcess::CanvasRect(int left, int top, int width, int height) const {
+  const POINT corner = OnCanvas(left, top);
+  return {corner.x, corner.y, corner.x + Scaled(width), corner.y + Scaled(height)};
+}
+
+std::wstring DockProcess::FieldText() const {
+  wchar_t text[1024] = {};
+  ::SendMessageW(Field(), WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text));
+  return text;
+}
+
+SIZE DockProcess::FieldSelection() const {
+  const LRESULT ends = ::SendMessageW(Field(), EM_GETSEL, 0, 0);
+  return {LOWORD(ends), HIWORD(ends)};
+}
+
+HWND DockProcess::Row() const { return ::GetParent(Control(2000)); }
+
+LONG DockProcess::RowLeft() const { return RectOf(Row()).left - RectOf(::GetParent(Row())).left; }
+
+HWND DockProcess::Arrow(bool left) const {
+  const HWND row = Row(), room = ::GetParent(row);
+  const LONG middle = Center(RectOf(room)).x;
+  HWND found = nullptr;
+  ForEachChild(room, [&](HWND window) {
+    if (::GetParent(window) == room && window != row && ::IsWindowVisible(window) &&
+        (RectOf(window).left < middle) == left)
+      found = window;
+  });
+  return found;
 }
 
 RECT RectOf(HWND window) {

@@ -27,7 +27,8 @@ public:
   /// Waits for the process's end; its exit code, or nothing when it still runs after ten seconds.
   std::optional<DWORD> WaitForExit() const;
 
-  /// Waits until the bar is shown and painted, and returns its window; null when it doesn't come.
+  /// Waits until the bar is shown and painted, puts the cursor where nothing of the bar stands, so that it stays
+  /// bright, and returns its window; null when it doesn't come.
   HWND WaitForBar();
 
   /// The bar's window as it is now: visible, of this process, of the bar's title; null without one.
@@ -46,6 +47,32 @@ public:
   POINT PositionButton() const { return SystemButton(1); }
   POINT CloseButton() const { return SystemButton(2); }
 
+  /// A place on the bar where nothing stands, for a cursor that is to keep the bar awake.
+  POINT Rest() const { return OnCanvas(60, 68); }
+
+  /// The command buttons and the search field at the bar's right end.
+  POINT ForYouButton() const { return OnCanvas(152 + 18, 12 + 32); }
+  RECT ForYouRect() const { return CanvasRect(152, 12, 36, 64); }
+  POINT SearchProviderButton() const { return OnCanvas(106 + 5, 37 + 7); }
+  POINT SearchButton() const { return OnCanvas(116 + 10, 37 + 7); }
+  RECT FieldRect() const { return CanvasRect(18, 37, 84, 12); }
+  POINT FieldPoint() const { return OnCanvas(18 + 42, 37 + 6); }
+
+  /// The search field's window, and the text that it holds.
+  HWND Field() const { return Control(100); }
+  std::wstring FieldText() const;
+
+  /// The ends of the selection in the search field: start in `cx`, end in `cy`.
+  SIZE FieldSelection() const;
+
+  /// Where the row of user buttons stands in its room: 0 at its left end, negative when it is scrolled. Asks for at
+  /// least one user button.
+  LONG RowLeft() const;
+
+  /// The arrow at the left or the right end of the row; null when it isn't shown.
+  HWND LeftArrow() const { return Arrow(true); }
+  HWND RightArrow() const { return Arrow(false); }
+
   /// Waits until the bar's one flyout or dialog is shown and painted, and returns its window; null when it doesn't
   /// come.
   HWND WaitForPopup() const;
@@ -58,6 +85,10 @@ public:
 
 private:
   POINT SystemButton(int index) const;
+  POINT OnCanvas(int x, int y) const;
+  RECT CanvasRect(int left, int top, int width, int height) const;
+  HWND Row() const;
+  HWND Arrow(bool left) const;
   bool WaitForPaint(const RECT &area) const;
   std::vector<HWND> TopLevelWindows() const;
 

@@ -1,6 +1,8 @@
 #pragma once
 // Real input: the cursor is moved and buttons are pressed the way a hand does it, through the platform's input queue.
 
+#include <string>
+
 #include "system/Windows.h"
 
 namespace lumenor::e2e {
@@ -15,7 +17,22 @@ void ReleaseLeftButton();
 /// Moves to `point`, presses and releases, at a hand's pace.
 void Click(POINT point);
 
+/// Moves to `point`, presses and releases in one go, faster than any hand: nothing of another program comes between.
+void ClickAtOnce(POINT point);
+
+/// Presses at `from`, moves to `to` and releases there.
+void Drag(POINT from, POINT to);
+
 /// Presses and releases a key of the keyboard.
 void PressKey(WORD virtualKey);
+
+/// Presses and releases `virtualKey` `times` times while `modifier` is held.
+void PressKeyWith(WORD modifier, WORD virtualKey, int times = 1);
+
+/// Types `text` as an input method does, one UTF-16 unit after the other, without regard to the keyboard's letters.
+void TypeText(const std::wstring &text);
+
+/// Puts `text` on the clipboard.
+void CopyToClipboard(const std::wstring &text);
 
 } // namespace lumenor::e2e

@@ -95,13 +95,6 @@ std::wstring ElementXml(const Entry &entry) {
          L"</Position>" + entry.conditions + L"</Element>";
 }
 
-std::string DocumentXml(const std::wstring &name, const std::vector<Entry> &entries) {
-  std::wstring xml = L"<?xml version=\"1.0\" encoding=\"utf-8\" ?><UIRoot><" + name + L"><Elements>";
-  for (const Entry &entry : entries)
-    xml += ElementXml(entry);
-  return Utf8(xml + L"</Elements></" + name + L"></UIRoot>");
-}
-
 void MakeRegistryKeys() {
   RegistryKey key;
   ::RegCreateKeyExW(HKEY_CURRENT_USER, dockKey, 0, nullptr, 0, KEY_READ, nullptr, key.Put(), nullptr);
@@ -153,6 +146,39 @@ void Installation::WriteDocument(const std::wstring &name, const std::vector<Ent
   WriteBytes(DocumentPath(name), DocumentXml(name, entries));
 }
 
+namespace {
+
+/// The folder of texts that the dock looks into first.
+std::wstring FirstTexts(const std::wstring &commonFolder) {
+  return commonFolder + L"\\BaseContent\\LangRes\\LangRes_VRA\\enu_us";
+}
+
+} // namespace
+
+void Installation::WriteSearchProviders(const std::vector<Entry> &providers) const {
+  std::wstring xml = L"<?xml version=\"1.0\" encoding=\"utf-8\"?><SearchingProviders>";
+  for (const Entry &provider : providers)
+    xml += L"<Providers><Head>" + Escaped(provider.head) + L"</Head><ActionType>" + provider.actionType +
+           L"</ActionType><ActionParams>" + Escaped(provider.actionParams) + L"</ActionParams><Image>" +
+           Escaped(provider.image) + L"</Image></Providers>";
+  WriteRawSearchProviders(Utf8(xml + L"</SearchingProviders>"));
+}
+
+void Installation::WriteRawSearchProviders(const std::string &text) const {
+  MakeFolders(FirstTexts(commonFolder));
+  WriteBytes(FirstTexts(commonFolder) + L"\\SearchProviders.xml", text);
+}
+
+void Installation::UseFactorySearchProviders() const {
+  ::DeleteFileW((FirstTexts(commonFolder) + L"\\SearchProviders.xml").c_str());
+}
+
+std::wstring Installation::WriteAside(const std::wstring &fileName, const std::string &bytes) const {
+  const std::wstring path = programFolder + L"\\" + fileName;
+  WriteBytes(path, bytes);
+  return path;
+}
+
 void Installation::WriteUsualStubs() const {
   for (int i = 0; i < 3; ++i)
     WriteStub(L"xx_xx", mainDocument, i,
@@ -188,6 +214,13 @@ std::vector<std::wstring> Installation::RecordedCommandLines() const {
   for (std::size_t begin = 0, end; (end = text.find(L'\n', begin)) != std::wstring::npos; begin = end + 1)
     lines.push_back(text.substr(begin, std::min(end, text.find(L'\t', begin)) - begin)); // the folder follows
   return lines;
+}
+
+std::string DocumentXml(const std::wstring &name, const std::vector<Entry> &entries) {
+  std::wstring xml = L"<?xml version=\"1.0\" encoding=\"utf-8\" ?><UIRoot><" + name + L"><Elements>";
+  for (const Entry &entry : entries)
+    xml += ElementXml(entry);
+  return Utf8(xml + L"</Elements></" + name + L"></UIRoot>");
 }
 
 std::string ReadBytes(const std::wstring &path) {

@@ -23,6 +23,7 @@ struct Entry {
 };
 
 constexpr wchar_t mainDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.Main";
+constexpr wchar_t forYouList[] = L"Lumenor.MainFrame.Controls.DockPopup.ForYou";
 constexpr wchar_t userDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.User";
 
 class Installation {
@@ -60,6 +61,18 @@ public:
   /// Writes a whole document of the user.
   void WriteDocument(const std::wstring &name, const std::vector<Entry> &entries) const;
 
+  /// Writes the list of search providers that the dock finds first: head, action word, parameters and picture.
+  void WriteSearchProviders(const std::vector<Entry> &providers) const;
+
+  /// Writes any text as that list.
+  void WriteRawSearchProviders(const std::string &text) const;
+
+  /// Leaves the list of search providers that the product ships.
+  void UseFactorySearchProviders() const;
+
+  /// Writes a file of the machine that isn't in the dock's folders, and returns its path.
+  std::wstring WriteAside(const std::wstring &fileName, const std::string &bytes) const;
+
   /// Three fixed buttons that start the recorder and two of the user's, as stubs in "xx_xx".
   void WriteUsualStubs() const;
 
@@ -74,6 +87,9 @@ private:
   std::wstring commonFolder;
   std::wstring userFolder;
 };
+
+/// A content document of the name, as bytes.
+std::string DocumentXml(const std::wstring &name, const std::vector<Entry> &entries);
 
 /// The bytes of a file; empty when it can't be read.
 std::string ReadBytes(const std::wstring &path);

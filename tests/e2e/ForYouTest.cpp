@@ -1,0 +1,193 @@
+// The For You list and its mark: another program writes the list while the bar stands.
+
+#include <gtest/gtest.h>
+
+#include "e2e/DockProcess.h"
+#include "e2e/Input.h"
+#include "e2e/OtherProgram.h"
+#include "e2e/OtherWindow.h"
+#include "e2e/ProcessFigures.h"
+#include "e2e/Screen.h"
+#include "system/Handles.h"
+
+namespace lumenor::e2e {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+constexpr RECT elsewhere = {300, 700, 900, 950};
+constexpr LONGLONG ticksPerHour = 36'000'000'000LL;
+
+/// Gives the file another time of its last write, so many hours away from the one that it has.
+void ShiftWriteTime(const std::wstring &path, int hours) {
+  const FileHandle file(::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ,
+                                      nullptr, OPEN_EXISTING, 0, nullptr));
+  FILETIME time = {};
+  ASSERT_TRUE(::GetFileTime(file.Get(), nullptr, nullptr, &time));
+  ULARGE_INTEGER ticks = {{time.dwLowDateTime, time.dwHighDateTime}};
+  ticks.QuadPart += hours * ticksPerHour;
+  time = {ticks.LowPart, ticks.HighPart};
+  ASSERT_TRUE(::SetFileTime(file.Get(), nullptr, nullptr, &time));
+}
+
+class ForYou : public ::testing::Test {
+protected:
+  ForYou() {
+    installation.WriteUsualStubs();
+    installation.WriteDocument(forYouList, List(1, L"old"));
+  }
+
+  /// A list of `count` entries, which start the recorder with `word` and their number.
+  std::vector<Entry> List(int count, const std::wstring &word) const {
+    std::vector<Entry> entries;
+    for (int i = 0; i < count; ++i)
+      entries.push_back({.head = word + L" " + std::to_wstring(i),
+                         .actionType = L"exe",
+                         .actionParams = L"\"" + installation.Recorder() + L"\" " + word + L" " + std::to_wstring(i)});
+    return entries;
+  }
+
+  /// The same as a file that isn't watched.
+  std::wstring ListAside(int count, const std::wstring &word) const {
+    return installation.WriteAside(word + L".xml", DocumentXml(forYouList, List(count, word)));
+  }
+
+  std::wstring Path() const { return installation.DocumentPath(forYouList); }
+
+  /// Puts a list in the place of the present one in a way that no watcher sees.
+  void PutUnseen(const std::wstring &aside) const {
+    ASSERT_TRUE(::MoveFileExW(aside.c_str(), Path().c_str(), MOVEFILE_REPLACE_EXISTING));
+  }
+
+  /// A change in the watched folder that has nothing to do with the list.
+  void TouchFolder() const { WriteBytes(installation.UserFolder() + L"\\other.txt", "x"); }
+
+  /// The height of the open list; 0 when none is open.
+  static LONG ListHeight(const DockProcess &dock) {
+    const auto popups = dock.Popups();
+    return popups.size() == 1 ? RectOf(popups[0]).bottom - RectOf(popups[0]).top : 0;
+  }
+
+  /// The For You button with the cursor away from it.
+  static Picture ButtonPicture(const DockProcess &dock) {
+    MoveCursor(dock.Rest());
+    return CaptureSettled(dock.ForYouRect());
+  }
+
+  /// True when the bar has taken notice of the folder: each pass leaves a watcher more per list.
+  static bool HasNoticed(const DockProcess &dock, int threadsBefore) {
+    return WaitFor([&] { return ThreadCount(dock.Id()) >= threadsBefore + 2; });
+  }
+
+  const Installation installation;
+};
+
+TEST_F(ForYou, TheListShowsWithinTwoSecondsWhatAnotherProgramWrote) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  Click(dock.ForYouButton());
+  const HWND popup = dock.WaitForPopup();
+  ASSERT_NE(nullptr, popup);
+  ASSERT_EQ(40 + 40, ListHeight(dock));
+  const std::wstring aside = ListAside(3, L"new");
+
+  ASSERT_TRUE(OtherProgramCopies(aside, Path()));
+
+  EXPECT_TRUE(WaitFor([&] { return ListHeight(dock) == 40 + 3 * 40; }, seconds(2)));
+  const RECT flyout = RectOf(popup);
+  EXPECT_EQ(1090 - 62, flyout.left);
+  EXPECT_EQ(80, flyout.top);
+  CaptureSettled(flyout);
+  SaveShot("foryou");
+  Click({flyout.left + 100, flyout.top + 40 + 2 * 40 + 20});
+  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
+  EXPECT_EQ(L"\"" + installation.Recorder() + L"\" new 2", installation.RecordedCommandLines()[0]);
+  EXPECT_TRUE(dock.Popups().empty());
+}
+
+TEST_F(ForYou, AtTheBottomEdgeTheListOpensAboveTheBar) {
+  SetDockValue(L"DockPosition", L"Bottom");
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  Click(dock.ForYouButton());
+  const HWND popup = dock.WaitForPopup();
+  ASSERT_NE(nullptr, popup);
+  EXPECT_EQ(1024 - 77 - 2, RectOf(popup).bottom);
+  EXPECT_EQ(1024 - 77 - 2 - 80, RectOf(popup).top);
+}
+
+TEST_F(ForYou, ANewerListMarksTheButtonUntilItIsClickedAndThenOnlyANewerOneAgain) {
+  const OtherWindow other(elsewhere);
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const Picture idle = ButtonPicture(dock);
+
+  ASSERT_TRUE(OtherProgramCopies(ListAside(2, L"second"), Path()));
+  EXPECT_TRUE(WaitFor([&] { return Capture(dock.ForYouRect()).Differences(idle) > 20; }, seconds(2)));
+  const Picture marked = CaptureSettled(dock.ForYouRect());
+  SaveShot("foryou-mark");
+
+  Click(dock.ForYouButton());
+  ASSERT_NE(nullptr, dock.WaitForPopup());
+  Click(Center(elsewhere));
+  ASSERT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+  MoveCursor(dock.Rest());
+  EXPECT_TRUE(WaitFor([&] { return Capture(dock.ForYouRect()) == idle; }));
+
+  const int threads = ThreadCount(dock.Id());
+  TouchFolder(); // the list is as old as it was
+  ASSERT_TRUE(HasNoticed(dock, threads));
+  EXPECT_EQ(idle, ButtonPicture(dock));
+
+  ASSERT_TRUE(OtherProgramCopies(ListAside(1, L"third"), Path()));
+  EXPECT_TRUE(WaitFor([&] { return Capture(dock.ForYouRect()) == marked; }, seconds(2)));
+}
+
+TEST_F(ForYou, AnOlderListIsShownWithoutAMark) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const Picture idle = ButtonPicture(dock);
+  const int threads = ThreadCount(dock.Id());
+  const std::wstring aside = ListAside(2, L"older");
+  ShiftWriteTime(aside, -1);
+
+  PutUnseen(aside);
+  TouchFolder();
+
+  ASSERT_TRUE(HasNoticed(dock, threads));
+  EXPECT_EQ(idle, ButtonPicture(dock));
+  Click(dock.ForYouButton());
+  ASSERT_NE(nullptr, dock.WaitForPopup());
+  EXPECT_EQ(40 + 2 * 40, ListHeight(dock));
+}
+
+TEST_F(ForYou, ADeletedListGivesNoMarkAndStaysAsItWas) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const Picture idle = ButtonPicture(dock);
+  const int threads = ThreadCount(dock.Id());
+
+  ASSERT_TRUE(OtherProgramDeletes(Path()));
+  TouchFolder();
+
+  ASSERT_TRUE(HasNoticed(dock, threads));
+  EXPECT_EQ(idle, ButtonPicture(dock));
+  Click(dock.ForYouButton());
+  ASSERT_NE(nullptr, dock.WaitForPopup());
+  EXPECT_EQ(40 + 40, ListHeight(dock));
+}
+
+TEST_F(ForYou, WithoutAListTheFlyoutHasItsTitleOnlyUntilOneIsWritten) {
+  ::DeleteFileW(Path().c_str());
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  Click(dock.ForYouButton());
+  ASSERT_NE(nullptr, dock.WaitForPopup());
+  EXPECT_EQ(40, ListHeight(dock));
+  ASSERT_TRUE(OtherProgramCopies(ListAside(2, L"first"), Path()));
+  EXPECT_TRUE(WaitFor([&] { return ListHeight(dock) == 40 + 2 * 40; }, seconds(2)));
+}
+
+} // namespace
+} // namespace lumenor::e2e

@@ -1,0 +1,29 @@
+#include "e2e/OtherProgram.h"
+
+#include "system/Handles.h"
+
+namespace lumenor::e2e {
+namespace {
+
+bool Runs(std::wstring commandLine) {
+  STARTUPINFOW start = {};
+  start.cb = sizeof(start);
+  PROCESS_INFORMATION started = {};
+  if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr,
+                        &start, &started))
+    return false;
+  const KernelHandle process(started.hProcess), thread(started.hThread);
+  DWORD code = 1;
+  return ::WaitForSingleObject(process.Get(), 10000) == WAIT_OBJECT_0 && ::GetExitCodeProcess(process.Get(), &code) &&
+         code == 0;
+}
+
+} // namespace
+
+bool OtherProgramCopies(const std::wstring &from, const std::wstring &to) {
+  return Runs(L"cmd.exe /c copy /y \"" + from + L"\" \"" + to + L"\"");
+}
+
+bool OtherProgramDeletes(const std::wstring &path) { return Runs(L"cmd.exe /c del /q \"" + path + L"\""); }
+
+} // namespace lumenor::e2e

@@ -1,0 +1,14 @@
+#pragma once
+// Another program of the machine, at work on the user's files: the platform's command interpreter.
+
+#include <string>
+
+namespace lumenor::e2e {
+
+/// Lets another process copy the file `from` over `to`, and waits for its end. False when it failed.
+bool OtherProgramCopies(const std::wstring &from, const std::wstring &to);
+
+/// Lets another process delete the file `path`, and waits for its end. False when it failed.
+bool OtherProgramDeletes(const std::wstring &path);
+
+} // namespace lumenor::e2e

@@ -1,0 +1,162 @@
+// Searching: what is opened, and with which provider.
+
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#include "e2e/Browser.h"
+#include "e2e/DockProcess.h"
+#include "e2e/Input.h"
+#include "e2e/Screen.h"
+#include "support/KeptRegistryKey.h"
+
+namespace lumenor::e2e {
+namespace {
+
+using Addresses = std::vector<std::wstring>;
+
+constexpr wchar_t helpPaneClass[] = L"Software\\Classes\\CLSID\\{8CEC58E7-07A1-11D9-B15E-000D56BFE6EE}";
+
+class Search : public ::testing::Test {
+protected:
+  Search() {
+    installation.WriteUsualStubs();
+    installation.WriteSearchProviders(
+        {{.head = L"First place", .actionType = L"url", .actionParams = L"http://first.example/find?q="},
+         {.head = L"Second place", .actionType = L"url", .actionParams = L"https://second.example/?a=b&q="},
+         {.head = L"Help of this machine", .actionType = L"helpSearch"},
+         {.head = L"A program",
+          .actionType = L"exe",
+          .actionParams = L"\"" + installation.Recorder() + L"\" provider"}});
+    ::SetEnvironmentVariableW(L"LUMENOR_HELP_RECORD", HelpRecord().c_str());
+  }
+  ~Search() override { ::SetEnvironmentVariableW(L"LUMENOR_HELP_RECORD", nullptr); }
+
+  std::wstring HelpRecord() const { return installation.LogFolder() + L"\\helped.txt"; }
+
+  void EnterText(DockProcess &dock, const std::wstring &text) {
+    Click(dock.FieldPoint());
+    TypeText(text);
+    ASSERT_TRUE(WaitFor([&] { return dock.FieldText() == text; }));
+  }
+
+  /// Opens the list of providers and chooses the one in that row.
+  void ChooseProvider(DockProcess &dock, int row) {
+    Click(dock.SearchProviderButton());
+    const HWND popup = dock.WaitForPopup();
+    ASSERT_NE(nullptr, popup);
+    const RECT flyout = RectOf(popup);
+    Click({flyout.left + 100, flyout.top + row * 40 + 20});
+    ASSERT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+    MoveCursor(dock.Rest());
+  }
+
+  const Installation installation;
+  const Browser browser{installation};
+};
+
+TEST_F(Search, ReturnOpensTheAddressOncePerPress) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EnterText(dock, L"\u00e4 b&c/100%");
+
+  PressKey(VK_RETURN);
+  const std::wstring address = L"http://first.example/find?q=%c3%a4%20b%26c/100%";
+  EXPECT_EQ(Addresses{address}, browser.WaitForAddresses(1));
+  PressKey(VK_RETURN);
+  EXPECT_EQ((Addresses{address, address}), browser.WaitForAddresses(2));
+
+  EXPECT_TRUE(HoldsFor([&] { return browser.Addresses().size() == 2; }, std::chrono::milliseconds(500)));
+  EXPECT_EQ(L"\u00e4 b&c/100%", dock.FieldText()) << "the field keeps its text";
+}
+
+TEST_F(Search, TheSearchButtonOpensTheAddress) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EnterText(dock, L"x\xD83D\xDE00");
+  Click(dock.SearchButton());
+  EXPECT_EQ(Addresses{L"http://first.example/find?q=x%f0%9f%98%80"}, browser.WaitForAddresses(1));
+  EXPECT_TRUE(HoldsFor([&] { return browser.Addresses().size() == 1; }, std::chrono::milliseconds(500)));
+}
+
+TEST_F(Search, AnEmptyFieldOpensNothing) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  Click(dock.FieldPoint());
+  PressKey(VK_RETURN);
+  Click(dock.SearchButton());
+  EXPECT_TRUE(HoldsFor([&] { return browser.Addresses().empty(); }, std::chrono::milliseconds(700)));
+}
+
+TEST_F(Search, WithoutAProviderATextOpensNothing) {
+  installation.WriteSearchProviders({});
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EnterText(dock, L"text");
+  PressKey(VK_RETURN);
+  EXPECT_TRUE(
+      HoldsFor([&] { return browser.Addresses().empty() && dock.Bar() != nullptr; }, std::chrono::milliseconds(700)));
+}
+
+TEST_F(Search, TheListOfProvidersOpensUnderTheFieldWithoutATitle) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  Click(dock.SearchProviderButton());
+  const HWND popup = dock.WaitForPopup();
+  ASSERT_NE(nullptr, popup);
+  const RECT flyout = RectOf(popup), expected = {190 + 900 - 95, 1 + 51, 190 + 900 - 95 + 240, 1 + 51 + 4 * 40};
+  EXPECT_TRUE(::EqualRect(&expected, &flyout))
+      << flyout.left << ' ' << flyout.top << ' ' << flyout.right << ' ' << flyout.bottom;
+  SaveShot("providers");
+}
+
+TEST_F(Search, AChosenProviderChangesThePromptAndTheNextSearch) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const Picture firstPrompt = CaptureSettled(dock.FieldRect());
+
+  ChooseProvider(dock, 1);
+  EXPECT_TRUE(WaitFor([&] { return Capture(dock.FieldRect()).Differences(firstPrompt) > 10; }));
+  ChooseProvider(dock, 0);
+  EXPECT_TRUE(WaitFor([&] { return Capture(dock.FieldRect()) == firstPrompt; }));
+  ChooseProvider(dock, 1);
+
+  EnterText(dock, L"late");
+  PressKey(VK_RETURN);
+  EXPECT_EQ(Addresses{L"https://second.example/?a=b&q=late"}, browser.WaitForAddresses(1));
+}
+
+TEST_F(Search, AProviderThatIsAProgramRunsAndChangesNoProvider) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  ChooseProvider(dock, 3);
+  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
+  EXPECT_EQ(L"\"" + installation.Recorder() + L"\" provider", installation.RecordedCommandLines()[0]);
+  EnterText(dock, L"still");
+  PressKey(VK_RETURN);
+  EXPECT_EQ(Addresses{L"http://first.example/find?q=still"}, browser.WaitForAddresses(1));
+}
+
+TEST_F(Search, TheHelpSearchHandsTheTrimmedTextToTheHelpPane) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  ChooseProvider(dock, 2);
+  EnterText(dock, L"  my printer ");
+  PressKey(VK_RETURN);
+  EXPECT_TRUE(WaitFor([&] { return ReadBytes(HelpRecord()).find("my printer") != std::string::npos; }));
+  EXPECT_EQ(std::string::npos, ReadBytes(HelpRecord()).find("  my printer"));
+  EXPECT_NE(nullptr, dock.Bar());
+  EXPECT_TRUE(browser.Addresses().empty());
+}
+
+TEST_F(Search, TheFactoryProvidersSearchTheEncyclopediaFirst) {
+  installation.UseFactorySearchProviders();
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EnterText(dock, L"bar");
+  PressKey(VK_RETURN);
+  EXPECT_EQ(Addresses{L"https://en.wikipedia.org/w/index.php?search=bar"}, browser.WaitForAddresses(1));
+}
+
+} // namespace
+} // namespace lumenor::e2e

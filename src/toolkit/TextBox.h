@@ -85,12 +85,12 @@ private:
 
   void RequestRepaint();
   void RestartBlink();
-  void StopBlink();
   void SendCueBanner();
   void SetMargins();
   void RebuildElements();
   std::shared_ptr<EditTextElement> MakeTextElement() const;
   std::shared_ptr<TextElement> MakeWatermarkElement() const;
+  void PaintText(const RenderTargetPtr &target, const D2D1_RECT_F &rect);
   void PaintWatermark(const RenderTargetPtr &target, const D2D1_RECT_F &rect);
   void PaintCaret(ID2D1RenderTarget *target, const D2D1_RECT_F &rect) const;
   std::wstring ReadCueBanner() const;
@@ -108,9 +108,7 @@ private:
   int caretVisible = 0;
   int controlId;
   FontHandle font;
-  COLORREF highlightColor;
-  COLORREF highlightTextColor;
-  Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> caretBrush;
+  Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> highlightBrush, highlightTextBrush, caretBrush;
   PropertyListener<long> leftListener, topListener, widthListener, heightListener;
   PropertyListener<lumenor::Visibility> visibilityListener;
   PropertyListener<std::wstring> watermarkTextListener;

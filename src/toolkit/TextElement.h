@@ -41,6 +41,13 @@ public:
   /// Draws the text into `rect`, vertically centred, on the render target given at construction.
   void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
 
+protected:
+  RenderTargetPtr renderTarget;
+
+  /// Replaced at every Update; the brush is null before the first.
+  Microsoft::WRL::ComPtr<IDWriteTextFormat> textFormat;
+  Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> brush;
+
 private:
   template <typename T> using Listener = std::shared_ptr<TypedEventListener<TextElement, PropertyChangeEventArgs<T>>>;
 
@@ -51,9 +58,6 @@ private:
   template <typename T> void OnFormatChanged(PropertyChangeEventArgs<T> *args);
   void OnTextChanged(PropertyChangeEventArgs<std::wstring> *args);
 
-  RenderTargetPtr renderTarget;
-  Microsoft::WRL::ComPtr<IDWriteTextFormat> textFormat;
-  Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> brush;
   Listener<std::wstring> textListener;
   Listener<lumenor::Color> colorListener;
   Listener<DWRITE_TEXT_ALIGNMENT> textAlignmentListener;

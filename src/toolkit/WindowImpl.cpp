@@ -159,12 +159,12 @@ void CWindow::OnFinalMessage(HWND) {}
 WNDPROC CWindow::GetWindowProc() { return WindowProcedure; }
 
 HWND CreateObjectWindow(CWindow *object, const wchar_t *superClassName, DWORD style, DWORD exStyle, HWND parent,
-                        const RECT *rectangle, const wchar_t *title) {
+                        const RECT *rectangle, const wchar_t *title, UINT_PTR controlId) {
   const ATOM atom = ClassAtom(superClassName == nullptr ? L"" : superClassName);
   const RECT area = rectangle == nullptr ? RECT{} : *rectangle;
-  const HWND window =
-      ::CreateWindowExW(exStyle, MAKEINTATOM(atom), title, style, area.left, area.top, area.right - area.left,
-                        area.bottom - area.top, parent, nullptr, ::GetModuleHandleW(nullptr), object);
+  const HWND window = ::CreateWindowExW(exStyle, MAKEINTATOM(atom), title, style, area.left, area.top,
+                                        area.right - area.left, area.bottom - area.top, parent,
+                                        reinterpret_cast<HMENU>(controlId), ::GetModuleHandleW(nullptr), object);
   RethrowWindowException();
   return window;
 }

@@ -45,7 +45,7 @@ template <DWORD windowStyle, DWORD windowExStyle> struct CWinTraits {
 /// class built upon that platform class, whose procedure then is the default one. Null when the platform refused;
 /// raises what the object's own handlers raised meanwhile.
 HWND CreateObjectWindow(CWindow *object, const wchar_t *superClassName, DWORD style, DWORD exStyle, HWND parent,
-                        const RECT *rectangle, const wchar_t *title);
+                        const RECT *rectangle, const wchar_t *title, UINT_PTR controlId = 0);
 
 /// The window implementation of class `T`, made with the styles of `Traits`. `T` may have a GetSuperClassName of its
 /// own that names a platform class such as "BUTTON".
@@ -54,9 +54,10 @@ public:
   static const wchar_t *GetSuperClassName() { return nullptr; }
 
   /// Makes the window; see CreateObjectWindow. `rectangle` is in the parent's client coordinates.
-  HWND Create(HWND parentWindow, const RECT *rectangle = nullptr, const wchar_t *title = nullptr) {
+  HWND Create(HWND parentWindow, const RECT *rectangle = nullptr, const wchar_t *title = nullptr,
+              UINT_PTR controlId = 0) {
     return CreateObjectWindow(this, T::GetSuperClassName(), Traits::style, Traits::exStyle, parentWindow, rectangle,
-                              title);
+                              title, controlId);
   }
 };
 

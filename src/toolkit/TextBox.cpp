@@ -1,0 +1,387 @@
+#include "toolkit/TextBox.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+#include <commctrl.h>
+
+#include "system/HResultError.h"
+#include "toolkit/EditReading.h"
+#include "toolkit/EditTextElement.h"
+#include "toolkit/Scale.h"
+#include "toolkit/StatusFont.h"
+
+namespace lumenor {
+
+namespace {
+
+enum Timer : UINT_PTR {
+  BlinkTimer = 5,
+};
+
+constexpr float opaque = 1.0F;
+
+// Kept free behind the text, so that a caret there is seen.
+constexpr long caretWidth = 1;
+
+/// How far behind the left edge the text begins.
+long TextInset() { return ::GetSystemMetrics(SM_CXEDGE) + 1; }
+
+Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> CreateBrush(ID2D1RenderTarget *renderTarget, COLORREF color) {
+  constexpr float full = 255.0F;
+  const D2D1_COLOR_F brushColor{static_cast<float>(GetRValue(color)) / full,
+                                static_cast<float>(GetGValue(color)) / full,
+                                static_cast<float>(GetBValue(color)) / full, opaque};
+  Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> brush;
+  ThrowIfFailed(renderTarget->CreateSolidColorBrush(&brushColor, nullptr, &brush));
+  return brush;
+}
+
+/// Whether the control may look another way after `message`, though neither a key nor the mouse says so.
+bool ChangesLook(UINT message) {
+  switch (message) {
+  case WM_SETTEXT:
+  case WM_CHAR:
+  case WM_IME_COMPOSITION:
+  case WM_CUT:
+  case WM_PASTE:
+  case WM_CLEAR:
+  case WM_UNDO:
+  case EM_UNDO:
+  case EM_REPLACESEL:
+  case EM_SETSEL:
+  case EM_SCROLLCARET:
+    return true;
+  default:
+    return false;
+  }
+}
+
+/// Whether a request for the dialog code comes with a message that doesn't start a press: the character of a key that
+/// is already counted, or a key that is held down and comes again and again.
+bool BelongsToFormerPress(LPARAM lParam) {
+  constexpr LPARAM wasDown = 1 << 30;
+  // A request from another thread brings an address that means nothing here.
+  if (lParam == 0 || ::InSendMessage())
+    return false;
+  const MSG &message = *reinterpret_cast<const MSG *>(lParam);
+  return message.message != WM_KEYDOWN || (message.lParam & wasDown) != 0;
+}
+
+} // namespace
+
+TextBox::TextBox(RenderTargetPtr renderTarget, int controlId)
+    : renderTarget(std::move(renderTarget)), controlId(controlId),
+      highlightBrush(CreateBrush(this->renderTarget.Get(), ::GetSysColor(COLOR_HIGHLIGHT))),
+      highlightTextBrush(CreateBrush(this->renderTarget.Get(), ::GetSysColor(COLOR_HIGHLIGHTTEXT))),
+      caretBrush(CreateBrush(this->renderTarget.Get(), RGB(255, 255, 255))) {
+  Subscribe();
+}
+
+TextBox::~TextBox() = default;
+
+void TextBox::Subscribe() {
+  leftListener = MakeListener(this, &TextBox::OnGeometryChanged);
+  Left.changed.AddListener(leftListener.get());
+  topListener = MakeListener(this, &TextBox::OnGeometryChanged);
+  Top.changed.AddListener(topListener.get());
+  widthListener = MakeListener(this, &TextBox::OnGeometryChanged);
+  Width.changed.AddListener(widthListener.get());
+  heightListener = MakeListener(this, &TextBox::OnGeometryChanged);
+  Height.changed.AddListener(heightListener.get());
+  visibilityListener = MakeListener(this, &TextBox::OnVisibilityChanged);
+  Visibility.changed.AddListener(visibilityListener.get());
+  watermarkTextListener = MakeListener(this, &TextBox::OnWatermarkTextChanged);
+  WatermarkText.changed.AddListener(watermarkTextListener.get());
+  watermarkShownOnFocusListener = MakeListener(this, &TextBox::OnWatermarkShownOnFocusChanged);
+  WatermarkShownOnFocus.changed.AddListener(watermarkShownOnFocusListener.get());
+}
+
+HWND TextBox::GetHandle() { return handle; }
+
+void TextBox::OnAttached() {
+  if (parent == nullptr)
+    return;
+  const HWND parentWindow = parent->GetHandle();
+  const RECT bounds = GetBounds();
+  if (::IsWindow(parentWindow)) {
+    Create(parentWindow, &bounds, nullptr, static_cast<UINT_PTR>(controlId));
+    SetMargins();
+  }
+  SetBounds(&bounds);
+}
+
+void TextBox::OnDetached() {
+  if (::IsWindow(handle))
+    ::DestroyWindow(handle);
+}
+
+void TextBox::ApplySystemFont() {
+  LOGFONTW description = GetStatusFont();
+  description.lfHeight = static_cast<LONG>(-FontSize);
+  description.lfWeight = textElement == nullptr ? FW_NORMAL : textElement->FontWeight.Get();
+  FontHandle newFont(ThrowIfNull(::CreateFontIndirectW(&description)));
+  ::SendMessageW(handle, WM_SETFONT, reinterpret_cast<WPARAM>(newFont.Get()), FALSE);
+  font = std::move(newFont); // the former one goes now that the window has let it go
+  SetMargins();
+  ::SendMessageW(handle, EM_SETLIMITTEXT, static_cast<WPARAM>(MaxLength), 0);
+  RequestRepaint();
+}
+
+// A control chooses its margins by its font. These are the ones that the elements are made for.
+void TextBox::SetMargins() {
+  ::SendMessageW(handle, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(TextInset(), caretWidth));
+}
+
+BOOL TextBox::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD mapId) {
+  if (mapId != 0)
+    return FALSE;
+  switch (message) {
+  case WM_CREATE:
+  case WM_PAINT:
+    return OnPaint(result);
+  case WM_MOVE:
+    return OnMove(lParam);
+  case WM_SIZE:
+    return OnSize(lParam);
+  case WM_LBUTTONDOWN:
+  case WM_LBUTTONUP:
+  case WM_MOUSEMOVE:
+  case WM_KEYUP:
+    return OnInput();
+  case WM_KEYDOWN:
+    return OnKeyDown();
+  case WM_SETFOCUS:
+    return OnSetFocus();
+  case WM_KILLFOCUS:
+    return OnKillFocus();
+  case WM_GETDLGCODE:
+    return OnGetDlgCode(wParam, lParam);
+  case WM_TIMER:
+    return OnTimer(wParam, result);
+  case WM_STYLECHANGING:
+    return OnStyleChanging(wParam, lParam, result);
+  case EM_SETCUEBANNER:
+    return OnSetCueBanner(wParam, lParam);
+  default:
+    return ChangesLook(message) ? OnInput() : FALSE;
+  }
+}
+
+// Unhandled, so that the control validates its window; the root paints it.
+BOOL TextBox::OnPaint(LRESULT &result) {
+  if (needsRepaint != 0)
+    Invalidate();
+  result = 0;
+  return FALSE;
+}
+
+// The coordinates are taken as unsigned, as those of a button are.
+BOOL TextBox::OnMove(LPARAM position) {
+  Left.Set(LOWORD(position));
+  Top.Set(HIWORD(position));
+  return FALSE;
+}
+
+BOOL TextBox::OnSize(LPARAM size) {
+  Width.Set(LOWORD(size));
+  Height.Set(HIWORD(size));
+  RebuildElements();
+  return FALSE;
+}
+
+BOOL TextBox::OnInput() {
+  RequestRepaint();
+  return FALSE;
+}
+
+BOOL TextBox::OnKeyDown() {
+  RestartBlink();
+  RequestRepaint();
+  return FALSE;
+}
+
+BOOL TextBox::OnSetFocus() {
+  HasFocus.Set(1);
+  return OnKeyDown();
+}
+
+BOOL TextBox::OnKillFocus() {
+  HasFocus.Set(0);
+  ::KillTimer(handle, BlinkTimer);
+  caretVisible = 0;
+  RequestRepaint();
+  return FALSE;
+}
+
+// The dialog that the field stands in asks for the code of a key before it takes Return for itself, and that is where
+// the field hears of it: once for each press.
+BOOL TextBox::OnGetDlgCode(WPARAM key, LPARAM message) {
+  if (key != VK_RETURN || BelongsToFormerPress(message))
+    return FALSE;
+  TextBoxEventArgs args{this};
+  Accept.Fire(&args);
+  RequestRepaint();
+  return FALSE;
+}
+
+BOOL TextBox::OnTimer(WPARAM timer, LRESULT &result) {
+  if (timer != BlinkTimer)
+    return FALSE; // one of the control's own
+  caretVisible = caretVisible == 0 ? 1 : 0;
+  RequestRepaint();
+  result = 0;
+  return TRUE;
+}
+
+// A line that is read from the right would stand at the other end of the field than where it is painted.
+BOOL TextBox::OnStyleChanging(WPARAM which, LPARAM styles, LRESULT &result) {
+  if (static_cast<int>(which) != GWL_EXSTYLE)
+    return FALSE;
+  reinterpret_cast<STYLESTRUCT *>(styles)->styleNew &= ~static_cast<DWORD>(WS_EX_RTLREADING);
+  result = 0;
+  return TRUE;
+}
+
+// Unhandled, so that the control keeps the text. The listeners of both properties send this message in their turn, with
+// the values that already stand, and so it ends.
+BOOL TextBox::OnSetCueBanner(WPARAM shownOnFocus, LPARAM text) {
+  const auto *newText = reinterpret_cast<const wchar_t *>(text);
+  const std::wstring copy = newText == nullptr ? L"" : newText;
+  WatermarkShownOnFocus.Set(static_cast<int>(shownOnFocus));
+  WatermarkText.Set(copy);
+  RequestRepaint();
+  return FALSE;
+}
+
+// Without a window there is nothing to ask for: the platform takes a null handle for all windows of the desktop.
+void TextBox::RequestRepaint() {
+  needsRepaint = 1;
+  if (handle != nullptr)
+    ::InvalidateRect(handle, nullptr, FALSE);
+}
+
+// The phase begins anew with the caret on. A user may have chosen a caret that doesn't blink.
+void TextBox::RestartBlink() {
+  ::KillTimer(handle, BlinkTimer);
+  if (const UINT blinkTime = ::GetCaretBlinkTime(); blinkTime != 0 && blinkTime != INFINITE)
+    ::SetTimer(handle, BlinkTimer, blinkTime, nullptr);
+  caretVisible = 1;
+}
+
+void TextBox::SendCueBanner() {
+  const std::wstring text = WatermarkText.Get(); // the property may change while the message is under way
+  ::SendMessageW(handle, EM_SETCUEBANNER, static_cast<WPARAM>(WatermarkShownOnFocus.Get()),
+                 reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+void TextBox::RebuildElements() {
+  textElement = MakeTextElement();
+  SendCueBanner();
+  watermarkElement = MakeWatermarkElement();
+}
+
+std::shared_ptr<EditTextElement> TextBox::MakeTextElement() const {
+  const int edge = ::GetSystemMetrics(SM_CXEDGE);
+  auto element = std::make_shared<EditTextElement>(renderTarget, highlightBrush, highlightTextBrush);
+  element->BeginUpdate();
+  element->Left.Set(TextInset());
+  element->Top.Set(0);
+  element->Width.Set(Width.Get() - edge);
+  element->Height.Set(Height.Get());
+  element->FontSize.Set(FontSize);
+  element->FontWeight.Set(DWRITE_FONT_WEIGHT_NORMAL);
+  element->FontStyle.Set(DWRITE_FONT_STYLE_NORMAL);
+  element->FontStretch.Set(DWRITE_FONT_STRETCH_ULTRA_CONDENSED);
+  element->Color.Set({1.0F, 1.0F, 1.0F, 1.0F});
+  element->TextAlignment.Set(DWRITE_TEXT_ALIGNMENT_LEADING);
+  element->Trimming.Set(0);
+  element->EndUpdate();
+  return element;
+}
+
+std::shared_ptr<TextElement> TextBox::MakeWatermarkElement() const {
+  constexpr long inset = 3;
+  const int edge = ScaleX(::GetSystemMetrics(SM_CXEDGE));
+  auto element = std::make_shared<TextElement>(renderTarget);
+  element->BeginUpdate();
+  element->Text.Set(WatermarkText.Get());
+  element->Left.Set(edge + inset);
+  element->Top.Set(0);
+  element->Width.Set(Width.Get() - edge);
+  element->Height.Set(Height.Get());
+  element->FontSize.Set(FontSize);
+  element->FontWeight.Set(DWRITE_FONT_WEIGHT_NORMAL);
+  element->FontStyle.Set(DWRITE_FONT_STYLE_ITALIC);
+  element->Color.Set({1.0F, 1.0F, 1.0F, 1.0F});
+  element->TextAlignment.Set(DWRITE_TEXT_ALIGNMENT_LEADING);
+  element->Trimming.Set(1);
+  element->EndUpdate();
+  return element;
+}
+
+void TextBox::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
+  if (!::IsWindow(handle) || textElement == nullptr || watermarkElement == nullptr)
+    return;
+  needsRepaint = 0; // ahead of the painting, which may ask for more
+  const bool focused = HasFocus.Get() != 0;
+  if (::GetWindowTextLengthW(handle) > 0)
+    PaintText(target, *rect);
+  else if (!focused || WatermarkShownOnFocus.Get() != 0)
+    PaintWatermark(target, *rect);
+  if (focused && caretVisible != 0)
+    PaintCaret(target.Get(), *rect);
+}
+
+void TextBox::PaintText(const RenderTargetPtr &target, const D2D1_RECT_F &rect) {
+  EditReading reading = ReadEdit(handle);
+  if (HasFocus.Get() == 0)
+    reading.selectionEnd = reading.selectionStart; // which the control shows to who is typing only
+  textElement->Show(std::move(reading));
+  PaintChild(target, textElement.get(), &rect);
+}
+
+void TextBox::PaintWatermark(const RenderTargetPtr &target, const D2D1_RECT_F &rect) {
+  watermarkElement->Text.Set(ReadCueBanner());
+  PaintChild(target, watermarkElement.get(), &rect);
+}
+
+std::wstring TextBox::ReadCueBanner() const {
+  std::wstring text(WatermarkText.Get().size() + 1, L'\0');
+  if (!::SendMessageW(handle, EM_GETCUEBANNER, reinterpret_cast<WPARAM>(text.data()), static_cast<LPARAM>(text.size())))
+    return WatermarkText.Get(); // a control of the platform's older kind knows no banners
+  text.resize(std::min(text.find(L'\0'), text.size()));
+  return text;
+}
+
+// One pixel on every display. It keeps within the field when the text ends with it.
+void TextBox::PaintCaret(ID2D1RenderTarget *target, const D2D1_RECT_F &rect) const {
+  const std::optional<RECT> caret = ReadEditCaret(handle);
+  if (!caret)
+    return;
+  const float left = rect.left + static_cast<float>(caret->left);
+  const float top = rect.top + static_cast<float>(caret->top);
+  const D2D1_RECT_F line{left, top, left + static_cast<float>(caretWidth),
+                         rect.top + static_cast<float>(caret->bottom)};
+  target->FillRectangle(&line, caretBrush.Get());
+}
+
+RECT TextBox::GetBounds() const { return {Left.Get(), Top.Get(), Left.Get() + Width.Get(), Top.Get() + Height.Get()}; }
+
+void TextBox::OnGeometryChanged(PropertyChangeEventArgs<long> *) {
+  if (::IsWindow(handle))
+    ::SetWindowPos(handle, nullptr, Left.Get(), Top.Get(), Width.Get(), Height.Get(), SWP_FRAMECHANGED);
+}
+
+void TextBox::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) {
+  if (::IsWindow(handle))
+    ::ShowWindow(handle, args->newValue == lumenor::Visibility::Visible ? SW_SHOW : SW_HIDE);
+}
+
+void TextBox::OnWatermarkTextChanged(PropertyChangeEventArgs<std::wstring> *) { SendCueBanner(); }
+
+void TextBox::OnWatermarkShownOnFocusChanged(PropertyChangeEventArgs<int> *) { SendCueBanner(); }
+
+} // namespace lumenor

@@ -1,0 +1,259 @@
+#include "system/FolderWatcher.h"
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "support/AnsweringWindow.h"
+#include "support/Desk.h"
+#include "support/FolderThreads.h"
+#include "support/HandleCounts.h"
+#include "support/LogCapture.h"
+#include "support/TestFolders.h"
+#include "system/EventLog.h"
+
+extern "C" {
+extern decltype(&::CreateThread) __imp_CreateThread;
+extern decltype(&::SendMessageW) __imp_SendMessageW;
+}
+
+namespace lumenor {
+
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr UINT told = WM_USER + 11;
+
+DWORD ExitCode(const KernelHandle &thread) {
+  DWORD code = STILL_ACTIVE;
+  ::GetExitCodeThread(thread.Get(), &code);
+  return code;
+}
+
+/// A window of the test that notes what the threads send, and a folder of the test's own.
+class FolderWatcher : public testing::Test {
+protected:
+  FolderWatcher() { tests::MakeFolders(folders.UserFolder()); }
+
+  void Write(const std::string &text = "x") { tests::WriteBytes(folders.UserFolder() + L"\\file.xml", text); }
+
+  bool Hears(std::size_t count) {
+    return tests::PumpUntil([&] { return messages.size() >= count; });
+  }
+
+  /// Waits until the threads have asked for `count` watches in all and so many of them as there are threads stand.
+  bool Asks(std::size_t count) {
+    return tests::PumpUntil(
+        [&] { return threads.Watches().size() >= count && threads.StandingWatches() == threads.Alive(); });
+  }
+
+  const tests::TestFolders folders;
+  std::vector<MSG> messages;
+  std::function<void()> onMessage;
+  tests::AnsweringWindow window{[this](UINT message, WPARAM wParam, LPARAM lParam) {
+    messages.push_back({nullptr, message, wParam, lParam, 0, {}});
+    if (onMessage)
+      onMessage();
+    return 1;
+  }};
+  tests::FolderThreads threads; // the first to go: its threads send to the window
+};
+
+TEST_F(FolderWatcher, SendsItsMessageWhenAFileIsWritten) {
+  const KernelHandle thread = StartFolderWatch(window.Get(), told);
+  EXPECT_TRUE(thread);
+  Write();
+  ASSERT_TRUE(Hears(1));
+  EXPECT_EQ(told, messages[0].message);
+  EXPECT_EQ(0u, messages[0].wParam);
+  EXPECT_EQ(0, messages[0].lParam);
+}
+
+TEST_F(FolderWatcher, WatchesTheLastWritesInTheUsersFolderAlone) {
+  StartFolderWatch(window.Get(), told);
+  EXPECT_THAT(threads.Watches(),
+              ElementsAre(tests::FolderThreads::Watch{folders.UserFolder(), FALSE, FILE_NOTIFY_CHANGE_LAST_WRITE}));
+}
+
+TEST_F(FolderWatcher, WatchesAnewAfterEachChange) {
+  StartFolderWatch(window.Get(), told);
+  for (std::size_t round = 1; round <= 20; ++round) {
+    Write();
+    ASSERT_TRUE(Hears(round));
+    ASSERT_TRUE(Asks(round + 1));
+  }
+  EXPECT_EQ(20u, messages.size());
+  EXPECT_EQ(21u, threads.Watches().size());
+  EXPECT_EQ(1u, threads.StandingWatches());
+}
+
+TEST_F(FolderWatcher, StandsWhenItsStartComesBack) {
+  for (std::size_t round = 1; round <= 20; ++round) {
+    StartFolderWatch(window.Get(), told);
+    ASSERT_EQ(round, threads.StandingWatches());
+  }
+}
+
+TEST_F(FolderWatcher, HasNoWatchWhileTheWindowAnswers) {
+  std::vector<std::size_t> standing;
+  onMessage = [&] {
+    for (int i = 0; i < 10; ++i)
+      Write();
+    standing.push_back(threads.StandingWatches());
+  };
+  StartFolderWatch(window.Get(), told);
+  Write();
+  ASSERT_TRUE(Hears(1));
+  ASSERT_TRUE(Asks(2));
+  EXPECT_EQ(1u, messages.size()); // the ten writes made no message
+  Write();
+  ASSERT_TRUE(Hears(2));
+  ASSERT_TRUE(Asks(3));
+  EXPECT_EQ(2u, messages.size());
+  // The handle of the change that is being told is still open, and no other one.
+  EXPECT_THAT(standing, ElementsAre(1u, 1u));
+}
+
+TEST_F(FolderWatcher, TellsManyWritesAtMostOnceAPass) {
+  StartFolderWatch(window.Get(), told);
+  for (int i = 0; i < 1000; ++i)
+    Write(std::to_string(i)); // the thread waits for the answer from the first one on
+  ASSERT_TRUE(Hears(1));
+  ASSERT_TRUE(Asks(2));
+  EXPECT_EQ(1u, messages.size());
+  Write("last");
+  EXPECT_TRUE(Hears(2));
+}
+
+TEST_F(FolderWatcher, SendsFromEveryThreadOnTheNextChange) {
+  StartFolderWatch(window.Get(), told);
+  StartFolderWatch(window.Get(), told + 1);
+  StartFolderWatch(window.Get(), told);
+  Write();
+  ASSERT_TRUE(Hears(3));
+  ASSERT_TRUE(Asks(6));
+  std::vector<UINT> heard;
+  for (const MSG &message : messages)
+    heard.push_back(message.message);
+  EXPECT_THAT(heard, testing::UnorderedElementsAre(told, told, told + 1));
+}
+
+TEST_F(FolderWatcher, ExpandsTheFolderAtEachPass) {
+  StartFolderWatch(window.Get(), told);
+  const std::wstring other = folders.Root() + L"\\other";
+  tests::MakeFolders(other + L"\\Tarnwick\\Lumenor");
+  const tests::EnvironmentValue appData(L"APPDATA", other);
+  Write();
+  ASSERT_TRUE(Hears(1));
+  ASSERT_TRUE(Asks(2));
+  EXPECT_EQ(other + L"\\Tarnwick\\Lumenor", threads.Watches()[1].folder);
+}
+
+TEST_F(FolderWatcher, GoesOnWithAWindowThatIsGone) {
+  StartFolderWatch(window.Get(), told);
+  ::DestroyWindow(window.Get());
+  for (std::size_t round = 1; round <= 5; ++round) {
+    Write();
+    ASSERT_TRUE(Asks(round + 1));
+  }
+  EXPECT_EQ(1u, threads.Alive());
+  EXPECT_THAT(messages, IsEmpty());
+}
+
+TEST_F(FolderWatcher, EndsWithoutTheFolder) {
+  tests::DeleteTree(folders.UserFolder());
+  const KernelHandle thread = StartFolderWatch(window.Get(), told);
+  EXPECT_EQ(0u, ExitCode(thread)); // the start came back for its end
+  EXPECT_EQ(0u, threads.StandingWatches());
+}
+
+TEST_F(FolderWatcher, EndsWhenTheFolderGoesMeanwhile) {
+  const KernelHandle thread = StartFolderWatch(window.Get(), told);
+  onMessage = [&] { tests::DeleteTree(folders.UserFolder()); };
+  Write();
+  EXPECT_TRUE(tests::PumpUntil([&] { return ExitCode(thread) == 0; }));
+  EXPECT_EQ(1u, messages.size());
+}
+
+TEST_F(FolderWatcher, WatchesAFolderThatWasMadeAnew) {
+  StartFolderWatch(window.Get(), told);
+  tests::DeleteTree(folders.UserFolder());
+  tests::MakeFolders(folders.UserFolder());
+  StartFolderWatch(window.Get(), told + 1);
+  Write();
+  EXPECT_TRUE(tests::PumpUntil([&] { return !messages.empty() && messages.back().message == told + 1; }));
+}
+
+TEST_F(FolderWatcher, EndsWhenItsWaitFails) {
+  const KernelHandle thread = StartFolderWatch(window.Get(), told);
+  EXPECT_TRUE(threads.End());
+  EXPECT_EQ(0u, ExitCode(thread));
+  EXPECT_EQ(0u, threads.StandingWatches());
+  EXPECT_THAT(messages, IsEmpty());
+}
+
+TEST_F(FolderWatcher, KeepsNothingOfAPass) {
+  StartFolderWatch(window.Get(), told);
+  Write();
+  ASSERT_TRUE(Hears(1));
+  ASSERT_TRUE(Asks(2));
+  const int before = tests::CountKernelHandles();
+  for (std::size_t round = 2; round <= 50; ++round) {
+    Write();
+    ASSERT_TRUE(Hears(round));
+    ASSERT_TRUE(Asks(round + 1));
+  }
+  EXPECT_EQ(before, tests::CountKernelHandles());
+}
+
+TEST_F(FolderWatcher, ReservesLittleForItsThreads) {
+  StartFolderWatch(window.Get(), told);
+  ASSERT_EQ(1u, threads.Starts().size());
+  EXPECT_GE(128u * 1024, threads.Starts()[0].stackBytes);
+  EXPECT_LT(0u, threads.Starts()[0].stackBytes); // 0 stands for the program's own size
+  EXPECT_EQ(static_cast<DWORD>(STACK_SIZE_PARAM_IS_A_RESERVATION), threads.Starts()[0].flags);
+}
+
+HANDLE WINAPI RefuseThread(SECURITY_ATTRIBUTES *, SIZE_T, LPTHREAD_START_ROUTINE, void *, DWORD, DWORD *) {
+  ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+  return nullptr;
+}
+
+TEST_F(FolderWatcher, LogsAThreadThatCantBeStarted) {
+  const tests::LogCapture log(folders);
+  const tests::ImportSlot createThread(&__imp_CreateThread, &RefuseThread);
+  EXPECT_FALSE(StartFolderWatch(window.Get(), told));
+  EXPECT_THAT(log.Lines(), ElementsAre("ERROR: FolderWatcher: can't start a thread, error 8"));
+}
+
+TEST_F(FolderWatcher, KeepsNothingOfAThreadThatCantBeStarted) {
+  const tests::ImportSlot createThread(&__imp_CreateThread, &RefuseThread);
+  const int before = tests::CountKernelHandles();
+  for (int i = 0; i < 100; ++i)
+    EXPECT_FALSE(StartFolderWatch(window.Get(), told));
+  EXPECT_EQ(before, tests::CountKernelHandles());
+}
+
+LRESULT WINAPI RaiseInstead(HWND, UINT, WPARAM, LPARAM) { throw std::runtime_error("out of a send"); }
+
+TEST_F(FolderWatcher, LetsNoExceptionOut) {
+  OpenDockEventLog();
+  const desk::EventLogSpy eventLog;
+  const KernelHandle thread = StartFolderWatch(window.Get(), told);
+  {
+    const tests::ImportSlot sendMessage(&__imp_SendMessageW, &RaiseInstead);
+    Write();
+    EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(thread.Get(), 10'000));
+  }
+  EXPECT_EQ(0u, ExitCode(thread));
+  EXPECT_THAT(desk::EventLogSpy::Reports(), ElementsAre(L"caught an unhandled exception in FolderWatchThread"));
+}
+
+} // namespace
+
+} // namespace lumenor

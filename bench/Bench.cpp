@@ -1,12 +1,8 @@
 // The benchmarks of the dock, each a ratio against a floor measured in the same run. Run by script/bench on a display
 // and in a prefix of its own.
 
-#include "system/Windows.h" // psapi.h doesn't bring it
-
 #include <cmath>
 #include <cstdio>
-
-#include <psapi.h>
 
 #include "content/Stubs.h"
 #include "dock/MainDlg.h"
@@ -15,6 +11,8 @@
 #include "e2e/Screen.h"
 #include "FloorWindow.h"
 #include "Measure.h"
+#include "Motion.h"
+#include "Started.h"
 #include "system/Handles.h"
 #include "system/HResultError.h"
 #include "system/Log.h"
@@ -26,12 +24,6 @@ namespace {
 
 constexpr wchar_t icon[] = L"..\\resources\\test.png";
 constexpr POINT iconSpot = {38, 32}; // the middle of the first picture, from the bar's corner, in both programs
-
-std::string Format(const char *format, double a, double b) {
-  char text[160];
-  std::snprintf(text, sizeof(text), format, a, b);
-  return text;
-}
 
 /// Three fixed and seven user buttons, all with the same picture: ten icons, as the floor has.
 void WriteTenButtons(const e2e::Installation &installation) {
@@ -45,36 +37,6 @@ void WriteTenButtons(const e2e::Installation &installation) {
 }
 
 // --- processes ---------------------------------------------------------------------------------------------------
-
-/// A started program that shows `iconSpot` of its window at a place known beforehand.
-class Started {
-public:
-  explicit Started(std::wstring commandLine) {
-    STARTUPINFOW start = {};
-    start.cb = sizeof(start);
-    PROCESS_INFORMATION started = {};
-    ThrowIfFalse(
-        ::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started));
-    const KernelHandle thread(started.hThread);
-    process.Reset(started.hProcess);
-    id = started.dwProcessId;
-  }
-  ~Started() {
-    ::TerminateProcess(process.Get(), 0);
-    ::WaitForSingleObject(process.Get(), 5000);
-  }
-
-  /// The most memory that the process had for itself so far, in MB.
-  double PeakPrivateMegabytes() const {
-    PROCESS_MEMORY_COUNTERS counters = {};
-    ThrowIfFalse(::GetProcessMemoryInfo(process.Get(), &counters, sizeof(counters)));
-    return static_cast<double>(counters.PeakPagefileUsage) / (1024 * 1024);
-  }
-
-private:
-  KernelHandle process;
-  DWORD id = 0;
-};
 
 COLORREF PixelAt(POINT point) {
   const WindowDeviceContext screen(nullptr);
@@ -101,12 +63,15 @@ StartFigures MeasureStart(const std::wstring &commandLine, POINT spot, const REC
   return figures;
 }
 
-void BenchStart(const e2e::Installation &installation, const std::wstring &floorProgram) {
+/// Starts the floor where the bar has its place.
+std::wstring FloorCommandLine(const e2e::Installation &installation, const std::wstring &floorProgram) {
+  return L"\"" + floorProgram + L"\" \"" + installation.ResourcesFolder() + L"\\test.png\" 190 1 1090 78";
+}
+
+void BenchStart(const e2e::Installation &installation, const std::wstring &floor) {
   const RECT bar = {190, 1, 1090, 78};
   const POINT spot = {bar.left + iconSpot.x, bar.top + iconSpot.y};
   const std::wstring dock = L"\"" + installation.DockExe() + L"\"";
-  const std::wstring floor =
-      L"\"" + floorProgram + L"\" \"" + installation.ResourcesFolder() + L"\\test.png\" 190 1 1090 78";
   std::vector<double> dockMemory, floorMemory;
   const auto measure = [&](const std::wstring &commandLine, std::vector<double> &memory) {
     const StartFigures figures = MeasureStart(commandLine, spot, bar);
@@ -125,8 +90,6 @@ void BenchStart(const e2e::Installation &installation, const std::wstring &floor
 // --- inside one process ------------------------------------------------------------------------------------------
 
 void BenchRepaint(const e2e::Installation &installation) {
-  ::SetCurrentDirectoryW(
-      (installation.ResourcesFolder().substr(0, installation.ResourcesFolder().rfind(L'\\')) + L"\\Dock").c_str());
   CMainDlg dock;
   ThrowIfNull(dock.Create(nullptr));
   RECT bar = {};
@@ -242,9 +205,14 @@ void Run(const std::wstring &floorProgram) {
   BenchSize(installation.DockExe());
   BenchLog();
   BenchGlow();
-  BenchStart(installation, floorProgram);
+  const std::wstring floor = FloorCommandLine(installation, floorProgram);
+  BenchStart(installation, floor);
+  BenchRest(installation, floor);
+  // From here on the bar stands in this process, which looks for pictures from the folder of the dock.
+  ::SetCurrentDirectoryW(installation.DockExe().substr(0, installation.DockExe().rfind(L'\\')).c_str());
   BenchRepaint(installation);
   BenchStubs(installation);
+  BenchMotion(installation);
 }
 
 } // namespace

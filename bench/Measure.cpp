@@ -41,6 +41,12 @@ void ReportAtLeast(const std::string &name, double value, const std::string &uni
   Report(name, value, unit, "at least", limit, value >= limit);
 }
 
+std::string Format(const char *format, double a, double b) {
+  char text[160];
+  std::snprintf(text, sizeof(text), format, a, b);
+  return text;
+}
+
 void Note(const std::string &text) {
   std::printf("    %s\n", text.c_str());
   std::fflush(stdout);

@@ -1,0 +1,308 @@
+#include "Motion.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <set>
+#include <string_view>
+#include <vector>
+
+#include "dock/MainDlg.h"
+#include "e2e/Input.h"
+#include "e2e/Screen.h"
+#include "Measure.h"
+#include "Started.h"
+#include "support/Desk.h"
+#include "support/ImportSlot.h"
+#include "support/MessagePump.h"
+#include "system/Handles.h"
+#include "system/HResultError.h"
+#include "system/WindowException.h"
+
+// The slot through which a window puts its picture on the screen.
+extern "C" decltype(&::UpdateLayeredWindow) __imp_UpdateLayeredWindow;
+
+namespace lumenor::bench {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using tests::PumpUntil;
+
+constexpr POINT farAway = {640, 600};
+constexpr int fadeFrom = 255, fadeTo = 190;
+constexpr long scrollStep = 77;
+
+// --- what reaches the screen --------------------------------------------------------------------------------------
+
+struct Frame {
+  Clock::time_point time;
+  int opacity;
+  long rowLeft;
+};
+
+/// Every picture that a window of this process puts on the screen while it lives.
+class FrameRecord {
+public:
+  /// `row` is the window whose place is noted with each picture.
+  explicit FrameRecord(HWND row) : slot(&__imp_UpdateLayeredWindow, &Update) {
+    former = slot.Former();
+    frames.clear();
+    watchedRow = row;
+  }
+
+  static const std::vector<Frame> &Frames() { return frames; }
+  static void Clear() { frames.clear(); }
+
+private:
+  static BOOL WINAPI Update(HWND window, HDC to, POINT *place, SIZE *size, HDC from, POINT *origin, COLORREF key,
+                            BLENDFUNCTION *blend, DWORD flags) {
+    const BOOL done = former(window, to, place, size, from, origin, key, blend, flags);
+    RECT row = {}, room = {};
+    ::GetWindowRect(watchedRow, &row);
+    ::GetWindowRect(::GetParent(watchedRow), &room);
+    frames.push_back({Clock::now(), blend == nullptr ? fadeFrom : blend->SourceConstantAlpha, row.left - room.left});
+    return done;
+  }
+
+  inline static decltype(&::UpdateLayeredWindow) former = nullptr;
+  inline static std::vector<Frame> frames;
+  inline static HWND watchedRow = nullptr;
+  tests::ImportSlot<decltype(&::UpdateLayeredWindow)> slot;
+};
+
+/// Pictures in a second from the last one at `from` to the first one at `to`, as `value` reads it of a picture; 0 when
+/// either is missing.
+template <typename Value> double FramesPerSecond(const std::vector<Frame> &frames, long from, long to, Value value) {
+  std::size_t first = frames.size(), last = 0;
+  for (std::size_t i = frames.size(); i-- > 0;)
+    if (value(frames[i]) == to)
+      last = i;
+  for (std::size_t i = 0; i < last; ++i)
+    if (value(frames[i]) == from)
+      first = i;
+  if (first >= last)
+    return 0;
+  return static_cast<double>(last - first) /
+         std::chrono::duration<double>(frames[last].time - frames[first].time).count();
+}
+
+// --- the bar in this process --------------------------------------------------------------------------------------
+
+/// Thirty buttons of the user's: more than the row has room for.
+void WriteThirtyButtons(const e2e::Installation &installation) {
+  std::vector<e2e::Entry> entries;
+  for (int i = 0; i < 30; ++i)
+    entries.push_back(
+        {.head = L"Program", .actionType = L"exe", .actionParams = installation.Recorder(), .position = i});
+  installation.WriteDocument(e2e::userDocument, entries);
+}
+
+class Bar {
+public:
+  Bar() {
+    ThrowIfNull(dock.Create(nullptr));
+    RethrowWindowException();
+    desk::MoveCursor(Place(144, 68));
+    tests::PumpUntil([] { return false; }, milliseconds(800)); // the first pictures are slow
+  }
+  ~Bar() { ::DestroyWindow(dock.GetHandle()); }
+  Bar(const Bar &) = delete;
+  Bar &operator=(const Bar &) = delete;
+
+  CMainDlg &Dock() { return dock; }
+  HWND Row() const { return ::GetParent(dock.GetUserButtons().at(0)->GetHandle()); }
+
+  /// A place of the bar, from its top right corner.
+  POINT Place(int right, int down) {
+    RECT bar = {};
+    ::GetWindowRect(dock.GetHandle(), &bar);
+    return {bar.right - right, bar.top + down};
+  }
+
+  RECT FieldRect() {
+    const POINT corner = Place(204 - 18, 37);
+    return {corner.x, corner.y, corner.x + 84, corner.y + 12};
+  }
+
+  void ClickAt(POINT point) {
+    desk::MoveCursor(point);
+    desk::PressLeftButton();
+    desk::ReleaseLeftButton();
+  }
+
+private:
+  CMainDlg dock;
+};
+
+void ReportEnd(const char *name, long end, long target) {
+  ReportAtMost(name, static_cast<double>(std::abs(end - target)), "", 0);
+}
+
+void BenchFade(Bar &bar, const FrameRecord &record) {
+  std::vector<double> rates;
+  for (int round = 0; round < 3; ++round) {
+    record.Clear();
+    desk::MoveCursor(farAway);
+    PumpUntil([&] { return bar.Dock().Opacity.Get() == fadeTo; }, seconds(12));
+    PumpUntil([] { return false; }, milliseconds(300));
+    rates.push_back(FramesPerSecond(record.Frames(), fadeFrom, fadeTo, [](const Frame &f) { return f.opacity; }));
+    if (round == 0)
+      ReportEnd("the fade's end, off 190", record.Frames().empty() ? 0 : record.Frames().back().opacity, fadeTo);
+    desk::MoveCursor(bar.Place(144, 68));
+    PumpUntil([&] { return bar.Dock().Opacity.Get() == fadeFrom; });
+    PumpUntil([] { return false; }, milliseconds(300));
+  }
+  ReportEnd("its end on the way back, off 255", record.Frames().back().opacity, fadeFrom);
+  ReportAtLeast("pictures a second of the fade", Median(rates), "/s", 30);
+}
+
+void BenchSlide(Bar &bar, const FrameRecord &record) {
+  std::vector<double> rates;
+  for (int round = 0; round < 5; ++round) {
+    record.Clear();
+    bar.ClickAt(bar.Place(204 + 2 + 12, round % 2 == 0 ? 28 : 48)); // two clicks on one spot are a double click
+    const long from = -scrollStep * round, to = from - scrollStep;
+    PumpUntil([&] { return !record.Frames().empty() && record.Frames().back().rowLeft == to; }, seconds(3));
+    PumpUntil([] { return false; }, milliseconds(300));
+    rates.push_back(FramesPerSecond(record.Frames(), from, to, [](const Frame &f) { return f.rowLeft; }));
+    if (round == 4)
+      ReportEnd("the slide's end, off five steps", record.Frames().back().rowLeft, to);
+  }
+  ReportAtLeast("pictures a second of the slide", Median(rates), "/s", 30);
+}
+
+void BenchTyping(Bar &bar, const FrameRecord &record) {
+  bar.ClickAt(bar.Place(144, 43));
+  const HWND field = ::GetFocus();
+  std::vector<double> repaints;
+  for (int length = 1; length <= 10; ++length) {
+    desk::PumpAll();
+    const e2e::Picture before = e2e::Capture(bar.FieldRect());
+    record.Clear();
+    desk::PressKey('M');
+    PumpUntil([&] { return ::GetWindowTextLengthW(field) == length; });
+    PumpUntil([&] { return e2e::Capture(bar.FieldRect()).Differences(before) > 10; }, seconds(2));
+    repaints.push_back(static_cast<double>(record.Frames().size()));
+    desk::ReleaseKey('M');
+  }
+  ReportAtMost("repaints from a key press to its letter on the screen", Median(repaints), "", 2);
+  if (::GetWindowTextLengthW(field) != 10)
+    ReportAtLeast("letters of ten that arrived", ::GetWindowTextLengthW(field), "", 10);
+}
+
+/// How often the message loop comes round while nobody does anything and the bar is dimmed.
+void BenchWakeUps(Bar &bar) {
+  desk::MoveCursor(farAway);
+  PumpUntil([&] { return bar.Dock().Opacity.Get() == fadeTo; }, seconds(12));
+  PumpUntil([] { return false; }, seconds(1));
+  ::SetTimer(nullptr, 0, 10'000, nullptr); // ends the count; not counted itself
+  int rounds = 0;
+  const auto begin = Clock::now();
+  MSG message = {};
+  while (::GetMessageW(&message, nullptr, 0, 0) > 0 && (message.hwnd != nullptr || message.message != WM_TIMER)) {
+    ++rounds;
+    if (!::IsDialogMessageW(bar.Dock().GetHandle(), &message)) {
+      ::TranslateMessage(&message);
+      ::DispatchMessageW(&message);
+    }
+  }
+  ::KillTimer(nullptr, message.wParam);
+  ReportAtMost("rounds of the message loop, dimmed and alone",
+               rounds / std::chrono::duration<double>(Clock::now() - begin).count(), "/s", 6);
+}
+
+// --- at rest, as processes ----------------------------------------------------------------------------------------
+
+/// What a file holds that tells no size beforehand, up to 4,000 bytes.
+std::string ReadUnsized(const std::wstring &path) {
+  std::string bytes(4000, '\0');
+  const FileHandle file(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_EXISTING, 0, nullptr));
+  DWORD read = 0;
+  if (file)
+    ::ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
+  bytes.resize(read);
+  return bytes;
+}
+
+/// The numbers of the host's processes of that name; the platform's own file system shows them.
+std::set<std::wstring> HostProcesses(const std::string &name) {
+  std::set<std::wstring> found;
+  WIN32_FIND_DATAW entry = {};
+  const FindHandle find(::FindFirstFileW(L"Z:\\proc\\*", &entry));
+  if (!find)
+    return found;
+  do {
+    const std::wstring number = entry.cFileName;
+    if (number.find_first_not_of(L"0123456789") == std::wstring::npos &&
+        ReadUnsized(L"Z:\\proc\\" + number + L"\\comm").starts_with(name))
+      found.insert(number);
+  } while (::FindNextFileW(find.Get(), &entry));
+  return found;
+}
+
+/// How often the process's first thread has gone to sleep of its own accord.
+double Sleeps(const std::wstring &hostProcess) {
+  const std::string status = ReadUnsized(L"Z:\\proc\\" + hostProcess + L"\\status");
+  constexpr std::string_view name = "\nvoluntary_ctxt_switches:";
+  const auto at = status.find(name);
+  return at == std::string::npos ? 0 : std::atof(status.c_str() + at + name.size());
+}
+
+/// A program at rest, seen by the host.
+class Resting {
+public:
+  Resting(const std::wstring &commandLine, const std::string &hostName)
+      : others(HostProcesses(hostName)), program(commandLine) {
+    e2e::WaitFor([&] {
+      for (const std::wstring &process : HostProcesses(hostName))
+        if (!others.contains(process))
+          host = process;
+      return !host.empty();
+    });
+  }
+
+  void Begin() {
+    processorBefore = program.ProcessorMilliseconds();
+    sleepsBefore = Sleeps(host);
+  }
+  double ProcessorSinceBegin() const { return program.ProcessorMilliseconds() - processorBefore; }
+  double SleepsSinceBegin() const { return Sleeps(host) - sleepsBefore; }
+
+private:
+  std::set<std::wstring> others;
+  Started program;
+  std::wstring host;
+  double processorBefore = 0;
+  double sleepsBefore = 0;
+};
+
+} // namespace
+
+void BenchMotion(const e2e::Installation &installation) {
+  WriteThirtyButtons(installation);
+  Bar bar;
+  const FrameRecord record(bar.Row());
+  BenchFade(bar, record);
+  BenchSlide(bar, record);
+  BenchTyping(bar, record);
+  BenchWakeUps(bar);
+}
+
+void BenchRest(const e2e::Installation &installation, const std::wstring &floorCommandLine) {
+  constexpr double span = 30;
+  e2e::MoveCursor(farAway);
+  Resting floor(floorCommandLine, "lumenor_floor");
+  Resting dock(L"\"" + installation.DockExe() + L"\"", "LumenorDock");
+  std::this_thread::sleep_for(seconds(10)); // up, dimmed, and settled
+  floor.Begin();
+  dock.Begin();
+  std::this_thread::sleep_for(milliseconds(static_cast<int>(span * 1000)));
+  ReportAtMost("processor time of the dimmed bar beyond the floor's",
+               (dock.ProcessorSinceBegin() - floor.ProcessorSinceBegin()) / span, "ms/s", 10);
+  Note(Format("dock %.0f ms, floor %.0f ms, both in 30 s", dock.ProcessorSinceBegin(), floor.ProcessorSinceBegin()));
+  Note(Format("first threads went to sleep: dock %.1f times a second, floor %.1f", dock.SleepsSinceBegin() / span,
+              floor.SleepsSinceBegin() / span));
+}
+
+} // namespace lumenor::bench

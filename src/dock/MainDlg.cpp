@@ -38,7 +38,7 @@ CMainDlg::CMainDlg()
       leftSplitter(std::make_shared<ImageElement>(L"IDI_SPLITTER", L"Image", renderTarget)),
       searchBox(std::make_shared<SearchBox>(renderTarget)), rootPanel(std::make_shared<DockPanel>()),
       systemButtonPanel(std::make_shared<StackPanel>()), barPanel(std::make_shared<DockPanel>()),
-      mainButtonPanel(std::make_shared<StackPanel>()), scrollViewer(std::make_shared<ScrollViewer>()),
+      mainButtonPanel(std::make_shared<StackPanel>()), scrollViewer(std::make_shared<ScrollViewer>(renderTarget)),
       userButtonPanel(std::make_shared<StackPanel>()), canvas(std::make_shared<Canvas>()),
       clickListener(MakeListener(this, &CMainDlg::OnButtonClick)),
       dockPositionListener(MakeListener(this, &CMainDlg::ForwardDockPosition)),

@@ -21,10 +21,10 @@
 #include "toolkit/drawing/ButtonLayout.h"
 #include "toolkit/drawing/CheckedButton.h"
 #include "toolkit/drawing/ImageElement.h"
+#include "toolkit/drawing/ScrollViewer.h"
 #include "toolkit/drawing/Window.h"
 #include "toolkit/Event.h"
 #include "toolkit/Property.h"
-#include "toolkit/ScrollViewer.h"
 #include "toolkit/SearchBox.h"
 #include "toolkit/StackPanel.h"
 

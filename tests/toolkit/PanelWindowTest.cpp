@@ -1,4 +1,4 @@
-// What all panels and the scroll viewer have in common: their window.
+// What all panels have in common: their window.
 
 #include "toolkit/PanelWindow.h"
 
@@ -12,7 +12,6 @@
 #include "toolkit/DockPanel.h"
 #include "toolkit/MessageRecorder.h"
 #include "toolkit/Scene.h"
-#include "toolkit/ScrollViewer.h"
 #include "toolkit/StackPanel.h"
 
 namespace lumenor {
@@ -50,7 +49,7 @@ protected:
   Exposed<Panel> panel;
 };
 
-using Panels = ::testing::Types<StackPanel, DockPanel, Canvas, ScrollViewer>;
+using Panels = ::testing::Types<StackPanel, DockPanel, Canvas>;
 TYPED_TEST_SUITE(PanelWindowTest, Panels);
 
 TYPED_TEST(PanelWindowTest, AttachedPanelGetsAnEmptyChildWindow) {

@@ -1,4 +1,4 @@
-#include "toolkit/ScrollViewer.h"
+#include "toolkit/drawing/ScrollViewer.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ protected:
   }
 
   Leaf strip{250, 20};
-  ScrollViewer viewer;
+  ScrollViewer viewer{nullptr};
 };
 
 TEST_F(ScrollViewerTest, StripGetsTheWidthItAsksForAndTheRoomsHeight) {
@@ -85,7 +85,7 @@ TEST_F(ScrollViewerTest, ReplacedStripIsntFollowedAnyMore) {
 }
 
 TEST_F(ScrollViewerTest, WithoutStripLaysOutNothing) {
-  ScrollViewer empty;
+  ScrollViewer empty(nullptr);
   empty.Width.Set(10);
   EXPECT_EQ(empty.GetChild(), nullptr);
 }

@@ -11,7 +11,8 @@ namespace lumenor {
 
 class ScrollViewer : public SingleChildContainer, public CWindowImpl<ScrollViewer, CWindow, PanelTraits> {
 public:
-  ScrollViewer();
+  /// `renderTarget` is what the arrow buttons are drawn on.
+  explicit ScrollViewer(RenderTargetPtr renderTarget);
 
   HWND GetHandle() override;
   void OnAttached() override;
@@ -32,6 +33,7 @@ public:
 private:
   void OnChildDesiredWidthChanged(PropertyChangeEventArgs<long> *args);
 
+  RenderTargetPtr renderTarget;
   std::shared_ptr<TypedEventListener<ScrollViewer, PropertyChangeEventArgs<long>>> childDesiredWidthListener;
 };
 

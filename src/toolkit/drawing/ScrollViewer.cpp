@@ -1,9 +1,12 @@
-#include "toolkit/ScrollViewer.h"
+#include "toolkit/drawing/ScrollViewer.h"
+
+#include <utility>
 
 namespace lumenor {
 
-ScrollViewer::ScrollViewer()
-    : childDesiredWidthListener(MakeListener(this, &ScrollViewer::OnChildDesiredWidthChanged)) {}
+ScrollViewer::ScrollViewer(RenderTargetPtr renderTarget)
+    : renderTarget(std::move(renderTarget)),
+      childDesiredWidthListener(MakeListener(this, &ScrollViewer::OnChildDesiredWidthChanged)) {}
 
 HWND ScrollViewer::GetHandle() { return handle; }
 

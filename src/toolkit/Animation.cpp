@@ -1,0 +1,107 @@
+#include "toolkit/Animation.h"
+
+#include <utility>
+
+#include "system/HResultError.h"
+#include "system/WindowException.h"
+#include "toolkit/AnimationServices.h"
+
+using Microsoft::WRL::ComPtr;
+
+namespace lumenor {
+
+template <typename T> void Animation<T>::Start() {
+  if (Target.Get() == nullptr || From.Get() == To.Get())
+    return;
+  const AnimationServices &services = GetAnimationServices();
+  const ComPtr<IUIAnimationManager> manager = services.Manager();
+  const ComPtr<IUIAnimationTransitionLibrary> library = services.TransitionLibrary();
+  const ComPtr<IUIAnimationTimer> timer = services.Timer();
+  storyboard.Reset();
+  variable.Reset();
+  ThrowIfFailed(manager->CreateStoryboard(&storyboard));
+  ThrowIfFailed(manager->CreateAnimationVariable(static_cast<double>(From.Get()), &variable));
+  AddTransitions(*library.Get());
+  UI_ANIMATION_SECONDS now = 0;
+  ThrowIfFailed(timer->GetTime(&now));
+  ThrowIfFailed(storyboard->Schedule(now, nullptr));
+  const ComPtr<IUIAnimationTimerEventHandler> handler(new TimerEventHandler<T>(this, alive));
+  ThrowIfFailed(timer->SetTimerEventHandler(handler.Get()));
+}
+
+template <typename T> void Animation<T>::AddTransitions(IUIAnimationTransitionLibrary &library) {
+  const bool isDelayed = Delay.Get() > 0.0F;
+  ComPtr<IUIAnimationTransition> hold, move;
+  if (isDelayed)
+    ThrowIfFailed(library.CreateConstantTransition(static_cast<double>(Delay.Get()), &hold));
+  ThrowIfFailed(library.CreateAccelerateDecelerateTransition(
+      static_cast<double>(Duration.Get()), static_cast<double>(To.Get()), static_cast<double>(AccelerationRatio.Get()),
+      static_cast<double>(DecelerationRatio.Get()), &move));
+  if (isDelayed)
+    ThrowIfFailed(storyboard->AddTransition(variable.Get(), hold.Get()));
+  ThrowIfFailed(storyboard->AddTransition(variable.Get(), move.Get()));
+}
+
+template <typename T> INT32 Animation<T>::CurrentValue() const {
+  int value = 0;
+  ThrowIfFailed(variable->GetIntegerValue(&value));
+  return value;
+}
+
+template class Animation<unsigned char>;
+template class Animation<long>;
+
+void ByteAnimation::Update() {
+  if (IsUpdatable())
+    Target.Get()->Set(static_cast<unsigned char>(CurrentValue()));
+}
+
+void LongAnimation::Update() {
+  if (IsUpdatable())
+    Target.Get()->Set(CurrentValue());
+}
+
+template <typename T> TimerEventHandler<T>::TimerEventHandler(Animation<T> *animation, AliveFlag animationAlive)
+    : animation(animation), animationAlive(std::move(animationAlive)) {}
+
+template <typename T>
+HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::QueryInterface(REFIID id, void **object) noexcept {
+  if (object == nullptr)
+    return E_POINTER;
+  *object = nullptr;
+  if (!::IsEqualIID(id, __uuidof(IUnknown)) && !::IsEqualIID(id, __uuidof(IUIAnimationTimerEventHandler)))
+    return E_NOINTERFACE;
+  *object = static_cast<IUIAnimationTimerEventHandler *>(this);
+  AddRef();
+  return S_OK;
+}
+
+template <typename T> ULONG STDMETHODCALLTYPE TimerEventHandler<T>::AddRef() noexcept { return ++refCount; }
+
+template <typename T> ULONG STDMETHODCALLTYPE TimerEventHandler<T>::Release() noexcept {
+  const ULONG left = --refCount;
+  if (left == 0)
+    delete this;
+  return left;
+}
+
+template <typename T> HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::OnPreUpdate() noexcept { return S_OK; }
+
+template <typename T> HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::OnPostUpdate() noexcept {
+  try {
+    if (*animationAlive != 0)
+      animation->Update();
+  } catch (...) {
+    KeepWindowException();
+  }
+  return S_OK;
+}
+
+template <typename T> HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::OnRenderingTooSlow(UINT32) noexcept {
+  return S_OK;
+}
+
+template class TimerEventHandler<unsigned char>;
+template class TimerEventHandler<long>;
+
+} // namespace lumenor

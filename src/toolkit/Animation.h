@@ -1,0 +1,117 @@
+#pragma once
+// Smooth changes of a number over time: drives a property from one value to another along the platform's curve of
+// acceleration and deceleration. Owned by whoever owns the property, or outlives it not; made once and started as often
+// as wanted. User-interface thread only.
+//
+// All animations share one timer, which calls the one that started last; an earlier one stops where it is. There is no
+// notice of the end: the last tick has brought the property to its end value.
+
+#include <memory>
+
+#include <uianimation.h>
+#include <wrl/client.h>
+
+#include "system/Windows.h"
+#include "toolkit/Event.h"
+#include "toolkit/Property.h"
+
+namespace lumenor {
+
+template <typename T> class Animation {
+public:
+  Animation() = default;
+  Animation(const Animation &) = delete;
+  Animation &operator=(const Animation &) = delete;
+
+  /// An animation that goes takes the timer's calls along: what plays on plays unheard.
+  virtual ~Animation() { *alive = 0; }
+
+  /// Plays from `From` to `To` on `Target`, from now on. Does nothing without a target, or where the two are equal.
+  /// Whatever still plays is left alone, unheard. Raises HResultError where a service of the platform fails.
+  virtual void Start();
+
+  /// Gives the target the value of this moment. Called at every tick.
+  virtual void Update() = 0;
+
+protected:
+  /// The value of this moment, rounded by the platform. Only after a Start.
+  INT32 CurrentValue() const;
+
+  /// Whether there is something to read and someone to tell it to.
+  bool IsUpdatable() { return variable != nullptr && Target.Get() != nullptr; }
+
+private:
+  void AddTransitions(IUIAnimationTransitionLibrary &library);
+
+  Microsoft::WRL::ComPtr<IUIAnimationStoryboard> storyboard; // of the last Start
+  Microsoft::WRL::ComPtr<IUIAnimationVariable> variable;     // likewise
+
+public:
+  Property<float> From{0.0F};
+  Property<float> To{0.0F};
+
+  /// Seconds to hold `From` before moving.
+  Property<float> Delay{0.0F};
+
+  /// Seconds of the movement.
+  Property<float> Duration{0.0F};
+
+  /// Shares of `Duration`, 1 together at most.
+  Property<float> AccelerationRatio{0.0F};
+  Property<float> DecelerationRatio{0.0F};
+
+  /// The property to drive, borrowed.
+  Property<Property<T> *> Target{nullptr};
+
+private:
+  // Shared with the handlers at the timer, of which one may outlive this.
+  AliveFlag alive = std::make_shared<unsigned char>(static_cast<unsigned char>(1));
+};
+
+extern template class Animation<unsigned char>;
+extern template class Animation<long>;
+
+/// Drives a property of 8 bits, such as an opacity; of a value beyond them it takes the low 8.
+class ByteAnimation : public Animation<unsigned char> {
+public:
+  void Update() override;
+};
+
+/// Drives a property of whole numbers, such as a place in pixels.
+class LongAnimation : public Animation<long> {
+public:
+  void Update() override;
+};
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor" // the platform's interfaces have none
+
+/// What the timer calls for an animation. Held by the timer alone, and goes with the last reference.
+template <typename T> class TimerEventHandler : public IUIAnimationTimerEventHandler {
+public:
+  /// `animation` is borrowed; once `animationAlive` is 0 it isn't called any more.
+  TimerEventHandler(Animation<T> *animation, AliveFlag animationAlive);
+  virtual ~TimerEventHandler() = default;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) noexcept override;
+  ULONG STDMETHODCALLTYPE AddRef() noexcept override;
+  ULONG STDMETHODCALLTYPE Release() noexcept override;
+
+  HRESULT STDMETHODCALLTYPE OnPreUpdate() noexcept override;
+
+  /// Updates the animation. What it raises is kept for the message loop (KeepWindowException).
+  HRESULT STDMETHODCALLTYPE OnPostUpdate() noexcept override;
+  HRESULT STDMETHODCALLTYPE OnRenderingTooSlow(UINT32 framesPerSecond) noexcept override;
+
+private:
+  Animation<T> *animation;
+  AliveFlag animationAlive;
+  UINT32 refCount = 0; // not interlocked: the timer calls on the user-interface thread
+};
+
+extern template class TimerEventHandler<unsigned char>;
+extern template class TimerEventHandler<long>;
+
+#pragma GCC diagnostic pop
+
+} // namespace lumenor

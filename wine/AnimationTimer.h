@@ -1,0 +1,47 @@
+#pragma once
+// Ticks on the thread that made it, as long as it is enabled: its client is told the time, and who listens is called
+// before and after. One thread.
+
+#include <memory>
+
+#include <uianimation.h>
+
+#include "ComObject.h"
+#include "TickWindow.h"
+
+namespace lumenor::services {
+
+class AnimationTimer : public ComObject<AnimationTimer, IUIAnimationTimer>, private TickSink {
+public:
+  AnimationTimer();
+  ~AnimationTimer() override;
+
+  /// The client has become busy, which lets the timer run, or idle, which ends that where it was asked for.
+  void OnClientStatus(bool isBusy);
+
+  HRESULT STDMETHODCALLTYPE SetTimerUpdateHandler(IUIAnimationTimerUpdateHandler *handler,
+                                                  UI_ANIMATION_IDLE_BEHAVIOR newIdleBehavior) noexcept override;
+  HRESULT STDMETHODCALLTYPE SetTimerEventHandler(IUIAnimationTimerEventHandler *handler) noexcept override;
+  HRESULT STDMETHODCALLTYPE Enable() noexcept override;
+  HRESULT STDMETHODCALLTYPE Disable() noexcept override;
+  HRESULT STDMETHODCALLTYPE IsEnabled() noexcept override;
+  HRESULT STDMETHODCALLTYPE GetTime(double *seconds) noexcept override;
+
+  // Not served: nobody here asks to be told of slow frames.
+  HRESULT STDMETHODCALLTYPE SetFrameRateThreshold(unsigned int framesPerSecond) noexcept override;
+
+private:
+  class Link;
+
+  void OnTick() override;
+  void Disconnect();
+
+  TickWindow window{*this};
+  Microsoft::WRL::ComPtr<IUIAnimationTimerUpdateHandler> updateHandler;
+  Microsoft::WRL::ComPtr<IUIAnimationTimerEventHandler> eventHandler;
+  Microsoft::WRL::ComPtr<Link> link; // what the update handler holds of this timer
+  UI_ANIMATION_IDLE_BEHAVIOR idleBehavior = UI_ANIMATION_IDLE_BEHAVIOR_CONTINUE;
+  bool isEnabled = false;
+};
+
+} // namespace lumenor::services

@@ -1,0 +1,40 @@
+#include "Classes.h"
+
+#include <uianimation.h>
+
+#include "AnimationManager.h"
+#include "AnimationTimer.h"
+#include "AnimationTransitionLibrary.h"
+#include "HelpPane.h"
+
+namespace lumenor::services {
+
+namespace {
+
+template <typename Object> HRESULT Create(REFIID id, void **object) {
+  return MakeObject<Object>()->QueryInterface(id, object);
+}
+
+struct ServedClass {
+  const CLSID &id;
+  Creator create;
+};
+
+// A class that is added here needs a line in script/register-services as well.
+const ServedClass servedClasses[] = {
+    {CLSID_UIAnimationManager, Create<AnimationManager>},
+    {CLSID_UIAnimationTransitionLibrary, Create<AnimationTransitionLibrary>},
+    {CLSID_UIAnimationTimer, Create<AnimationTimer>},
+    {helpPaneClassId, Create<HelpPane>},
+};
+
+} // namespace
+
+Creator FindClass(REFCLSID id) {
+  for (const ServedClass &served : servedClasses)
+    if (::IsEqualCLSID(served.id, id))
+      return served.create;
+  return nullptr;
+}
+
+} // namespace lumenor::services

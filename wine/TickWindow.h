@@ -1,0 +1,42 @@
+#pragma once
+// A message-only window that lets the platform's timer call somebody on the thread that made it.
+
+#include "Module.h"
+#include "system/Windows.h"
+
+namespace lumenor::services {
+
+/// What a tick window calls.
+class TickSink {
+public:
+  virtual void OnTick() = 0;
+
+protected:
+  ~TickSink() = default;
+};
+
+class TickWindow {
+public:
+  /// Makes the window on this thread; `sink` is borrowed and outlives this.
+  explicit TickWindow(TickSink &sink);
+
+  /// On another thread the window itself goes a little later, but calls nobody any more.
+  ~TickWindow();
+  TickWindow(const TickWindow &) = delete;
+  TickWindow &operator=(const TickWindow &) = delete;
+
+  /// Ticks every 10 ms. Only on the thread of the window.
+  HRESULT Start();
+  HRESULT Stop();
+
+  /// Before the DLL goes: the platform must not keep a class whose procedure is gone.
+  static void ForgetClass();
+
+private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  bool IsOnItsThread() const;
+
+  HWND window;
+};
+
+} // namespace lumenor::services

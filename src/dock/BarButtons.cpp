@@ -35,6 +35,13 @@ Element MakeCommandElement(Command command, const wchar_t *image, const std::wst
   return element;
 }
 
+/// A text of the For You document's one element.
+std::wstring LoadForYouString(const wchar_t *child) {
+  return LoadString(L"Lumenor.MainFrame.Windows.DockViewWindow.ForYou.xml",
+                    std::wstring(L"//UIRoot/Lumenor.MainFrame.Windows.DockViewWindow.ForYou/Elements/Element/") +
+                        child);
+}
+
 } // namespace
 
 ButtonLayout MakeBarButtonLayout() {
@@ -63,11 +70,12 @@ ButtonLayout MakeSystemButtonLayout() {
   return layout;
 }
 
+std::wstring LoadForYouTitle() { return LoadForYouString(L"Head"); }
+
 Element MakeForYouElement(bool active) {
-  return MakeCommandElement(
-      Command::ForYou, active ? L"..\\resources\\foryou_active.png" : L"..\\resources\\foryou_idle.png",
-      LoadString(L"Lumenor.MainFrame.Windows.DockViewWindow.ForYou.xml",
-                 L"//UIRoot/Lumenor.MainFrame.Windows.DockViewWindow.ForYou/Elements/Element/ToolTip"));
+  return MakeCommandElement(Command::ForYou,
+                            active ? L"..\\resources\\foryou_active.png" : L"..\\resources\\foryou_idle.png",
+                            LoadForYouString(L"ToolTip"));
 }
 
 Element MakeSearchProviderElement() {

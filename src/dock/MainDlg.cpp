@@ -1,6 +1,7 @@
 #include "dock/MainDlg.h"
 
 #include "content/Documents.h"
+#include "dock/BarButtons.h"
 #include "dock/BarDocuments.h"
 #include "dock/Commands.h"
 #include "dock/DragState.h"
@@ -8,12 +9,19 @@
 #include "resources/resource.h"
 #include "system/Desktop.h"
 #include "system/LanguageResources.h"
+#include "system/Paths.h"
 #include "system/Xml.h"
+#include "toolkit/Animation.h"
 #include "toolkit/Geometry.h"
+#include "toolkit/TextBox.h"
 
 namespace lumenor {
 
 namespace {
+
+constexpr float fadeSeconds = 0.3F;
+constexpr float fadeAcceleration = 0.05F;
+constexpr float fadeDeceleration = 0.75F;
 
 void DestroyButtonWindow(const std::shared_ptr<DockButton> &button) {
   if (button && ::IsWindow(button->GetHandle()))
@@ -33,18 +41,27 @@ bool IsBroken(const wchar_t *documentName) {
 
 CMainDlg::CMainDlg()
     : dockRect(lumenor::GetWindowRect()), userElements(LoadDocument(userDocumentName, false)),
+      fadeAnimation(std::make_shared<ByteAnimation>()),
       backPlate(std::make_shared<BackPlate>(renderTarget, 0.7F, 0.36F)),
       rightSplitter(std::make_shared<ImageElement>(L"IDI_SPLITTER", L"Image", renderTarget)),
       leftSplitter(std::make_shared<ImageElement>(L"IDI_SPLITTER", L"Image", renderTarget)),
-      searchBox(std::make_shared<SearchBox>(renderTarget)), rootPanel(std::make_shared<DockPanel>()),
-      systemButtonPanel(std::make_shared<StackPanel>()), barPanel(std::make_shared<DockPanel>()),
-      mainButtonPanel(std::make_shared<StackPanel>()), scrollViewer(std::make_shared<ScrollViewer>(renderTarget)),
-      userButtonPanel(std::make_shared<StackPanel>()), canvas(std::make_shared<Canvas>()),
-      clickListener(MakeListener(this, &CMainDlg::OnButtonClick)),
+      searchBox(std::make_shared<SearchBox>(renderTarget)),
+      forYouFlyout(ForYouFlyoutPlace(), LoadForYouTitle(), forYouProvider, RefreshForYouMessage),
+      forYouFileTime(LastWriteTime(DocumentPath(forYouListName))),
+      searchProviderFlyout(SearchProviderFlyoutPlace(),
+                           LoadDockString(L"Element[@ID='SearchBox.SelectProviderToolTip']/Head"), searchProvider),
+      rootPanel(std::make_shared<DockPanel>()), systemButtonPanel(std::make_shared<StackPanel>()),
+      barPanel(std::make_shared<DockPanel>()), mainButtonPanel(std::make_shared<StackPanel>()),
+      scrollViewer(std::make_shared<ScrollViewer>(renderTarget)), userButtonPanel(std::make_shared<StackPanel>()),
+      canvas(std::make_shared<Canvas>()), clickListener(MakeListener(this, &CMainDlg::OnButtonClick)),
+      acceptListener(MakeListener(this, &CMainDlg::OnTextAccept)),
       dockPositionListener(MakeListener(this, &CMainDlg::ForwardDockPosition)),
       flyoutVisibilityListener(MakeListener(this, &CMainDlg::OnFlyoutVisibilityChanged)) {
   draggedButton = nullptr;
   dragOutside = false;
+  fadeAnimation->AccelerationRatio.Set(fadeAcceleration);
+  fadeAnimation->DecelerationRatio.Set(fadeDeceleration);
+  fadeAnimation->Duration.Set(fadeSeconds);
   dialogId = MainDialogId;
   endSessionHandler = static_cast<EndSessionHandler>(&CMainDlg::OnEndSession);
 }
@@ -69,6 +86,8 @@ void CMainDlg::StopRegistryThread() {
 const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
     {WM_NOTIFY, L"OnNotify", &CMainDlg::HandleNotify},
     {WM_DISPLAYCHANGE, L"OnDisplayChange", &CMainDlg::HandleDisplayChange},
+    {RefreshForYouMessage, L"OnRefresh", &CMainDlg::HandleRefreshForYou},
+    {RefreshSearchProviderMessage, L"OnRefresh", &CMainDlg::HandleRefreshSearchProviders},
     {SetSearchProviderMessage, L"OnSetSearchProvider", &CMainDlg::HandleSetSearchProvider},
     {RemoveButtonMessage, L"OnRemoveButton", &CMainDlg::HandleRemoveButton},
     {ResetDockMessage, L"OnResetDock", &CMainDlg::HandleResetDock},
@@ -77,10 +96,15 @@ const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
     {DockAtBottomMessage, L"OnDockAtBottom", &CMainDlg::HandleDockAtBottom},
 };
 
+/// The rows speak of a bar that stands; what the platform sends while it is being composed isn't for them. The search
+/// provider is the dock's own message out of the composition, and needs no more than the field.
+bool CMainDlg::AnswersTo(UINT message) const {
+  return message == SetSearchProviderMessage ? textBox != nullptr : dockPositionButton != nullptr;
+}
+
 BOOL CMainDlg::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                                     DWORD mapId) {
-  // The rows speak of a bar that stands; what the platform sends while it is being composed isn't for them.
-  if (mapId == 0 && dockPositionButton && RunHandler(messageRows, message, wParam, lParam, result))
+  if (mapId == 0 && AnswersTo(message) && RunHandler(messageRows, message, wParam, lParam, result))
     return TRUE;
   if (mapId == 0 && message == dockActivateMessage && ::IsWindow(handle)) {
     BringToForeground(handle);
@@ -98,6 +122,18 @@ BOOL CMainDlg::HandleNotify(WPARAM, LPARAM lParam, LRESULT &result) {
 BOOL CMainDlg::HandleDisplayChange(WPARAM, LPARAM, LRESULT &result) {
   OnDisplayChange();
   result = 0;
+  return TRUE;
+}
+
+BOOL CMainDlg::HandleRefreshForYou(WPARAM, LPARAM, LRESULT &result) {
+  OnRefresh(RefreshForYouMessage);
+  result = 1;
+  return TRUE;
+}
+
+BOOL CMainDlg::HandleRefreshSearchProviders(WPARAM, LPARAM, LRESULT &result) {
+  OnRefresh(RefreshSearchProviderMessage);
+  result = 1;
   return TRUE;
 }
 
@@ -155,7 +191,10 @@ void CMainDlg::OnDisplayChange() {
   Invalidate();
 }
 
-void CMainDlg::OnSetSearchProvider(const Element &provider) { selectedProvider = provider; }
+void CMainDlg::OnSetSearchProvider(const Element &provider) {
+  selectedProvider = provider;
+  textBox->WatermarkText.Set(provider.Head);
+}
 
 /// The window goes before the documents are rebuilt and without the close handler, so that the user's buttons aren't
 /// saved: to throw them away is what was asked for.
@@ -168,7 +207,13 @@ void CMainDlg::OnResetDock() {
   LoadDocument(userDocumentName, true);
 }
 
+RECT CMainDlg::GetScreenBounds() const {
+  return {Left.Get(), Top.Get(), Left.Get() + Width.Get(), Top.Get() + Height.Get()};
+}
+
 void CMainDlg::OnTimer(UINT_PTR timer) {
+  if (timer == FadeTimer)
+    return StepFade();
   if (timer != StartMainApplicationTimer)
     return;
   StartMainApplication(L"mode=windowless");

@@ -1,8 +1,9 @@
 #pragma once
 // The dock: the window of the bar, which owns the bar's element tree and its buttons and is where all messages of the
 // application meet. The entry function builds one for every cycle and destroys it at the cycle's end. Its parts stand
-// in four files: MainDlg.cpp has its life and its messages, MainDlgComposition.cpp builds the bar,
-// MainDlgUserButtons.cpp keeps the user's row of buttons, MainDlgCommands.cpp answers clicks. User-interface thread.
+// in five files: MainDlg.cpp has its life and its messages, MainDlgComposition.cpp builds the bar,
+// MainDlgUserButtons.cpp keeps the user's row of buttons, MainDlgCommands.cpp answers clicks, MainDlgUpdates.cpp has
+// what changes by itself: the fade, and what the watched files bring. User-interface thread.
 
 #include <array>
 #include <cstddef>
@@ -10,9 +11,12 @@
 #include <string>
 #include <vector>
 
+#include "content/ActionDataProvider.h"
 #include "content/Element.h"
+#include "dock/DataProviderFlyout.h"
 #include "dock/DockButton.h"
 #include "dock/DockMessages.h"
+#include "dock/SearchProviderFlyout.h"
 #include "system/Handles.h"
 #include "system/Windows.h"
 #include "toolkit/BackPlate.h"
@@ -30,7 +34,10 @@
 
 namespace lumenor {
 
+class ByteAnimation;
+class TextBox;
 enum class Command;
+struct TextBoxEventArgs;
 
 /// The registered message by which a second start asks the running dock to come to the front. The entry function
 /// registers it before any dock is built.
@@ -93,6 +100,8 @@ private:
   // The rows of the message map: each makes words of the message's numbers and calls the handler of its name.
   BOOL HandleNotify(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleDisplayChange(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleRefreshForYou(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleRefreshSearchProviders(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleSetSearchProvider(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleRemoveButton(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleResetDock(WPARAM wParam, LPARAM lParam, LRESULT &result);
@@ -102,6 +111,7 @@ private:
 
   bool OnNotify(const NMHDR &header);
   void OnDisplayChange();
+  void OnRefresh(UINT message);
   void OnSetSearchProvider(const Element &provider);
   void OnRemoveButton(HWND buttonWindow);
   void OnResetDock();
@@ -111,9 +121,18 @@ private:
   void OnEndSession();
   void SaveUserElements();
   void StopRegistryThread();
+  bool AnswersTo(UINT message) const;
+
+  // What changes by itself.
+  void StepFade();
+  void Fade(float from, float to);
+  void ShowFadingButtons(lumenor::Visibility visibility);
+  void RefreshForYou();
+  void RefreshSearchProviders();
 
   // The steps of InitializeComponent, in their order.
   void SetWindowIcon();
+  void CreateFlyouts();
   void BeginBar();
   void AddMainButtons();
   void AddSplitter(ImageElement &splitter, lumenor::Dock dock);
@@ -121,10 +140,14 @@ private:
   void AddCanvas();
   void AddForYouButton();
   void AddSearchField();
+  void AddTextBox();
+  void SelectFirstSearchProvider();
+  void AddSearchButtons();
   void AddSystemButtons();
   void EndBar();
   void AssignControlIds();
   void StartTimers();
+  void AskForWelcome();
   void StartRegistryThread();
   void PlaceBar();
 
@@ -142,7 +165,14 @@ private:
   void OnButtonClick(ButtonEventArgs *args);
   void RunCommand(Command command);
   void ToggleFlyout(DockButton &button);
+  void ToggleForYouFlyout();
+  void ToggleSearchProviderFlyout();
+  RECT GetScreenBounds() const;
+  RECT ForYouFlyoutPlace() const;
+  RECT SearchProviderFlyoutPlace() const;
   void ConfirmReset();
+  void Search();
+  void OnTextAccept(TextBoxEventArgs *args);
   void CloseDock();
   void ForwardDockPosition(PropertyChangeEventArgs<int> *args);
   void OnFlyoutVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
@@ -152,11 +182,19 @@ private:
   std::vector<std::shared_ptr<DockButton>> userButtons;
   std::vector<std::shared_ptr<DockButton>> mainButtons;
   std::array<bool, maxUserButtons> buttonIdInUse{};
+  int idleTicks = 0;
+  std::shared_ptr<ByteAnimation> fadeAnimation;
   bool keepAwake = false;
   std::shared_ptr<BackPlate> backPlate;
   std::shared_ptr<ImageElement> rightSplitter;
   std::shared_ptr<ImageElement> leftSplitter;
   std::shared_ptr<SearchBox> searchBox;
+  std::shared_ptr<TextBox> textBox;
+  ForYouProvider forYouProvider;
+  DataProviderFlyout forYouFlyout;
+  FILETIME forYouFileTime;
+  SearchProvider searchProvider;
+  SearchProviderFlyout searchProviderFlyout;
   Element selectedProvider;
   std::shared_ptr<DockPanel> rootPanel;
   std::shared_ptr<StackPanel> systemButtonPanel;
@@ -173,6 +211,7 @@ private:
   std::shared_ptr<CheckedButton> dockPositionButton;
   KernelHandle registryThread;
   std::shared_ptr<TypedEventListener<CMainDlg, ButtonEventArgs>> clickListener;
+  std::shared_ptr<TypedEventListener<CMainDlg, TextBoxEventArgs>> acceptListener;
   std::shared_ptr<TypedEventListener<CMainDlg, PropertyChangeEventArgs<int>>> dockPositionListener;
   std::shared_ptr<TypedEventListener<CMainDlg, PropertyChangeEventArgs<lumenor::Visibility>>> flyoutVisibilityListener;
   OleApartment oleApartment; // the last member, and so the first to go

@@ -7,8 +7,10 @@
 #include "dock/FlyoutWindow.h"
 #include "dock/Placement.h"
 #include "dock/ResetConfirmationDialog.h"
+#include "dock/Search.h"
 #include "system/Launch.h"
 #include "system/WindowException.h"
+#include "toolkit/TextBox.h"
 
 namespace lumenor {
 
@@ -51,16 +53,50 @@ void CMainDlg::ToggleFlyout(DockButton &button) {
 void CMainDlg::RunCommand(Command command) {
   switch (command) {
   case Command::ForYou:
-    return SetForYouState(false);
+    return ToggleForYouFlyout();
   case Command::ResetConfirmation:
     return ConfirmReset();
   case Command::Close:
     return CloseDock();
-  case Command::Flyout:
   case Command::SearchProvider:
+    return ToggleSearchProviderFlyout();
   case Command::Search:
+    return Search();
+  case Command::Flyout:
     return;
   }
+}
+
+RECT CMainDlg::ForYouFlyoutPlace() const {
+  return GetForYouFlyoutRect(GetScreenBounds(), forYouFlyout.DesiredHeight.Get());
+}
+
+RECT CMainDlg::SearchProviderFlyoutPlace() const {
+  return GetSearchProviderFlyoutRect(GetScreenBounds(), searchProviderFlyout.DesiredHeight.Get());
+}
+
+/// Opening the list or closing it takes the mark of new items away.
+void CMainDlg::ToggleForYouFlyout() {
+  forYouFlyout.SetBounds(ForYouFlyoutPlace());
+  forYouFlyout.ToggleVisibility();
+  SetForYouState(false);
+}
+
+void CMainDlg::ToggleSearchProviderFlyout() {
+  searchProviderFlyout.SetBounds(SearchProviderFlyoutPlace());
+  searchProviderFlyout.ToggleVisibility();
+}
+
+void CMainDlg::OnTextAccept(TextBoxEventArgs *) { Search(); }
+
+/// The field keeps its text.
+void CMainDlg::Search() {
+  const int length = ::GetWindowTextLengthW(textBox->GetHandle());
+  if (length < 1)
+    return;
+  std::wstring text(static_cast<std::size_t>(length), L'\0');
+  text.resize(static_cast<std::size_t>(::GetWindowTextW(textBox->GetHandle(), text.data(), length + 1)));
+  SearchFor(handle, Element(selectedProvider), text);
 }
 
 void CMainDlg::ConfirmReset() {

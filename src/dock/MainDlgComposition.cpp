@@ -8,6 +8,7 @@
 #include "dock/BarDocuments.h"
 #include "dock/Commands.h"
 #include "dock/DockGlowButtonPainter.h"
+#include "dock/FirstRun.h"
 #include "dock/Placement.h"
 #include "dock/RegistryListener.h"
 #include "resources/resource.h"
@@ -18,6 +19,7 @@
 #include "toolkit/drawing/GlowButtonPainter.h"
 #include "toolkit/drawing/SelectableDelegateButtonPainter.h"
 #include "toolkit/Scale.h"
+#include "toolkit/TextBox.h"
 
 namespace lumenor {
 
@@ -27,6 +29,8 @@ constexpr int splitterWidth = 2;      // device pixels at every density
 constexpr int systemButtonMargin = 2; // likewise
 constexpr int barButtonSize = 77;
 constexpr int systemButtonSize = 16;
+constexpr int textBoxWindowId = 111; // until the bar numbers its controls
+constexpr int maxSearchLength = 150; // characters
 
 /// A rectangle on the canvas, from design pixels.
 RECT CanvasRect(int left, int top, int width, int height) {
@@ -42,6 +46,12 @@ RECT SearchButtonRect() {
   return {x, y, x + ScaleX(13) + ScaleX(6), y + ScaleY(14) + ScaleY(6)};
 }
 
+/// Where the text of the search field lies on the canvas; each number is rounded for itself.
+RECT TextRect() {
+  return {ScaleX(16) + ScaleX(4), ScaleY(35) + ScaleY(2), ScaleX(16) + ScaleX(120) - ScaleX(32),
+          ScaleY(35) + ScaleY(16) - ScaleY(2)};
+}
+
 void SetControlId(Button &button, LONG id) { ::SetWindowLongW(button.GetHandle(), GWL_ID, id); }
 
 } // namespace
@@ -49,6 +59,7 @@ void SetControlId(Button &button, LONG id) { ::SetWindowLongW(button.GetHandle()
 void CMainDlg::InitializeComponent() {
   LogInfo("MainDlg InitializeComponent");
   SetWindowIcon();
+  CreateFlyouts();
   BeginBar();
   AddMainButtons();
   AddSplitter(*leftSplitter, lumenor::Dock::Left);
@@ -56,10 +67,13 @@ void CMainDlg::InitializeComponent() {
   AddCanvas();
   AddForYouButton();
   AddSearchField();
+  SelectFirstSearchProvider();
+  AddSearchButtons();
   AddSystemButtons();
   EndBar();
   AssignControlIds();
   StartTimers();
+  AskForWelcome();
   StartRegistryThread();
   PlaceBar();
 }
@@ -67,6 +81,13 @@ void CMainDlg::InitializeComponent() {
 void CMainDlg::SetWindowIcon() {
   const HICON icon = ::LoadIconW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(MainIconId));
   ::SendMessageW(handle, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+}
+
+void CMainDlg::CreateFlyouts() {
+  for (DataProviderFlyout *flyout : {&forYouFlyout, static_cast<DataProviderFlyout *>(&searchProviderFlyout)}) {
+    flyout->Create(handle);
+    flyout->Visible.AddListener(flyoutVisibilityListener.get());
+  }
 }
 
 void CMainDlg::BeginBar() {
@@ -138,7 +159,30 @@ void CMainDlg::AddForYouButton() {
 
 void CMainDlg::AddSearchField() {
   PlaceOnCanvas(*searchBox, CanvasRect(16, 35, 120, 17));
+  AddTextBox();
   AddSplitter(*rightSplitter, lumenor::Dock::Right);
+}
+
+/// The field starts 2 left of its text rectangle.
+void CMainDlg::AddTextBox() {
+  textBox = std::make_shared<TextBox>(renderTarget, textBoxWindowId);
+  textBox->FontSize = static_cast<float>(ScaleY(10));
+  textBox->MaxLength = maxSearchLength;
+  const RECT text = TextRect();
+  const LONG left = ScaleX(18);
+  PlaceOnCanvas(*textBox, {left, text.top, left + text.right - text.left, text.bottom});
+  textBox->ApplySystemFont();
+  textBox->Accept.AddListener(acceptListener.get());
+  ::SetWindowLongW(textBox->GetHandle(), GWL_ID, TextBoxId);
+}
+
+void CMainDlg::SelectFirstSearchProvider() {
+  const ElementList providers = searchProvider.GetElements();
+  if (!providers.empty())
+    ::SendMessageW(handle, SetSearchProviderMessage, reinterpret_cast<WPARAM>(providers.data()), 0);
+}
+
+void CMainDlg::AddSearchButtons() {
   searchProviderButton = MakeCommandButton(MakeSearchProviderElement(), MakeSearchButtonLayout());
   PlaceOnCanvas(*searchProviderButton, CanvasRect(106, 37, 13, 14));
   searchButton = std::make_shared<DockButton>(MakePainter(MakeSearchElement(), MakeSearchButtonLayout()), 0,
@@ -228,6 +272,12 @@ void CMainDlg::StartTimers() {
   ::SetTimer(handle, FadeTimer, fadeStepMs, nullptr);
   ::SetTimer(handle, StartMainApplicationTimer, startMainApplicationMs, nullptr);
   ::SetTimer(handle, TrackingTimer, trackingFlushMs, nullptr);
+}
+
+/// Posted, so that the bar stands before the user is greeted.
+void CMainDlg::AskForWelcome() {
+  if (CheckFirstRun())
+    ::PostMessageW(handle, ShowWelcomeMessage, 0, 0);
 }
 
 void CMainDlg::StartRegistryThread() {

@@ -46,10 +46,10 @@ BarTree::BarTree(CMainDlg &dock)
       scrollViewer(ChildAt<ScrollViewer>(bar, 2)), userButtons(dynamic_cast<StackPanel &>(*scrollViewer.GetChild())),
       canvas(ChildAt<Canvas>(bar, 3)), rightSplitter(ChildAt<UIElement>(bar, 4)),
       forYouButton(ChildAt<DockButton>(canvas, 0)), searchBox(ChildAt<SearchBox>(canvas, 1)),
-      searchProviderButton(ChildAt<DockButton>(canvas, 2)), searchButton(ChildAt<DockButton>(canvas, 3)),
-      systemButtons(ChildAt<StackPanel>(canvas, 4)), resetButton(ChildAt<DockButton>(systemButtons, 0)),
-      dockPositionButton(ChildAt<CheckedButton>(systemButtons, 1)), closeButton(ChildAt<DockButton>(systemButtons, 2)) {
-}
+      textBox(ChildAt<TextBox>(canvas, 2)), searchProviderButton(ChildAt<DockButton>(canvas, 3)),
+      searchButton(ChildAt<DockButton>(canvas, 4)), systemButtons(ChildAt<StackPanel>(canvas, 5)),
+      resetButton(ChildAt<DockButton>(systemButtons, 0)), dockPositionButton(ChildAt<CheckedButton>(systemButtons, 1)),
+      closeButton(ChildAt<DockButton>(systemButtons, 2)) {}
 
 std::vector<UIElement *> ChildrenOf(UIElement &element) {
   if (auto *const container = dynamic_cast<Container *>(&element))
@@ -132,18 +132,30 @@ ElementList BarFixture::PictureElements(int count) const {
   return list;
 }
 
+std::wstring BarFixture::TextFolder() const {
+  return folders.CommonFolder() + L"\\BaseContent\\LangRes\\LangRes_VRA\\en_xx\\";
+}
+
 void BarFixture::WriteTexts(const std::vector<std::pair<std::wstring, std::wstring>> &texts,
                             const std::wstring &forYouToolTip) const {
   std::wstring elements;
   for (const auto &[id, text] : texts)
     elements += L"<Element ID='" + id + L"'><Head>" + text + L"</Head></Element>";
-  const std::wstring folder = folders.CommonFolder() + L"\\BaseContent\\LangRes\\LangRes_VRA\\en_xx\\";
+  const std::wstring folder = TextFolder();
   const std::wstring name = L"Lumenor.MainFrame.Windows.DockViewWindow";
   tests::WriteText(folder + name + L".xml",
                    L"<UIRoot><" + name + L"><Elements>" + elements + L"</Elements></" + name + L"></UIRoot>");
   tests::WriteText(folder + forYouDocument + L".xml",
                    L"<UIRoot><" + std::wstring(forYouDocument) + L"><Elements><Element><ToolTip>" + forYouToolTip +
                        L"</ToolTip></Element></Elements></" + forYouDocument + L"></UIRoot>");
+}
+
+void BarFixture::WriteSearchProviders(const std::vector<std::wstring> &heads) const {
+  std::wstring providers;
+  for (const std::wstring &head : heads)
+    providers += L"<Providers><Head>" + head + L"</Head><ActionType>url</ActionType></Providers>";
+  tests::WriteText(TextFolder() + L"SearchProviders.xml",
+                   L"<SearchingProviders>" + providers + L"</SearchingProviders>");
 }
 
 CMainDlg &BarFixture::Start() {

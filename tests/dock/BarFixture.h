@@ -16,6 +16,7 @@
 #include "support/KeptRegistryKey.h"
 #include "support/TestFolders.h"
 #include "system/Windows.h"
+#include "toolkit/TextBox.h"
 
 #include <shellapi.h>
 
@@ -39,6 +40,7 @@ struct BarTree {
   UIElement &rightSplitter;
   DockButton &forYouButton;
   SearchBox &searchBox;
+  TextBox &textBox;
   DockButton &searchProviderButton;
   DockButton &searchButton;
   StackPanel &systemButtons;
@@ -99,6 +101,9 @@ protected:
   void WriteTexts(const std::vector<std::pair<std::wstring, std::wstring>> &texts,
                   const std::wstring &forYouToolTip = L"") const;
 
+  /// The search providers of these names, of type "url".
+  void WriteSearchProviders(const std::vector<std::wstring> &heads) const;
+
   /// Builds the dock and its window.
   CMainDlg &Start();
 
@@ -107,6 +112,9 @@ protected:
 
   /// The user's document as text; empty when there is none.
   std::string UserDocumentText() const;
+
+  /// Where the texts of the tests' language are looked for first, with a "\" behind.
+  std::wstring TextFolder() const;
 
   const tests::ComApartment com;
   const tests::TestFolders folders;

@@ -49,38 +49,26 @@ using Ids = std::vector<int>;
 using Texts = std::vector<std::wstring>;
 
 const Lines composedBar = {
-    "DockPanel 0 0 900 77",
-    "  BackPlate 0 0 900 77",
-    "  DockPanel 0 0 900 77",
-    "    StackPanel 0 0 154 77",
-    "      DockButton 0 0 77 77",
-    "      DockButton 77 0 77 77",
-    "    ImageElement 154 0 2 77",
-    "    ScrollViewer 156 0 538 77",
-    "      StackPanel 0 0 162 77",
-    "        DockButton 4 4 77 73",
-    "        DockButton 85 4 77 73",
-    "    Canvas 696 0 204 77",
-    "      DockButton 152 12 36 64",
-    "      SearchBox 16 35 120 17",
-    "      DockButton 106 37 13 14",
-    "      DockButton 116 34 19 20",
-    "      StackPanel 148 2 60 16",
-    "        DockButton 0 0 16 16",
-    "        CheckedButton 18 0 16 16",
-    "        DockButton 36 0 16 16",
+    "DockPanel 0 0 900 77",          "  BackPlate 0 0 900 77",           "  DockPanel 0 0 900 77",
+    "    StackPanel 0 0 154 77",     "      DockButton 0 0 77 77",       "      DockButton 77 0 77 77",
+    "    ImageElement 154 0 2 77",   "    ScrollViewer 156 0 538 77",    "      StackPanel 0 0 162 77",
+    "        DockButton 4 4 77 73",  "        DockButton 85 4 77 73",    "    Canvas 696 0 204 77",
+    "      DockButton 152 12 36 64", "      SearchBox 16 35 120 17",     "      TextBox 18 37 84 12",
+    "      DockButton 106 37 13 14", "      DockButton 116 34 19 20",    "      StackPanel 148 2 60 16",
+    "        DockButton 0 0 16 16",  "        CheckedButton 18 0 16 16", "        DockButton 36 0 16 16",
     "    ImageElement 694 0 2 77",
 };
 
 /// The same at 144 dots per inch.
 const Lines denselyComposedBar = {
-    "DockPanel 0 0 1350 116",           "  BackPlate 0 0 1350 116",         "  DockPanel 0 0 1350 116",
-    "    StackPanel 0 0 232 116",       "      DockButton 0 0 116 116",     "      DockButton 116 0 116 116",
-    "    ImageElement 232 0 2 116",     "    ScrollViewer 234 0 808 116",   "      StackPanel 0 0 244 116",
-    "        DockButton 6 6 116 110",   "        DockButton 128 6 116 110", "    Canvas 1044 0 306 116",
-    "      DockButton 228 18 54 96",    "      SearchBox 24 53 180 26",     "      DockButton 159 56 20 21",
-    "      DockButton 174 51 29 30",    "      StackPanel 222 3 90 24",     "        DockButton 0 0 24 24",
-    "        CheckedButton 26 0 24 24", "        DockButton 52 0 24 24",    "    ImageElement 1042 0 2 116",
+    "DockPanel 0 0 1350 116",         "  BackPlate 0 0 1350 116",         "  DockPanel 0 0 1350 116",
+    "    StackPanel 0 0 232 116",     "      DockButton 0 0 116 116",     "      DockButton 116 0 116 116",
+    "    ImageElement 232 0 2 116",   "    ScrollViewer 234 0 808 116",   "      StackPanel 0 0 244 116",
+    "        DockButton 6 6 116 110", "        DockButton 128 6 116 110", "    Canvas 1044 0 306 116",
+    "      DockButton 228 18 54 96",  "      SearchBox 24 53 180 26",     "      TextBox 27 56 126 18",
+    "      DockButton 159 56 20 21",  "      DockButton 174 51 29 30",    "      StackPanel 222 3 90 24",
+    "        DockButton 0 0 24 24",   "        CheckedButton 26 0 24 24", "        DockButton 52 0 24 24",
+    "    ImageElement 1042 0 2 116",
 };
 
 TEST_F(Bar, IsComposedInItsOrder) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "dock/BarFixture.h"
+#include "dock/HelpPanes.h"
 #include "support/Desk.h"
 #include "system/HResultError.h"
 #include "system/WindowException.h"
@@ -116,6 +117,8 @@ TEST_F(SearchField, HandsOnTheWholeOfALongText) {
 }
 
 TEST_F(SearchField, AFailedHelpSearchGoesOnToTheMessageLoop) {
+  HelpPaneRegistration help;
+  help.isThere = false;
   Start();
   Choose(Provider(L"Help", L"helpSearch", L""));
   Type(L"text");

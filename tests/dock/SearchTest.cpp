@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "dock/BarFixture.h"
+#include "dock/HelpPanes.h"
 #include "system/HResultError.h"
 
 namespace lumenor {
@@ -32,63 +33,6 @@ TEST(UrlEncode, GivesNothingBehindTheLimit) {
   EXPECT_EQ(2047U, UrlEncode(std::wstring(2047, L'a')).size());
   EXPECT_EQ(L"", UrlEncode(std::wstring(2048, L'a')));
 }
-
-std::vector<std::wstring> helpSearches;
-
-/// The operations of the platform's help pane, up to the one that searches.
-struct HelpPane {
-  virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void **object) {
-    *object = this;
-    return S_OK;
-  }
-  virtual ULONG STDMETHODCALLTYPE AddRef() { return 1; }
-  virtual ULONG STDMETHODCALLTYPE Release() { return 1; }
-  virtual HRESULT STDMETHODCALLTYPE First(BSTR) { return E_NOTIMPL; }
-  virtual HRESULT STDMETHODCALLTYPE Second(BSTR) { return E_NOTIMPL; }
-  virtual HRESULT STDMETHODCALLTYPE Search(BSTR text) {
-    helpSearches.emplace_back(text, ::SysStringLen(text));
-    return result;
-  }
-
-  HRESULT result = S_OK;
-
-protected:
-  ~HelpPane() = default;
-};
-
-struct NotingHelpPane final : HelpPane {};
-
-/// Makes the platform's class of help panes give `pane` for as long as it lives.
-struct HelpPaneFactory {
-  virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void **object) {
-    *object = this;
-    return S_OK;
-  }
-  virtual ULONG STDMETHODCALLTYPE AddRef() { return 1; }
-  virtual ULONG STDMETHODCALLTYPE Release() { return 1; }
-  virtual HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown *, REFIID, void **object) {
-    *object = &pane;
-    return S_OK;
-  }
-  virtual HRESULT STDMETHODCALLTYPE LockServer(BOOL) { return S_OK; }
-
-  NotingHelpPane pane;
-
-protected:
-  ~HelpPaneFactory() = default;
-};
-
-struct HelpPaneRegistration final : HelpPaneFactory {
-  HelpPaneRegistration() {
-    helpSearches.clear();
-    constexpr CLSID helpPane = {0x8cec58e7, 0x07a1, 0x11d9, {0xb1, 0x5e, 0x00, 0x0d, 0x56, 0xbf, 0xe6, 0xee}};
-    EXPECT_EQ(S_OK, ::CoRegisterClassObject(helpPane, reinterpret_cast<IUnknown *>(this), CLSCTX_INPROC_SERVER,
-                                            REGCLS_MULTIPLEUSE, &cookie));
-  }
-  ~HelpPaneRegistration() { ::CoRevokeClassObject(cookie); }
-
-  DWORD cookie = 0;
-};
 
 class Searching : public BarFixture {
 protected:
@@ -137,6 +81,8 @@ TEST_F(Searching, ForHelpRaisesWhenThePaneFails) {
 }
 
 TEST_F(Searching, ForHelpRaisesWhenThereIsNoPane) {
+  HelpPaneRegistration help;
+  help.isThere = false;
   EXPECT_THROW(SearchFor(nullptr, Provider(L"helpSearch"), L"text"), HResultError);
 }
 

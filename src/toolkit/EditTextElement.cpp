@@ -1,6 +1,7 @@
 #include "toolkit/EditTextElement.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace lumenor {
@@ -119,10 +120,12 @@ void EditTextElement::DrawRun(const GlyphRun &run, D2D1_POINT_2F origin, ID2D1Br
 }
 
 // The pen moves by each glyph's advance, before the glyph in a run from right to left, behind it otherwise. The
-// advances are changed so that every cluster's left edge comes to lie where the control has it; what a cluster is made
-// of keeps together.
+// advances are changed so that every cluster's left edge comes to lie where the control has it, on a whole pixel; what
+// a cluster is made of keeps together.
 std::vector<float> EditTextElement::PlacedAdvances(const GlyphRun &run) const {
   std::vector<float> advances = run.advances;
+  if (run.rightToLeft)
+    advances[0] = std::round(advances[0]); // the pen starts that far right of the first glyph
   std::size_t character = EndOfCluster(run, 0);
   for (std::size_t former = 0; character < run.length;
        former = std::exchange(character, EndOfCluster(run, character))) {

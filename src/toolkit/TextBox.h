@@ -66,6 +66,17 @@ public:
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                             DWORD mapId = 0) override;
 
+protected:
+  /// 1 while the tree must repaint the field.
+  int needsRepaint = 0;
+
+  /// Made anew at every change of the size.
+  std::shared_ptr<EditTextElement> textElement;
+  std::shared_ptr<TextElement> watermarkElement;
+
+  /// The caret's phase: 1 while it is shown.
+  int caretVisible = 0;
+
 private:
   template <typename T> using PropertyListener =
       std::shared_ptr<TypedEventListener<TextBox, PropertyChangeEventArgs<T>>>;
@@ -101,11 +112,7 @@ private:
   void OnWatermarkTextChanged(PropertyChangeEventArgs<std::wstring> *args);
   void OnWatermarkShownOnFocusChanged(PropertyChangeEventArgs<int> *args);
 
-  int needsRepaint = 0;
   RenderTargetPtr renderTarget;
-  std::shared_ptr<EditTextElement> textElement;
-  std::shared_ptr<TextElement> watermarkElement;
-  int caretVisible = 0;
   int controlId;
   FontHandle font;
   Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> highlightBrush, highlightTextBrush, caretBrush;

@@ -16,8 +16,11 @@ class FlyoutWindow;
 
 class DockButton : public Button {
 public:
-  /// Takes a copy of `element`. An element of action type "xml" loads its document and gets a flyout, and
-  /// `flyoutListener`, unless null, hears of its showing and hiding; the caller keeps the listener alive.
+  /// A row of a flyout, which opens no flyout of its own. Takes a copy of `element`.
+  DockButton(std::shared_ptr<IButtonPainter> painter, int index, const Element &element);
+
+  /// A button of the bar. Takes a copy of `element`. An element of action type "xml" loads its document and gets a
+  /// flyout, and `flyoutListener`, unless null, hears of its showing and hiding; the caller keeps the listener alive.
   DockButton(std::shared_ptr<IButtonPainter> painter, int index, const Element &element,
              EventListener<PropertyChangeEventArgs<lumenor::Visibility>> *flyoutListener);
   ~DockButton() override;
@@ -30,7 +33,7 @@ public:
 
   const Element &GetElement() const { return element; }
 
-  /// The flyout of an "xml" element, owned by the button; null for all others.
+  /// The flyout of a bar's "xml" element, owned by the button; null for all others.
   FlyoutWindow *GetFlyout() const { return flyout.get(); }
 
   /// Where the flyout is to open, in screen coordinates: under the button, or over it when the work area ends.

@@ -7,9 +7,12 @@
 #include "dock/DockMessages.h"
 #include "resources/resource.h"
 #include "system/Guard.h"
+#include "system/HResultError.h"
+#include "system/Log.h"
 #include "toolkit/BackPlate.h"
 #include "toolkit/drawing/BackgroundHighlightButtonPainter.h"
 #include "toolkit/drawing/ButtonLayout.h"
+#include "toolkit/drawing/WICHelper.h"
 #include "toolkit/Scale.h"
 
 namespace lumenor {
@@ -40,6 +43,18 @@ ButtonLayout RowLayout() {
   layout.textLeft = ScaleX(42);
   return layout;
 }
+
+/// Says that the click of a row is being handled, until that ends in whatever way.
+class ClickMark {
+public:
+  explicit ClickMark(int &count) : count(count) { ++count; }
+  ~ClickMark() { --count; }
+  ClickMark(const ClickMark &) = delete;
+  ClickMark &operator=(const ClickMark &) = delete;
+
+private:
+  int &count;
+};
 
 } // namespace
 
@@ -107,11 +122,26 @@ void FlyoutWindow::CreateItems() {
   RedrawNow();
 }
 
+/// The rows come from files that others write and are made anew while the dock runs. A picture that can't be decoded
+/// costs its row that picture; passed on, the failure would take the flyout along at the start and the bar at a
+/// refresh.
+std::shared_ptr<IButtonPainter> FlyoutWindow::MakePainter(const Element &element, const ButtonLayout &layout) {
+  const auto make = [&](const std::wstring &image) {
+    return std::make_shared<BackgroundHighlightButtonPainter>(renderTarget, element.Head, image, layout,
+                                                              Color{0.0F, 0.0F, 0.0F, 0.25F});
+  };
+  try {
+    return make(element.Image);
+  } catch (const HResultError &error) {
+    LogError("FlyoutWindow: can't show %S, error %x, loading default image", element.Image.c_str(),
+             static_cast<unsigned>(error.Result()));
+    return make(defaultImageResource); // no file has this name, and what isn't found is shown by that resource
+  }
+}
+
 void FlyoutWindow::AddItem(const Element &element, const ButtonLayout &layout) {
   const int index = static_cast<int>(items.size());
-  const auto painter = std::make_shared<BackgroundHighlightButtonPainter>(renderTarget, element.Head, element.Image,
-                                                                          layout, Color{0.0F, 0.0F, 0.0F, 0.25F});
-  const auto button = std::make_shared<DockButton>(painter, index, element, nullptr);
+  const auto button = std::make_shared<DockButton>(MakePainter(element, layout), index, element);
   items.push_back(button);
   list->AddChild(button.get());
   ::SetWindowLongW(button->GetHandle(), GWL_ID, FirstFlyoutItemId + index);
@@ -130,10 +160,12 @@ void FlyoutWindow::SizeBackPlate() {
   backPlate->SetBounds(&plate);
 }
 
+/// The activation is left alone: rows are made anew behind the user's back, and a flyout that took it then would close
+/// the one that is open, or the keys that the user types elsewhere would go to a window that nobody sees.
 void FlyoutWindow::PlaceWindow() {
   if (::IsWindow(handle))
     ::SetWindowPos(handle, nullptr, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top,
-                   SWP_FRAMECHANGED);
+                   SWP_FRAMECHANGED | SWP_NOACTIVATE);
 }
 
 void FlyoutWindow::RedrawNow() {
@@ -205,9 +237,12 @@ void FlyoutWindow::OnItemClick(ButtonEventArgs *args) {
                                 [&](const std::shared_ptr<DockButton> &item) { return item.get() == args->sender; });
   if (row == items.end())
     return;
-  clickedItem = *row;
+  if (clicksUnderWay == 0)
+    clickedItems.clear();
+  clickedItems.push_back(*row);
+  const ClickMark mark(clicksUnderWay);
+  const Element chosen = (*row)->GetElement();
   HideWindow();
-  const Element chosen = clickedItem->GetElement();
   OnItemChosen(chosen);
 }
 

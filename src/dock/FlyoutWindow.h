@@ -21,6 +21,7 @@ namespace lumenor {
 
 class BackPlate;
 class DockButton;
+class IButtonPainter;
 struct ButtonLayout;
 
 class FlyoutWindow : public Window {
@@ -66,6 +67,7 @@ public:
 
 private:
   void StyleHeader();
+  std::shared_ptr<IButtonPainter> MakePainter(const Element &element, const ButtonLayout &layout);
   void AddItem(const Element &element, const ButtonLayout &layout);
   void UpdateBottom();
   void SizeBackPlate();
@@ -76,8 +78,10 @@ private:
   void DestroyItemWindows();
   void OnItemClick(ButtonEventArgs *args);
 
-  /// The row that was clicked last. It outlives its own click, though what was chosen may make the rows anew.
-  std::shared_ptr<DockButton> clickedItem;
+  /// The rows that were clicked last: one, and those that were chosen within its click, behind a dialog that the choice
+  /// had opened. They outlive their clicks, though the rows may be made anew meanwhile.
+  std::vector<std::shared_ptr<DockButton>> clickedItems;
+  int clicksUnderWay = 0;
   std::shared_ptr<DockPanel> rootPanel;
   std::shared_ptr<StackPanel> list;
   std::shared_ptr<TypedEventListener<FlyoutWindow, ButtonEventArgs>> itemClickListener;

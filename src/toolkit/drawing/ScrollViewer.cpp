@@ -1,18 +1,102 @@
 #include "toolkit/drawing/ScrollViewer.h"
 
+#include <algorithm>
 #include <utility>
+
+#include "toolkit/drawing/ButtonLayout.h"
+#include "toolkit/drawing/GlowButtonPainter.h"
+#include "toolkit/Scale.h"
 
 namespace lumenor {
 
+namespace {
+
+constexpr int arrowWidth = 24;  // design pixels, those of the picture
+constexpr int arrowHeight = 48; // likewise
+constexpr int barHeight = 77;   // design pixels, of the room that the arrows stand in
+
+/// How far a click slides the strip, in device pixels.
+const long scrollStep = ScaleX(77);
+
+/// The arrow fills the button's width and stands in the middle of its height. It has no label; the size of one must
+/// be a size all the same.
+ButtonLayout MakeArrowLayout() {
+  ButtonLayout layout;
+  layout.fontSize = 10.0F;
+  layout.imageTop = ScaleY((barHeight - arrowHeight) / 2);
+  layout.imageBottom = ScaleY(barHeight) - layout.imageTop - ScaleY(arrowHeight);
+  return layout;
+}
+
+/// The window shows nothing of its own and lies over those of the strip, which are to be painted before it.
+void LetStripShowThrough(HWND button) {
+  ::SetWindowLongW(button, GWL_EXSTYLE, ::GetWindowLongW(button, GWL_EXSTYLE) | WS_EX_TRANSPARENT);
+  ::SetWindowPos(button, nullptr, 0, 0, 0, 0,
+                 SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_FRAMECHANGED | SWP_NOACTIVATE);
+}
+
+/// Each move of a strip raises its window above the arrow's, which then has to come up again to be clicked.
+void ShowAbove(Button &button, bool isShown) {
+  const bool wasShown = button.Visibility.Get() == Visibility::Visible;
+  button.Visibility.Set(isShown ? Visibility::Visible : Visibility::Collapsed);
+  if (!isShown)
+    return;
+  if (!wasShown)
+    ::BringWindowToTop(button.GetHandle());
+  else
+    ::SetWindowPos(button.GetHandle(), HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+}
+
+} // namespace
+
 ScrollViewer::ScrollViewer(RenderTargetPtr renderTarget)
     : renderTarget(std::move(renderTarget)),
-      childDesiredWidthListener(MakeListener(this, &ScrollViewer::OnChildDesiredWidthChanged)) {}
+      childDesiredWidthListener(MakeListener(this, &ScrollViewer::OnChildDesiredWidthChanged)),
+      childLeftListener(MakeListener(this, &ScrollViewer::OnChildLeftChanged)),
+      childVisibilityListener(MakeListener(this, &ScrollViewer::OnChildVisibilityChanged)),
+      leftClickListener(MakeListener(this, &ScrollViewer::OnLeftClick)),
+      rightClickListener(MakeListener(this, &ScrollViewer::OnRightClick)) {
+  animation.Duration.Set(0.3F);
+  animation.AccelerationRatio.Set(0.05F);
+  animation.DecelerationRatio.Set(0.75F);
+}
+
+// A screen too narrow for the bar gives a room of negative width, and a rectangle whose ends are crossed.
+void ScrollViewer::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
+  if (rect->right <= rect->left || rect->bottom <= rect->top)
+    return;
+  PaintChild(target, child, rect);
+  PaintChild(target, leftButton.get(), rect);
+  PaintChild(target, rightButton.get(), rect);
+}
 
 HWND ScrollViewer::GetHandle() { return handle; }
 
 void ScrollViewer::OnAttached() {
-  if (HasParentWindow(*this))
-    Create(parent->GetHandle());
+  if (!HasParentWindow(*this))
+    return;
+  Create(parent->GetHandle());
+  leftButton = MakeArrowButton(L"..\\resources\\scroll_left.png", leftClickListener.get());
+  rightButton = MakeArrowButton(L"..\\resources\\scroll_right.png", rightClickListener.get());
+  PlaceButtons();
+  UpdateButtons();
+}
+
+/// "Scroll" is the tool tip. "scroll" names the window for programs that read the screen out; a label on the arrow
+/// would only cover it.
+std::shared_ptr<Button> ScrollViewer::MakeArrowButton(const wchar_t *imagePath,
+                                                      EventListener<ButtonEventArgs> *clickListener) {
+  auto button = std::make_shared<Button>(
+      std::make_shared<GlowButtonPainter>(renderTarget, 0, L"", imagePath, MakeArrowLayout(), L""));
+  button->Name.Set(L"Scroll");
+  button->Visibility.Set(lumenor::Visibility::Collapsed);
+  button->parent = this;
+  button->OnAttached();
+  ::SetWindowTextW(button->GetHandle(), L"scroll");
+  LetStripShowThrough(button->GetHandle());
+  ::ShowWindow(button->GetHandle(), SW_HIDE); // made showing, as every button
+  button->Click.AddListener(clickListener);
+  return button;
 }
 
 void ScrollViewer::OnDetached() {
@@ -22,9 +106,18 @@ void ScrollViewer::OnDetached() {
 
 void ScrollViewer::SetChild(UIElement *newChild) {
   if (child != nullptr)
-    child->DesiredWidth.changed.RemoveListener(childDesiredWidthListener.get());
+    UnfollowChild();
   newChild->DesiredWidth.changed.AddListener(childDesiredWidthListener.get());
+  newChild->Left.changed.AddListener(childLeftListener.get());
+  newChild->Visibility.changed.AddListener(childVisibilityListener.get());
   SingleChildContainer::SetChild(newChild);
+}
+
+void ScrollViewer::UnfollowChild() {
+  animation.Target.Set(nullptr); // the former strip may go; no slide must reach it any more
+  child->DesiredWidth.changed.RemoveListener(childDesiredWidthListener.get());
+  child->Left.changed.RemoveListener(childLeftListener.get());
+  child->Visibility.changed.RemoveListener(childVisibilityListener.get());
 }
 
 void ScrollViewer::Layout() {
@@ -35,24 +128,66 @@ void ScrollViewer::Layout() {
   const long overhang = child->Width.Get() - Width.Get();
   if (overhang <= 0 || child->Left.Get() > 0)
     child->Left.Set(0);
-  else if (child->Left.Get() < -overhang)
+  else if (child->Left.Get() < 0 && child->Left.Get() < -overhang)
     child->Left.Set(-overhang); // the strip's end never comes inside the room
+  UpdateButtons();
 }
 
-void ScrollViewer::OnWidthChanged() {
-  MovePanelWindow(*this);
-  Layout();
+void ScrollViewer::UpdateButtons() {
+  if (!leftButton || !rightButton || child == nullptr)
+    return;
+  const bool isThere = child->Visibility.Get() != lumenor::Visibility::Collapsed;
+  ShowAbove(*leftButton, isThere && child->Left.Get() < 0);
+  ShowAbove(*rightButton, isThere && child->Left.Get() + child->Width.Get() > Width.Get());
 }
 
-void ScrollViewer::OnHeightChanged() {
+void ScrollViewer::OnWidthChanged() { FitToSize(); }
+
+void ScrollViewer::OnHeightChanged() { FitToSize(); }
+
+void ScrollViewer::FitToSize() {
   MovePanelWindow(*this);
   Layout();
+  PlaceButtons();
+}
+
+/// Never at a negative place or of a negative size: a button's window reads either as a huge one.
+void ScrollViewer::PlaceButtons() {
+  if (!leftButton || !rightButton)
+    return;
+  const LONG width = ScaleX(arrowWidth);
+  const LONG height = std::max(0L, Height.Get());
+  const LONG right = std::max(0L, Width.Get() - width);
+  const RECT leftBounds{0, 0, width, height};
+  const RECT rightBounds{right, 0, right + width, height};
+  leftButton->SetBounds(&leftBounds);
+  rightButton->SetBounds(&rightBounds);
 }
 
 BOOL ScrollViewer::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD) {
   return ProcessPanelMessage(*this, message, wParam, lParam, result);
 }
 
+/// Slides the strip by `distance` pixels, to its end at most, from where it is just now.
+void ScrollViewer::Slide(long distance) {
+  if (child == nullptr)
+    return;
+  const long from = child->Left.Get();
+  const long lowest = Width.Get() - child->Width.Get();
+  animation.From.Set(static_cast<float>(from));
+  animation.To.Set(static_cast<float>(std::min(std::max(from + distance, lowest), 0L)));
+  animation.Target.Set(&child->Left);
+  animation.Start();
+}
+
 void ScrollViewer::OnChildDesiredWidthChanged(PropertyChangeEventArgs<long> *) { Layout(); }
+
+void ScrollViewer::OnChildLeftChanged(PropertyChangeEventArgs<long> *) { UpdateButtons(); }
+
+void ScrollViewer::OnChildVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *) { UpdateButtons(); }
+
+void ScrollViewer::OnLeftClick(ButtonEventArgs *) { Slide(scrollStep); }
+
+void ScrollViewer::OnRightClick(ButtonEventArgs *) { Slide(-scrollStep); }
 
 } // namespace lumenor

@@ -1,9 +1,12 @@
 #pragma once
-// A child window that shows a horizontal strip, its one child, through a room that may be narrower. User-interface
-// thread.
+// A child window that shows a horizontal strip, its one child, through a room that may be narrower: two arrow buttons
+// at the room's ends, which show as long as there is something to come on their side, slide the strip. Held in a shared
+// pointer by whoever composes the screen; the strip is borrowed. User-interface thread.
 
 #include <memory>
 
+#include "toolkit/Animation.h"
+#include "toolkit/drawing/Button.h"
 #include "toolkit/PanelWindow.h"
 #include "toolkit/SingleChildContainer.h"
 
@@ -14,11 +17,17 @@ public:
   /// `renderTarget` is what the arrow buttons are drawn on.
   explicit ScrollViewer(RenderTargetPtr renderTarget);
 
+  /// Paints the strip, and above it the arrow buttons that show; nothing in a room without width or height.
+  void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
+
   HWND GetHandle() override;
+
+  /// Makes the window and in it the arrow buttons. Raises HResultError when a picture of theirs can't be made.
   void OnAttached() override;
   void OnDetached() override;
 
-  /// Replaces the strip and follows its wishes from now on. `newChild` must not be null.
+  /// Replaces the strip and follows its wishes from now on; a slide of the former one ends. `newChild` must not be
+  /// null.
   void SetChild(UIElement *newChild) override;
 
   /// Gives the strip the width it asks for and the viewer's height, and keeps its ends at or outside the room's.
@@ -30,11 +39,30 @@ public:
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                             DWORD mapId = 0) override;
 
+protected:
+  std::shared_ptr<Button> leftButton, rightButton; // null as long as there is no window
+
 private:
+  void UnfollowChild();
+  std::shared_ptr<Button> MakeArrowButton(const wchar_t *imagePath, EventListener<ButtonEventArgs> *clickListener);
+  void FitToSize();
+  void PlaceButtons();
+  void UpdateButtons();
+  void Slide(long distance);
+
   void OnChildDesiredWidthChanged(PropertyChangeEventArgs<long> *args);
+  void OnChildLeftChanged(PropertyChangeEventArgs<long> *args);
+  void OnChildVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
+  void OnLeftClick(ButtonEventArgs *args);
+  void OnRightClick(ButtonEventArgs *args);
 
   RenderTargetPtr renderTarget;
-  std::shared_ptr<TypedEventListener<ScrollViewer, PropertyChangeEventArgs<long>>> childDesiredWidthListener;
+  LongAnimation animation;
+  std::shared_ptr<TypedEventListener<ScrollViewer, PropertyChangeEventArgs<long>>> childDesiredWidthListener,
+      childLeftListener;
+  std::shared_ptr<TypedEventListener<ScrollViewer, PropertyChangeEventArgs<lumenor::Visibility>>>
+      childVisibilityListener;
+  std::shared_ptr<TypedEventListener<ScrollViewer, ButtonEventArgs>> leftClickListener, rightClickListener;
 };
 
 } // namespace lumenor

@@ -262,13 +262,13 @@ TEST_F(AnimationVariableTest, TellsTheStoryboardThatPlaysOnIt) {
   ASSERT_EQ(storyboard->AddTransition(variable.Get(), Linear(1, 1).Get()), S_OK);
   Ptr<IUIAnimationStoryboard> player;
   EXPECT_EQ(variable->GetCurrentStoryboard(&player), S_OK);
-  EXPECT_EQ(player, nullptr);
+  EXPECT_EQ(player.Get(), nullptr);
   ASSERT_EQ(storyboard->Schedule(0, nullptr), S_OK);
   EXPECT_EQ(variable->GetCurrentStoryboard(&player), S_OK);
-  EXPECT_EQ(player, storyboard);
+  EXPECT_EQ(player.Get(), storyboard.Get());
   At(1, variable);
   EXPECT_EQ(variable->GetCurrentStoryboard(&player), S_OK);
-  EXPECT_EQ(player, nullptr);
+  EXPECT_EQ(player.Get(), nullptr);
 }
 
 TEST_F(AnimationVariableTest, StaysWithinItsBounds) {

@@ -2,13 +2,13 @@
 
 #include "app/CommandLine.h"
 #include "app/Cycles.h"
+#include "app/SharedServices.h"
 #include "app/SingleInstance.h"
 #include "dock/MainDlg.h"
 #include "system/EventLog.h"
 #include "system/Log.h"
 #include "system/Paths.h"
 #include "system/Windows.h"
-#include "toolkit/drawing/WICHelper.h"
 
 namespace {
 
@@ -35,7 +35,7 @@ int RunDock() {
     return AlreadyRunningExitCode;
   OpenDockEventLog();
   const int exitCode = RunCycles();
-  ReleaseImagingFactory();
+  ReleaseSharedServices();
   return exitCode;
 }
 

@@ -56,7 +56,7 @@ protected:
 
   /// The lines of the log that tell of cycles, in order.
   std::vector<std::string> CycleLines() const {
-    std::vector<std::string> lines = log.Lines();
+    std::vector<std::string> lines = log.AllLines();
     std::erase_if(lines, [](const std::string &line) {
       return line != "INFO: MainDlg creation" && line != "INFO: MainDlg InitializeComponent" &&
              line != "INFO: Dock Startup complete" && line != "FATAL: Failed to initialize Lumenor";
@@ -65,7 +65,7 @@ protected:
   }
 
   int FailedCycles() const {
-    const std::vector<std::string> lines = log.Lines();
+    const std::vector<std::string> lines = log.AllLines();
     return static_cast<int>(std::count(lines.begin(), lines.end(), "FATAL: Failed to initialize Lumenor"));
   }
 

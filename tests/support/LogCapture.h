@@ -22,6 +22,9 @@ public:
   /// The lines of the current log so far without time stamp and line end, such as "INFO: Dock Startup".
   std::vector<std::string> Lines() const;
 
+  /// The same of the rolled logs, oldest first, and of the current one.
+  std::vector<std::string> AllLines() const;
+
   /// Deletes the current log, so that Lines() starts anew.
   void Clear() const;
 

@@ -77,7 +77,7 @@ TEST_F(PaintedTextBox, EmptyFieldShowsTheWatermark) {
   box.WatermarkText.Set(L"cue");
   Paint();
   EXPECT_THAT(spy.Texts(), ElementsAre(L"cue"));
-  EXPECT_THAT(PaintedColumns(), Not(IsEmpty()));
+  ASSERT_THAT(PaintedColumns(), Not(IsEmpty()));
   EXPECT_GE(PaintedColumns().front(), box.watermarkElement->Left.Get());
   EXPECT_TRUE(KeptWithinTheField());
 }
@@ -303,7 +303,9 @@ TEST_F(PaintedTextBox, LongTextIsScrolledToItsEnd) {
   ASSERT_LT(PositionOf(0), 0);
   ASSERT_LT(end, FieldWidth());
   EXPECT_EQ(ColumnsOf(white), Range(end, end + 1));
+  ASSERT_THAT(PaintedColumns(), Not(IsEmpty()));
   EXPECT_EQ(PaintedColumns().back(), end);
+  ASSERT_THAT(spy.Runs(), SizeIs(1));
   EXPECT_NEAR(spy.Runs()[0].lefts[42], Bounds().left + PositionOf(42), 0.01);
   EXPECT_TRUE(KeptWithinTheField());
 }
@@ -316,6 +318,7 @@ TEST_F(PaintedTextBox, LongTextIsScrolledBackByHome) {
   Paint();
   EXPECT_EQ(PositionOf(0), box.textElement->Left.Get());
   EXPECT_EQ(ColumnsOf(white), Range(PositionOf(0), PositionOf(0) + 1));
+  ASSERT_THAT(PaintedColumns(), Not(IsEmpty()));
   EXPECT_GT(PaintedColumns().back(), FieldWidth() - ScaleX(10)) << "the field is full";
   EXPECT_TRUE(KeptWithinTheField());
 }
@@ -327,6 +330,7 @@ TEST_F(PaintedTextBox, SelectionOfLongTextKeepsWithinTheField) {
   HideCaret();
   Paint();
   const auto selected = ColumnsOf(PixelOf(::GetSysColor(COLOR_HIGHLIGHT)));
+  ASSERT_THAT(selected, Not(IsEmpty()));
   EXPECT_EQ(selected.front(), box.textElement->Left.Get());
   EXPECT_TRUE(KeptWithinTheField());
 }
@@ -346,8 +350,8 @@ TEST_F(PaintedTextBox, SecondPaintMakesNothingAnew) {
   Focus();
   Select(1, 3);
   Paint();
-  box.Ask(WM_TIMER, 5);
   Paint();
+  ASSERT_THAT(ColumnsOf(white), SizeIs(1)) << "caret, selection and text";
   EXPECT_EQ(spy.Brushes(), 0);
 }
 

@@ -106,6 +106,7 @@ TEST_F(TextBoxScripts, RightToLeftStemsArePaintedWhereTheControlHasThem) {
 TEST_F(TextBoxScripts, FieldThatBeginsWithRightToLeftTextBeginsAtItsEdge) {
   Show(L"\x628");
   ASSERT_THAT(PaintedColumns(), Not(IsEmpty()));
+  ASSERT_THAT(spy.Runs(), SizeIs(1));
   EXPECT_GE(spy.Runs()[0].lefts[0], OnPicture(PositionOf(0)));
 }
 
@@ -168,9 +169,18 @@ TEST_F(TextBoxScripts, LineBreaksAndControlCharactersLeaveOneLine) {
     Show(text);
     for (const tests::DrawnRun &run : spy.Runs())
       EXPECT_EQ(run.baseline, static_cast<float>(Bounds().top + FontMetrics().tmAscent));
+    ASSERT_THAT(spy.Runs(), Not(IsEmpty()));
     EXPECT_EQ(spy.Runs().back().lefts.back(), OnPicture(PositionOf(Text().size() - 1)));
     EXPECT_TRUE(KeptWithinTheField());
   }
+}
+
+TEST_F(TextBoxScripts, ControlCharactersShowNothing) {
+  Show(L"l\x01\x02l");
+  const int from = PositionOf(0) + WidthOf(L"l");
+  ASSERT_GT(PositionOf(3), from) << "the control gives them room";
+  for (const int x : PaintedColumns())
+    EXPECT_FALSE(x >= from && x < PositionOf(3)) << x;
 }
 
 TEST_F(TextBoxScripts, OddTextsArePaintedWithoutHarm) {
@@ -220,7 +230,9 @@ TEST_F(TextBoxScripts, BookInTheFieldIsReadInPartsOnly) {
   box.received.clear();
   Paint();
   EXPECT_LT(box.CountOf(EM_POSFROMCHAR), 1000);
+  ASSERT_THAT(spy.Runs(), Not(IsEmpty()));
   EXPECT_NEAR(spy.Runs()[0].lefts[0], OnPicture(PositionOf(0)), 0.01);
+  ASSERT_THAT(PaintedColumns(), Not(IsEmpty()));
   EXPECT_GT(PaintedColumns().back(), FieldWidth() - ScaleX(5));
 }
 
@@ -237,6 +249,7 @@ TEST_F(TextBoxScripts, SliceOfABookStandsWhereTheControlHasIt) {
   const std::size_t start = text.find(shown);
   ASSERT_NE(start, std::wstring::npos);
   ASSERT_GT(start, 0U);
+  ASSERT_THAT(spy.Runs(), SizeIs(1));
   EXPECT_NEAR(spy.Runs()[0].lefts[700 - start], OnPicture(PositionOf(700)), 0.01);
 }
 

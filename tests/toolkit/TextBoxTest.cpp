@@ -176,7 +176,12 @@ TEST_F(TextBoxTest, LengthIsLimitedWithTheFont) {
 }
 
 TEST_F(TextBoxTest, TextBeginsWhereItsElementDoes) {
-  Open();
+  box.OnAttached();
+  const LRESULT margins = MAKELONG(::GetSystemMetrics(SM_CXEDGE) + 1, 1);
+  EXPECT_EQ(::SendMessageW(box.handle, EM_GETMARGINS, 0, 0), margins);
+  ::SendMessageW(box.handle, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(9, 9));
+  box.ApplySystemFont();
+  EXPECT_EQ(::SendMessageW(box.handle, EM_GETMARGINS, 0, 0), margins);
   SetText(L"x");
   EXPECT_EQ(PositionOf(0), ::GetSystemMetrics(SM_CXEDGE) + 1);
   EXPECT_EQ(PositionOf(0), box.textElement->Left.Get());

@@ -191,15 +191,19 @@ TEST_F(ProviderInput, AMissingPictureGivesTheDefaultOne) {
   ExpectUsable(dock);
 }
 
-TEST_F(ProviderInput, APictureThatIsNoneAtTheStartCostsTheListButNotTheBar) {
+TEST_F(ProviderInput, APictureThatIsNoneGivesTheDefaultOneAtTheStartAndLater) {
   WriteBytes(installation.ResourcesFolder() + L"\\corrupt.png", "this is no picture at all");
   Entry entry = RecorderEntry(L"corrupt");
   entry.image = L"..\\resources\\corrupt.png";
   installation.WriteDocument(forYouList, {entry});
   DockProcess dock(installation);
   ASSERT_NE(nullptr, dock.WaitForBar());
-  Click(dock.ForYouButton());
-  EXPECT_TRUE(HoldsFor([&] { return dock.Bar() != nullptr; }, std::chrono::milliseconds(700)));
+  EXPECT_EQ(40 + 40, OpenForYou(dock));
+  installation.WriteDocument(forYouList, {entry, entry, entry});
+  EXPECT_TRUE(
+      WaitFor([&] { return RectOf(dock.Popups().at(0)).bottom - RectOf(dock.Popups().at(0)).top == 40 + 3 * 40; }));
+  ClickRow(dock, 3);
+  EXPECT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
   ExpectUsable(dock);
 }
 

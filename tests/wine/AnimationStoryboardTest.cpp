@@ -234,8 +234,8 @@ TEST_F(RoundedVariable, RoundsAsItIsTold) {
 
 TEST_F(RoundedVariable, RoundsToTheNearestUnlessTold) {
   int result = 0;
-  EXPECT_EQ(Variable(-149.6)->GetIntegerValue(&result), S_OK);
-  EXPECT_EQ(result, -150);
+  EXPECT_EQ(Variable(149.6)->GetIntegerValue(&result), S_OK);
+  EXPECT_EQ(result, 150);
 }
 
 TEST_F(AnimationVariableTest, TellsItsFormerAndItsFinalValue) {

@@ -69,13 +69,14 @@ protected:
     return static_cast<int>(std::count(lines.begin(), lines.end(), "FATAL: Failed to initialize Lumenor"));
   }
 
-  /// Takes the user's folder away and keeps it from being made.
+  /// Leads the user's folder to where none can be made. The real one is watched and so can't be taken away.
   void BlockUserFolder() const {
-    tests::DeleteTree(folders.AppData() + L"\\Tarnwick");
-    tests::WriteBytes(folders.AppData() + L"\\Tarnwick", "in the way");
+    const std::wstring inTheWay = folders.Root() + L"\\InTheWay";
+    tests::WriteBytes(inTheWay, "");
+    ::SetEnvironmentVariableW(L"APPDATA", inTheWay.c_str());
   }
 
-  void UnblockUserFolder() const { ::DeleteFileW((folders.AppData() + L"\\Tarnwick").c_str()); }
+  void UnblockUserFolder() const { ::SetEnvironmentVariableW(L"APPDATA", folders.AppData().c_str()); }
 
   using Lines = std::vector<std::string>;
   using Texts = std::vector<std::wstring>;

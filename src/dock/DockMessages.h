@@ -18,6 +18,16 @@ enum DockMessage : UINT {
   ResetDockMessage = WM_USER + 15,             // 1039: posted by the reset dialog
 };
 
+/// Codes of WM_NOTIFY by which the drop target tells the dock's main window of a drag. Those with a place have its
+/// screen point in idFrom, x in the low half and y in the high one.
+enum DragNotification : UINT {
+  NoNotification = 0,
+  DragEnterNotification = 1,
+  DragOverNotification = 2,
+  DragLeaveNotification = 3, // idFrom is the window of the dragged button, cut to 32 bits
+  DropNotification = 4,      // of a dragged button; files come as DragAddMessage
+};
+
 /// Timers of the dock's main window.
 enum DockTimer : UINT_PTR {
   FadeTimer = 3,

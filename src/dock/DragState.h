@@ -15,4 +15,11 @@ inline bool dragOutside = false;
 /// True while a drag's cursor is over the row of user buttons.
 inline bool dragOverButtons = false;
 
+/// Puts all three back to where no button is dragged.
+inline void ForgetDrag() {
+  draggedButton = nullptr;
+  dragOutside = false;
+  dragOverButtons = false;
+}
+
 } // namespace lumenor

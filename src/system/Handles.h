@@ -30,6 +30,8 @@ using RegistryKey = Owner<NullHandleTraits<HKEY, &::RegCloseKey>>;
 using MemoryDeviceContext = Owner<NullHandleTraits<HDC, &::DeleteDC>>;
 using WindowHandle = Owner<NullHandleTraits<HWND, &::DestroyWindow>>;
 using IconHandle = Owner<NullHandleTraits<HICON, &::DestroyIcon>>;
+using CursorHandle = Owner<NullHandleTraits<HCURSOR, &::DestroyCursor>>;
+using LibraryHandle = Owner<NullHandleTraits<HMODULE, &::FreeLibrary>>;
 
 /// Traits of GDI objects, which all close with DeleteObject.
 template <typename HandleType> struct GdiObjectTraits {

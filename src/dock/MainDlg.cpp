@@ -40,20 +40,13 @@ bool IsBroken(const wchar_t *documentName) {
 } // namespace
 
 CMainDlg::CMainDlg()
-    : dockRect(lumenor::GetWindowRect()), userElements(LoadDocument(userDocumentName, false)),
-      fadeAnimation(std::make_shared<ByteAnimation>()),
-      backPlate(std::make_shared<BackPlate>(renderTarget, 0.7F, 0.36F)),
-      rightSplitter(std::make_shared<ImageElement>(L"IDI_SPLITTER", L"Image", renderTarget)),
-      leftSplitter(std::make_shared<ImageElement>(L"IDI_SPLITTER", L"Image", renderTarget)),
-      searchBox(std::make_shared<SearchBox>(renderTarget)),
+    : BarElements(renderTarget), dockRect(lumenor::GetWindowRect()),
+      userElements(LoadDocument(userDocumentName, false)), fadeAnimation(std::make_shared<ByteAnimation>()),
       forYouFlyout(ForYouFlyoutPlace(), LoadForYouTitle(), forYouProvider, RefreshForYouMessage),
       forYouFileTime(LastWriteTime(DocumentPath(forYouListName))),
       searchProviderFlyout(SearchProviderFlyoutPlace(),
                            LoadDockString(L"Element[@ID='SearchBox.SelectProviderToolTip']/Head"), searchProvider),
-      rootPanel(std::make_shared<DockPanel>()), systemButtonPanel(std::make_shared<StackPanel>()),
-      barPanel(std::make_shared<DockPanel>()), mainButtonPanel(std::make_shared<StackPanel>()),
-      scrollViewer(std::make_shared<ScrollViewer>(renderTarget)), userButtonPanel(std::make_shared<StackPanel>()),
-      canvas(std::make_shared<Canvas>()), clickListener(MakeListener(this, &CMainDlg::OnButtonClick)),
+      clickListener(MakeListener(this, &CMainDlg::OnButtonClick)),
       acceptListener(MakeListener(this, &CMainDlg::OnTextAccept)),
       dockPositionListener(MakeListener(this, &CMainDlg::ForwardDockPosition)),
       flyoutVisibilityListener(MakeListener(this, &CMainDlg::OnFlyoutVisibilityChanged)) {
@@ -83,17 +76,23 @@ void CMainDlg::StopRegistryThread() {
 
 // The message map: what a row doesn't handle goes on to the root window.
 
+template <void (CMainDlg::*handler)()> BOOL CMainDlg::Handle(WPARAM, LPARAM, LRESULT &result) {
+  (this->*handler)();
+  result = 0;
+  return TRUE;
+}
+
 const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
     {WM_NOTIFY, L"OnNotify", &CMainDlg::HandleNotify},
-    {WM_DISPLAYCHANGE, L"OnDisplayChange", &CMainDlg::HandleDisplayChange},
+    {WM_DISPLAYCHANGE, L"OnDisplayChange", &CMainDlg::Handle<&CMainDlg::OnDisplayChange>},
     {RefreshForYouMessage, L"OnRefresh", &CMainDlg::HandleRefreshForYou},
     {RefreshSearchProviderMessage, L"OnRefresh", &CMainDlg::HandleRefreshSearchProviders},
     {SetSearchProviderMessage, L"OnSetSearchProvider", &CMainDlg::HandleSetSearchProvider},
     {RemoveButtonMessage, L"OnRemoveButton", &CMainDlg::HandleRemoveButton},
-    {ResetDockMessage, L"OnResetDock", &CMainDlg::HandleResetDock},
+    {ResetDockMessage, L"OnResetDock", &CMainDlg::Handle<&CMainDlg::OnResetDock>},
     {WM_TIMER, L"OnTimer", &CMainDlg::HandleTimer},
-    {DockAtTopMessage, L"OnDockAtTop", &CMainDlg::HandleDockAtTop},
-    {DockAtBottomMessage, L"OnDockAtBottom", &CMainDlg::HandleDockAtBottom},
+    {DockAtTopMessage, L"OnDockAtTop", &CMainDlg::Handle<&CMainDlg::OnDockAtTop>},
+    {DockAtBottomMessage, L"OnDockAtBottom", &CMainDlg::Handle<&CMainDlg::OnDockAtBottom>},
 };
 
 /// The rows speak of a bar that stands; what the platform sends while it is being composed isn't for them. The search
@@ -117,12 +116,6 @@ BOOL CMainDlg::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LP
 BOOL CMainDlg::HandleNotify(WPARAM, LPARAM lParam, LRESULT &result) {
   result = 0;
   return lParam == 0 || OnNotify(*reinterpret_cast<const NMHDR *>(lParam));
-}
-
-BOOL CMainDlg::HandleDisplayChange(WPARAM, LPARAM, LRESULT &result) {
-  OnDisplayChange();
-  result = 0;
-  return TRUE;
 }
 
 BOOL CMainDlg::HandleRefreshForYou(WPARAM, LPARAM, LRESULT &result) {
@@ -150,26 +143,8 @@ BOOL CMainDlg::HandleRemoveButton(WPARAM wParam, LPARAM, LRESULT &result) {
   return TRUE;
 }
 
-BOOL CMainDlg::HandleResetDock(WPARAM, LPARAM, LRESULT &result) {
-  OnResetDock();
-  result = 0;
-  return TRUE;
-}
-
 BOOL CMainDlg::HandleTimer(WPARAM wParam, LPARAM, LRESULT &result) {
   OnTimer(wParam);
-  result = 0;
-  return TRUE;
-}
-
-BOOL CMainDlg::HandleDockAtTop(WPARAM, LPARAM, LRESULT &result) {
-  OnDockAtTop();
-  result = 0;
-  return TRUE;
-}
-
-BOOL CMainDlg::HandleDockAtBottom(WPARAM, LPARAM, LRESULT &result) {
-  OnDockAtBottom();
   result = 0;
   return TRUE;
 }

@@ -1,9 +1,10 @@
 #pragma once
 // The dock: the window of the bar, which owns the bar's element tree and its buttons and is where all messages of the
 // application meet. The entry function builds one for every cycle and destroys it at the cycle's end. Its parts stand
-// in five files: MainDlg.cpp has its life and its messages, MainDlgComposition.cpp builds the bar,
-// MainDlgUserButtons.cpp keeps the user's row of buttons, MainDlgCommands.cpp answers clicks, MainDlgUpdates.cpp has
-// what changes by itself: the fade, and what the watched files bring. User-interface thread.
+// in six files: MainDlg.cpp has its life and its messages, MainDlgComposition.cpp builds the bar,
+// MainDlgUserButtons.cpp keeps the user's row of buttons, MainDlgDrag.cpp lets them be dragged and files be dropped,
+// MainDlgCommands.cpp answers clicks, MainDlgUpdates.cpp has what changes by itself: the fade, and what the watched
+// files bring. User-interface thread.
 
 #include <array>
 #include <cstddef>
@@ -13,29 +14,22 @@
 
 #include "content/ActionDataProvider.h"
 #include "content/Element.h"
+#include "dock/BarElements.h"
 #include "dock/DataProviderFlyout.h"
 #include "dock/DockButton.h"
 #include "dock/DockMessages.h"
+#include "dock/OleApartment.h"
 #include "dock/SearchProviderFlyout.h"
 #include "system/Handles.h"
 #include "system/Windows.h"
-#include "toolkit/BackPlate.h"
-#include "toolkit/Canvas.h"
-#include "toolkit/DockPanel.h"
 #include "toolkit/drawing/ButtonLayout.h"
-#include "toolkit/drawing/CheckedButton.h"
-#include "toolkit/drawing/ImageElement.h"
-#include "toolkit/drawing/ScrollViewer.h"
 #include "toolkit/drawing/Window.h"
 #include "toolkit/Event.h"
 #include "toolkit/Property.h"
-#include "toolkit/SearchBox.h"
-#include "toolkit/StackPanel.h"
 
 namespace lumenor {
 
 class ByteAnimation;
-class TextBox;
 enum class Command;
 struct TextBoxEventArgs;
 
@@ -43,16 +37,7 @@ struct TextBoxEventArgs;
 /// registers it before any dock is built.
 inline UINT dockActivateMessage = 0;
 
-/// OLE on this thread, entered and left with the dock.
-class OleApartment {
-public:
-  OleApartment() { ::OleInitialize(nullptr); }
-  ~OleApartment() { ::OleUninitialize(); }
-  OleApartment(const OleApartment &) = delete;
-  OleApartment &operator=(const OleApartment &) = delete;
-};
-
-class CMainDlg : public Window {
+class CMainDlg : public Window, private BarElements {
 public:
   /// Loads the user's buttons; makes no window yet, Create does. Raises HResultError when there is no task bar.
   CMainDlg();
@@ -97,17 +82,15 @@ protected:
 private:
   static const MessageRow<CMainDlg> messageRows[];
 
-  // The rows of the message map: each makes words of the message's numbers and calls the handler of its name.
+  // The rows of the message map: each makes words of the message's numbers and calls the handler of its name. The first
+  // is for those handlers that need nothing of the message.
+  template <void (CMainDlg::*handler)()> BOOL Handle(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleNotify(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleDisplayChange(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleRefreshForYou(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleRefreshSearchProviders(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleSetSearchProvider(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleRemoveButton(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleResetDock(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleTimer(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleDockAtTop(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleDockAtBottom(WPARAM wParam, LPARAM lParam, LRESULT &result);
 
   bool OnNotify(const NMHDR &header);
   void OnDisplayChange();
@@ -185,30 +168,12 @@ private:
   int idleTicks = 0;
   std::shared_ptr<ByteAnimation> fadeAnimation;
   bool keepAwake = false;
-  std::shared_ptr<BackPlate> backPlate;
-  std::shared_ptr<ImageElement> rightSplitter;
-  std::shared_ptr<ImageElement> leftSplitter;
-  std::shared_ptr<SearchBox> searchBox;
-  std::shared_ptr<TextBox> textBox;
   ForYouProvider forYouProvider;
   DataProviderFlyout forYouFlyout;
   FILETIME forYouFileTime;
   SearchProvider searchProvider;
   SearchProviderFlyout searchProviderFlyout;
   Element selectedProvider;
-  std::shared_ptr<DockPanel> rootPanel;
-  std::shared_ptr<StackPanel> systemButtonPanel;
-  std::shared_ptr<DockPanel> barPanel;
-  std::shared_ptr<StackPanel> mainButtonPanel;
-  std::shared_ptr<ScrollViewer> scrollViewer;
-  std::shared_ptr<StackPanel> userButtonPanel;
-  std::shared_ptr<Canvas> canvas;
-  std::shared_ptr<DockButton> forYouButton;
-  std::shared_ptr<DockButton> searchProviderButton;
-  std::shared_ptr<DockButton> searchButton;
-  std::shared_ptr<DockButton> closeButton;
-  std::shared_ptr<DockButton> resetButton;
-  std::shared_ptr<CheckedButton> dockPositionButton;
   KernelHandle registryThread;
   std::shared_ptr<TypedEventListener<CMainDlg, ButtonEventArgs>> clickListener;
   std::shared_ptr<TypedEventListener<CMainDlg, TextBoxEventArgs>> acceptListener;

@@ -5,6 +5,7 @@
 #include "dock/BarDocuments.h"
 #include "dock/Commands.h"
 #include "dock/DragState.h"
+#include "dock/DropTarget.h"
 #include "dock/Placement.h"
 #include "resources/resource.h"
 #include "system/Desktop.h"
@@ -18,6 +19,17 @@
 namespace lumenor {
 
 namespace {
+
+/// The screen point that a message of a drag carries; screens to the left and above have negative ones.
+POINT UnpackedPoint(UINT_PTR packed) {
+  return {static_cast<short>(LOWORD(packed)), static_cast<short>(HIWORD(packed))};
+}
+
+POINT ClientPoint(HWND window, UINT_PTR packed) {
+  POINT point = UnpackedPoint(packed);
+  ::ScreenToClient(window, &point);
+  return point;
+}
 
 constexpr float fadeSeconds = 0.3F;
 constexpr float fadeAcceleration = 0.05F;
@@ -47,11 +59,11 @@ CMainDlg::CMainDlg()
       searchProviderFlyout(SearchProviderFlyoutPlace(),
                            LoadDockString(L"Element[@ID='SearchBox.SelectProviderToolTip']/Head"), searchProvider),
       clickListener(MakeListener(this, &CMainDlg::OnButtonClick)),
+      dragBeginListener(MakeListener(this, &CMainDlg::OnButtonDragBegin)),
       acceptListener(MakeListener(this, &CMainDlg::OnTextAccept)),
       dockPositionListener(MakeListener(this, &CMainDlg::ForwardDockPosition)),
       flyoutVisibilityListener(MakeListener(this, &CMainDlg::OnFlyoutVisibilityChanged)) {
-  draggedButton = nullptr;
-  dragOutside = false;
+  ForgetDrag();
   fadeAnimation->AccelerationRatio.Set(fadeAcceleration);
   fadeAnimation->DecelerationRatio.Set(fadeDeceleration);
   fadeAnimation->Duration.Set(fadeSeconds);
@@ -76,17 +88,25 @@ void CMainDlg::StopRegistryThread() {
 
 // The message map: what a row doesn't handle goes on to the root window.
 
+/// For handlers that need nothing of their message.
 template <void (CMainDlg::*handler)()> BOOL CMainDlg::Handle(WPARAM, LPARAM, LRESULT &result) {
   (this->*handler)();
   result = 0;
   return TRUE;
 }
 
+template <UINT message> BOOL CMainDlg::HandleRefresh(WPARAM, LPARAM, LRESULT &result) {
+  OnRefresh(message);
+  result = 1;
+  return TRUE;
+}
+
 const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
     {WM_NOTIFY, L"OnNotify", &CMainDlg::HandleNotify},
     {WM_DISPLAYCHANGE, L"OnDisplayChange", &CMainDlg::Handle<&CMainDlg::OnDisplayChange>},
-    {RefreshForYouMessage, L"OnRefresh", &CMainDlg::HandleRefreshForYou},
-    {RefreshSearchProviderMessage, L"OnRefresh", &CMainDlg::HandleRefreshSearchProviders},
+    {DragAddMessage, L"OnDragAdd", &CMainDlg::HandleDragAdd},
+    {RefreshForYouMessage, L"OnRefresh", &CMainDlg::HandleRefresh<RefreshForYouMessage>},
+    {RefreshSearchProviderMessage, L"OnRefresh", &CMainDlg::HandleRefresh<RefreshSearchProviderMessage>},
     {SetSearchProviderMessage, L"OnSetSearchProvider", &CMainDlg::HandleSetSearchProvider},
     {RemoveButtonMessage, L"OnRemoveButton", &CMainDlg::HandleRemoveButton},
     {ResetDockMessage, L"OnResetDock", &CMainDlg::Handle<&CMainDlg::OnResetDock>},
@@ -118,14 +138,10 @@ BOOL CMainDlg::HandleNotify(WPARAM, LPARAM lParam, LRESULT &result) {
   return lParam == 0 || OnNotify(*reinterpret_cast<const NMHDR *>(lParam));
 }
 
-BOOL CMainDlg::HandleRefreshForYou(WPARAM, LPARAM, LRESULT &result) {
-  OnRefresh(RefreshForYouMessage);
-  result = 1;
-  return TRUE;
-}
-
-BOOL CMainDlg::HandleRefreshSearchProviders(WPARAM, LPARAM, LRESULT &result) {
-  OnRefresh(RefreshSearchProviderMessage);
+BOOL CMainDlg::HandleDragAdd(WPARAM wParam, LPARAM lParam, LRESULT &result) {
+  const auto *const path = reinterpret_cast<const wchar_t *>(wParam);
+  if (path != nullptr && *path != L'\0')
+    OnDragAdd(path, UnpackedPoint(static_cast<UINT_PTR>(lParam)));
   result = 1;
   return TRUE;
 }
@@ -151,8 +167,25 @@ BOOL CMainDlg::HandleTimer(WPARAM wParam, LPARAM, LRESULT &result) {
 
 // The handlers.
 
-/// True when the notification is the dock's own.
-bool CMainDlg::OnNotify(const NMHDR &header) { return header.code == 0; }
+/// True when the notification is the dock's own. Those of a drag come from the drop target.
+bool CMainDlg::OnNotify(const NMHDR &header) {
+  switch (header.code) {
+  case NoNotification:
+    return true;
+  case DragEnterNotification:
+  case DragOverNotification:
+    OnDragOver(ClientPoint(handle, header.idFrom));
+    return true;
+  case DragLeaveNotification:
+    OnDragLeave(header.idFrom);
+    return true;
+  case DropNotification:
+    OnButtonDrop(ClientPoint(handle, header.idFrom));
+    return true;
+  default:
+    return false;
+  }
+}
 
 void CMainDlg::OnDisplayChange() {
   const RECT place = lumenor::GetWindowRect();
@@ -187,8 +220,10 @@ RECT CMainDlg::GetScreenBounds() const {
 }
 
 void CMainDlg::OnTimer(UINT_PTR timer) {
-  if (timer == FadeTimer)
+  if (timer == FadeTimer) {
+    HideForgottenIndicator();
     return StepFade();
+  }
   if (timer != StartMainApplicationTimer)
     return;
   StartMainApplication(L"mode=windowless");
@@ -219,6 +254,7 @@ void CMainDlg::OnFlyoutVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibi
 // The end of the window.
 
 void CMainDlg::OnDestroy() {
+  ::RevokeDragDrop(handle);
   for (const auto &button : userButtons)
     DestroyButtonWindow(button);
   for (const auto &button : mainButtons)

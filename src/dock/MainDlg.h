@@ -1,16 +1,17 @@
 #pragma once
 // The dock: the window of the bar, which owns the bar's element tree and its buttons and is where all messages of the
-// application meet. The entry function builds one for every cycle and destroys it at the cycle's end. Its parts stand
-// in six files: MainDlg.cpp has its life and its messages, MainDlgComposition.cpp builds the bar,
-// MainDlgUserButtons.cpp keeps the user's row of buttons, MainDlgDrag.cpp lets them be dragged and files be dropped,
-// MainDlgCommands.cpp answers clicks, MainDlgUpdates.cpp has what changes by itself: the fade, and what the watched
-// files bring. User-interface thread.
+// application meet. The entry function builds one for every cycle and destroys it at the cycle's end. MainDlg.cpp has
+// its life and its messages; the files with longer names have its parts: the composition of the bar, the user's row of
+// buttons, drag and drop, the commands, and what changes by itself. User-interface thread.
 
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include <wrl/client.h>
 
 #include "content/ActionDataProvider.h"
 #include "content/Element.h"
@@ -30,6 +31,7 @@
 namespace lumenor {
 
 class ByteAnimation;
+class CDropTarget;
 enum class Command;
 struct TextBoxEventArgs;
 
@@ -72,6 +74,9 @@ public:
                             DWORD mapId = 0) override;
   void InitializeComponent() override;
 
+  /// The tree, and over all of it the marker of a drag.
+  void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
+
 protected:
   void OnDestroy() override;
   void OnClose() override;
@@ -82,18 +87,18 @@ protected:
 private:
   static const MessageRow<CMainDlg> messageRows[];
 
-  // The rows of the message map: each makes words of the message's numbers and calls the handler of its name. The first
-  // is for those handlers that need nothing of the message.
+  // The rows of the message map: each makes words of the message's numbers and calls the handler of its name.
   template <void (CMainDlg::*handler)()> BOOL Handle(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleNotify(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleRefreshForYou(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleRefreshSearchProviders(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL HandleDragAdd(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  template <UINT message> BOOL HandleRefresh(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleSetSearchProvider(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleRemoveButton(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleTimer(WPARAM wParam, LPARAM lParam, LRESULT &result);
 
   bool OnNotify(const NMHDR &header);
   void OnDisplayChange();
+  void OnDragAdd(const std::wstring &path, POINT screenPoint);
   void OnRefresh(UINT message);
   void OnSetSearchProvider(const Element &provider);
   void OnRemoveButton(HWND buttonWindow);
@@ -109,16 +114,13 @@ private:
   // What changes by itself.
   void StepFade();
   void Fade(float from, float to);
-  void ShowFadingButtons(lumenor::Visibility visibility);
   void RefreshForYou();
   void RefreshSearchProviders();
 
   // The steps of InitializeComponent, in their order.
-  void SetWindowIcon();
   void CreateFlyouts();
   void BeginBar();
   void AddMainButtons();
-  void AddSplitter(ImageElement &splitter, lumenor::Dock dock);
   void AddUserButtons();
   void AddCanvas();
   void AddForYouButton();
@@ -127,16 +129,11 @@ private:
   void SelectFirstSearchProvider();
   void AddSearchButtons();
   void AddSystemButtons();
-  void EndBar();
   void AssignControlIds();
-  void StartTimers();
-  void AskForWelcome();
+  void AcceptDrops();
   void StartRegistryThread();
   void PlaceBar();
 
-  void AddToBar(UIElement &element, lumenor::Dock dock);
-  void PlaceOnCanvas(UIElement &element, const RECT &bounds);
-  void AddSystemButton(Button &button);
   std::shared_ptr<DockButton> MakeButton(int index, const Element &element, const ButtonLayout &layout);
   std::shared_ptr<DockButton> MakeCommandButton(const Element &element, const ButtonLayout &layout);
   std::shared_ptr<DockButton> CreateUserButton(int index, const Element &element);
@@ -145,9 +142,25 @@ private:
 
   std::size_t IndexOfUserButton(HWND buttonWindow) const;
 
+  // Drag and drop. Points are in the dock's client coordinates, if not told otherwise.
+  void OnButtonDragBegin(ButtonEventArgs *args);
+  void BeginButtonDrag(HWND buttonWindow);
+  void RemoveVanishedButton(HWND buttonWindow);
+  void FinishButtonDrag(HRESULT dragResult);
+  void RestoreDraggedButton();
+  void OnDragOver(POINT point);
+  void OnDragLeave(UINT_PTR buttonId);
+  void OnButtonDrop(POINT point);
+  void HideForgottenIndicator();
+  std::optional<std::size_t> GetInsertionIndex(POINT rowPoint) const;
+  void ShowIndicatorFor(std::size_t index);
+  void ShowIndicatorBefore(std::size_t index);
+  void ShowIndicatorAfter(std::size_t index);
+  std::size_t DraggedIndex() const;
+  void Repaint();
+
   void OnButtonClick(ButtonEventArgs *args);
   void RunCommand(Command command);
-  void ToggleFlyout(DockButton &button);
   void ToggleForYouFlyout();
   void ToggleSearchProviderFlyout();
   RECT GetScreenBounds() const;
@@ -165,6 +178,7 @@ private:
   std::vector<std::shared_ptr<DockButton>> userButtons;
   std::vector<std::shared_ptr<DockButton>> mainButtons;
   std::array<bool, maxUserButtons> buttonIdInUse{};
+  Microsoft::WRL::ComPtr<CDropTarget> dropTarget;
   int idleTicks = 0;
   std::shared_ptr<ByteAnimation> fadeAnimation;
   bool keepAwake = false;
@@ -176,6 +190,7 @@ private:
   Element selectedProvider;
   KernelHandle registryThread;
   std::shared_ptr<TypedEventListener<CMainDlg, ButtonEventArgs>> clickListener;
+  std::shared_ptr<TypedEventListener<CMainDlg, ButtonEventArgs>> dragBeginListener;
   std::shared_ptr<TypedEventListener<CMainDlg, TextBoxEventArgs>> acceptListener;
   std::shared_ptr<TypedEventListener<CMainDlg, PropertyChangeEventArgs<int>>> dockPositionListener;
   std::shared_ptr<TypedEventListener<CMainDlg, PropertyChangeEventArgs<lumenor::Visibility>>> flyoutVisibilityListener;

@@ -28,6 +28,14 @@ private:
   bool &flag;
 };
 
+void ToggleFlyout(DockButton &button) {
+  FlyoutWindow *const flyout = button.GetFlyout();
+  if (flyout == nullptr)
+    return;
+  flyout->SetBounds(button.GetFlyoutRect());
+  flyout->ToggleVisibility();
+}
+
 } // namespace
 
 void CMainDlg::OnButtonClick(ButtonEventArgs *args) {
@@ -40,14 +48,6 @@ void CMainDlg::OnButtonClick(ButtonEventArgs *args) {
   if (const auto command = FindCommand(SplitCommandLine(element.ActionParams).program))
     return RunCommand(*command);
   RunElementAction(element);
-}
-
-void CMainDlg::ToggleFlyout(DockButton &button) {
-  FlyoutWindow *const flyout = button.GetFlyout();
-  if (flyout == nullptr)
-    return;
-  flyout->SetBounds(button.GetFlyoutRect());
-  flyout->ToggleVisibility();
 }
 
 void CMainDlg::RunCommand(Command command) {

@@ -8,6 +8,7 @@
 #include "dock/BarDocuments.h"
 #include "dock/Commands.h"
 #include "dock/DockGlowButtonPainter.h"
+#include "dock/DropTarget.h"
 #include "dock/FirstRun.h"
 #include "dock/Placement.h"
 #include "dock/RegistryListener.h"
@@ -25,10 +26,7 @@ namespace lumenor {
 
 namespace {
 
-constexpr int splitterWidth = 2;      // device pixels at every density
-constexpr int systemButtonMargin = 2; // likewise
 constexpr int barButtonSize = 77;
-constexpr int systemButtonSize = 16;
 constexpr int textBoxWindowId = 111; // until the bar numbers its controls
 constexpr int maxSearchLength = 150; // characters
 
@@ -54,11 +52,28 @@ RECT TextRect() {
 
 void SetControlId(Button &button, LONG id) { ::SetWindowLongW(button.GetHandle(), GWL_ID, id); }
 
+void SetWindowIcon(HWND window) {
+  const HICON icon = ::LoadIconW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(MainIconId));
+  ::SendMessageW(window, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+}
+
+void StartTimers(HWND window) {
+  ::SetTimer(window, FadeTimer, fadeStepMs, nullptr);
+  ::SetTimer(window, StartMainApplicationTimer, startMainApplicationMs, nullptr);
+  ::SetTimer(window, TrackingTimer, trackingFlushMs, nullptr);
+}
+
+/// Posted, so that the bar stands before the user is greeted.
+void AskForWelcome(HWND window) {
+  if (CheckFirstRun())
+    ::PostMessageW(window, ShowWelcomeMessage, 0, 0);
+}
+
 } // namespace
 
 void CMainDlg::InitializeComponent() {
   LogInfo("MainDlg InitializeComponent");
-  SetWindowIcon();
+  SetWindowIcon(handle);
   CreateFlyouts();
   BeginBar();
   AddMainButtons();
@@ -72,15 +87,11 @@ void CMainDlg::InitializeComponent() {
   AddSystemButtons();
   EndBar();
   AssignControlIds();
-  StartTimers();
-  AskForWelcome();
+  AcceptDrops();
+  StartTimers(handle);
+  AskForWelcome(handle);
   StartRegistryThread();
   PlaceBar();
-}
-
-void CMainDlg::SetWindowIcon() {
-  const HICON icon = ::LoadIconW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(MainIconId));
-  ::SendMessageW(handle, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
 }
 
 void CMainDlg::CreateFlyouts() {
@@ -96,16 +107,6 @@ void CMainDlg::BeginBar() {
   rootPanel->AddChild(backPlate.get());
   rootPanel->AddChild(barPanel.get());
   barPanel->BeginUpdate();
-}
-
-void CMainDlg::AddToBar(UIElement &element, lumenor::Dock dock) {
-  barPanel->AddChild(&element);
-  barPanel->SetDock(&element, dock);
-}
-
-void CMainDlg::AddSplitter(ImageElement &splitter, lumenor::Dock dock) {
-  splitter.DesiredWidth.Set(splitterWidth);
-  AddToBar(splitter, dock);
 }
 
 void CMainDlg::AddMainButtons() {
@@ -138,6 +139,7 @@ void CMainDlg::AddUserButtons() {
       const auto button = CreateUserButton(static_cast<int>(userButtons.size()), element);
       userButtonPanel->AddChild(button.get());
       button->Click.AddListener(clickListener.get());
+      button->DragBegin.AddListener(dragBeginListener.get());
       userButtons.push_back(button);
     } catch (const CommandNotFoundException &) {
     }
@@ -191,12 +193,6 @@ void CMainDlg::AddSearchButtons() {
   searchButton->Click.AddListener(clickListener.get());
 }
 
-/// The bounds come after the window: a panel's window comes up empty and follows its element from then on.
-void CMainDlg::PlaceOnCanvas(UIElement &element, const RECT &bounds) {
-  canvas->AddChild(&element);
-  element.SetBounds(&bounds);
-}
-
 void CMainDlg::AddSystemButtons() {
   PlaceOnCanvas(*systemButtonPanel, CanvasRect(148, 2, 60, 16));
   systemButtonPanel->Orientation.Set(lumenor::Orientation::Horizontal);
@@ -208,16 +204,6 @@ void CMainDlg::AddSystemButtons() {
   dockPositionButton->Checked.changed.AddListener(dockPositionListener.get());
   closeButton = MakeCommandButton(MakeCloseElement(), MakeSystemButtonLayout());
   AddSystemButton(*closeButton);
-}
-
-void CMainDlg::AddSystemButton(Button &button) {
-  button.DesiredWidth.Set(ScaleX(systemButtonSize));
-  button.DesiredHeight.Set(ScaleY(systemButtonSize));
-  if (&button != resetButton.get()) {
-    button.HorizontalAlignment.Set(lumenor::HorizontalAlignment::Right);
-    button.Margin.Set({.left = systemButtonMargin});
-  }
-  systemButtonPanel->AddChild(&button);
 }
 
 /// Checked stands for a bar at the top, and its picture offers the bottom.
@@ -246,12 +232,6 @@ std::shared_ptr<DockButton> CMainDlg::MakeCommandButton(const Element &element, 
   return button;
 }
 
-void CMainDlg::EndBar() {
-  systemButtonPanel->EndUpdate();
-  barPanel->EndUpdate();
-  rootPanel->EndUpdate();
-}
-
 /// Only the ids of the user buttons are ever looked at. Those of the command buttons count on from the number of user
 /// buttons, and so may meet a fixed button's.
 void CMainDlg::AssignControlIds() {
@@ -268,16 +248,9 @@ void CMainDlg::AssignControlIds() {
     SetControlId(*button, id++);
 }
 
-void CMainDlg::StartTimers() {
-  ::SetTimer(handle, FadeTimer, fadeStepMs, nullptr);
-  ::SetTimer(handle, StartMainApplicationTimer, startMainApplicationMs, nullptr);
-  ::SetTimer(handle, TrackingTimer, trackingFlushMs, nullptr);
-}
-
-/// Posted, so that the bar stands before the user is greeted.
-void CMainDlg::AskForWelcome() {
-  if (CheckFirstRun())
-    ::PostMessageW(handle, ShowWelcomeMessage, 0, 0);
+void CMainDlg::AcceptDrops() {
+  dropTarget = MakeOleObject<CDropTarget>(handle);
+  ThrowIfFailed(::RegisterDragDrop(handle, dropTarget.Get()));
 }
 
 void CMainDlg::StartRegistryThread() {

@@ -48,11 +48,6 @@ void CMainDlg::Fade(float from, float to) {
   fadeAnimation->Start();
 }
 
-void CMainDlg::ShowFadingButtons(lumenor::Visibility visibility) {
-  resetButton->Visibility.Set(visibility);
-  dockPositionButton->Visibility.Set(visibility);
-}
-
 void CMainDlg::OnRefresh(UINT message) {
   if (message == RefreshForYouMessage)
     RefreshForYou();

@@ -62,6 +62,8 @@ void CMainDlg::AddButton(const Element &element, std::size_t position) {
   userButtonPanel->InsertChild(button.get(), position);
   ::SetWindowLongW(button->GetHandle(), GWL_ID, FirstUserButtonId + static_cast<LONG>(freeId - buttonIdInUse.begin()));
   button->Click.AddListener(clickListener.get());
+  button->DragBegin.AddListener(dragBeginListener.get());
+  HideIndicator();
 }
 
 std::size_t CMainDlg::IndexOfUserButton(HWND buttonWindow) const {

@@ -110,6 +110,7 @@ const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
     {SetSearchProviderMessage, L"OnSetSearchProvider", &CMainDlg::HandleSetSearchProvider},
     {RemoveButtonMessage, L"OnRemoveButton", &CMainDlg::HandleRemoveButton},
     {ResetDockMessage, L"OnResetDock", &CMainDlg::Handle<&CMainDlg::OnResetDock>},
+    {ShowWelcomeMessage, L"OnShowWelcome", &CMainDlg::Handle<&CMainDlg::OnShowWelcome>},
     {WM_TIMER, L"OnTimer", &CMainDlg::HandleTimer},
     {DockAtTopMessage, L"OnDockAtTop", &CMainDlg::Handle<&CMainDlg::OnDockAtTop>},
     {DockAtBottomMessage, L"OnDockAtBottom", &CMainDlg::Handle<&CMainDlg::OnDockAtBottom>},

@@ -1,8 +1,7 @@
 #pragma once
 // The dock: the window of the bar, which owns the bar's element tree and its buttons and is where all messages of the
 // application meet. The entry function builds one for every cycle and destroys it at the cycle's end. MainDlg.cpp has
-// its life and its messages; the files with longer names have its parts: the composition of the bar, the user's row of
-// buttons, drag and drop, the commands, and what changes by itself. User-interface thread.
+// its life and its messages, the files with longer names its parts. User-interface thread.
 
 #include <array>
 #include <cstddef>
@@ -104,6 +103,7 @@ private:
   void OnRemoveButton(HWND buttonWindow);
   void OnResetDock();
   void OnTimer(UINT_PTR timer);
+  void OnShowWelcome();
   void OnDockAtTop();
   void OnDockAtBottom();
   void OnEndSession();

@@ -1,20 +1,26 @@
-// What a click on the bar does. Every button reports here, whatever its origin; its element decides.
+// What a click on the bar does, and the dialogs of the dock. Every button reports here, whatever its origin; its
+// element decides.
 
 #include "dock/MainDlg.h"
 
 #include "content/ElementAction.h"
 #include "dock/Commands.h"
+#include "dock/FirstRun.h"
 #include "dock/FlyoutWindow.h"
 #include "dock/Placement.h"
 #include "dock/ResetConfirmationDialog.h"
 #include "dock/Search.h"
+#include "dock/WelcomeScreenDialog.h"
 #include "system/Launch.h"
 #include "system/WindowException.h"
+#include "toolkit/Scale.h"
 #include "toolkit/TextBox.h"
 
 namespace lumenor {
 
 namespace {
+
+constexpr int welcomeTop = 77; // right below a bar at the top
 
 /// Raises a flag for as long as it lives.
 class RaisedFlag {
@@ -105,6 +111,17 @@ void CMainDlg::ConfirmReset() {
   const RaisedFlag awake(keepAwake);
   dialog.Visibility.Set(lumenor::Visibility::Visible);
   dialog.DoModal(::GetActiveWindow());
+  RethrowWindowException();
+}
+
+/// The first start is noted once more, whatever came of the note that was made ahead of it.
+void CMainDlg::OnShowWelcome() {
+  WelcomeScreenDialog dialog({dockRect.left, ScaleY(welcomeTop), dockRect.right, 0});
+  {
+    const RaisedFlag awake(keepAwake);
+    dialog.DoModal(::GetActiveWindow());
+  }
+  ClearFirstRun();
   RethrowWindowException();
 }
 

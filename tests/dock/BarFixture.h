@@ -85,6 +85,7 @@ std::optional<int> TakeQuitCode();
 
 class BarFixture : public ::testing::Test {
 protected:
+  /// The registry says that the welcome screen has been shown.
   BarFixture();
   ~BarFixture() override;
 

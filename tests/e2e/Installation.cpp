@@ -11,6 +11,8 @@ namespace lumenor::e2e {
 namespace {
 
 constexpr wchar_t dockKey[] = L"SOFTWARE\\Tarnwick\\Lumenor";
+constexpr wchar_t startupKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+constexpr wchar_t startupValue[] = L"LumenorDock";
 constexpr wchar_t englishTexts[] = L"\\BaseContent\\LangRes\\LangRes_VRA\\en_xx";
 constexpr wchar_t recordVariable[] = L"LUMENOR_RECORD";
 
@@ -100,7 +102,18 @@ void MakeRegistryKeys() {
   ::RegCreateKeyExW(HKEY_CURRENT_USER, dockKey, 0, nullptr, 0, KEY_READ, nullptr, key.Put(), nullptr);
 }
 
-void RemoveRegistryKeys() { ::RegDeleteTreeW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick"); }
+void RemoveRegistryKeys() {
+  ::RegDeleteTreeW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick");
+  ::RegDeleteKeyValueW(HKEY_CURRENT_USER, startupKey, startupValue);
+}
+
+std::optional<std::wstring> TextValue(const wchar_t *key, const wchar_t *name) {
+  wchar_t text[256] = {};
+  DWORD bytes = sizeof(text) - sizeof(wchar_t);
+  if (::RegGetValueW(HKEY_CURRENT_USER, key, name, RRF_RT_REG_SZ, nullptr, text, &bytes) != ERROR_SUCCESS)
+    return std::nullopt;
+  return text;
+}
 
 } // namespace
 
@@ -112,6 +125,7 @@ Installation::Installation()
     RemoveTree(folder);
   RemoveRegistryKeys();
   MakeRegistryKeys();
+  SetDockValue(L"ShowWelcomePage", L"0");
   MakeFolders(programFolder + L"\\Dock");
   MakeFolders(LogFolder());
   CopyInto(Variable(L"LUMENOR_DOCK_EXE"), DockExe());
@@ -177,6 +191,11 @@ std::wstring Installation::WriteAside(const std::wstring &fileName, const std::s
   const std::wstring path = programFolder + L"\\" + fileName;
   WriteBytes(path, bytes);
   return path;
+}
+
+void Installation::InstallTour() const {
+  MakeFolders(programFolder + L"\\LumenorVideo");
+  CopyInto(Recorder(), programFolder + L"\\LumenorVideo\\doc.exe");
 }
 
 void Installation::WriteUsualStubs() const {
@@ -252,17 +271,17 @@ int CountOf(const std::string &text, const std::string &needle) {
   return count;
 }
 
-std::optional<std::wstring> DockValue(const std::wstring &name) {
-  wchar_t text[256] = {};
-  DWORD bytes = sizeof(text) - sizeof(wchar_t);
-  if (::RegGetValueW(HKEY_CURRENT_USER, dockKey, name.c_str(), RRF_RT_REG_SZ, nullptr, text, &bytes) != ERROR_SUCCESS)
-    return std::nullopt;
-  return text;
-}
+std::optional<std::wstring> DockValue(const std::wstring &name) { return TextValue(dockKey, name.c_str()); }
 
 void SetDockValue(const std::wstring &name, const std::wstring &text) {
   const auto bytes = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
   ASSERT_EQ(ERROR_SUCCESS, ::RegSetKeyValueW(HKEY_CURRENT_USER, dockKey, name.c_str(), REG_SZ, text.c_str(), bytes));
 }
+
+void RemoveDockValue(const std::wstring &name) {
+  ASSERT_EQ(ERROR_SUCCESS, ::RegDeleteKeyValueW(HKEY_CURRENT_USER, dockKey, name.c_str()));
+}
+
+std::optional<std::wstring> StartupValue() { return TextValue(startupKey, startupValue); }
 
 } // namespace lumenor::e2e

@@ -29,7 +29,8 @@ constexpr wchar_t userDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.Us
 class Installation {
 public:
   /// Clears what an earlier test left and installs the program, its pictures and English texts, a recorder as
-  /// the main application and the dock's own registry keys. No stub, no document.
+  /// the main application and the dock's own registry keys. No stub, no document. The welcome screen counts as shown:
+  /// it is modal, and would stand in the way of every other test.
   Installation();
   ~Installation();
   Installation(const Installation &) = delete;
@@ -73,6 +74,9 @@ public:
   /// Writes a file of the machine that isn't in the dock's folders, and returns its path.
   std::wstring WriteAside(const std::wstring &fileName, const std::string &bytes) const;
 
+  /// Puts a recorder where the program of the video tour is.
+  void InstallTour() const;
+
   /// Three fixed buttons that start the recorder and two of the user's, as stubs in "xx_xx".
   void WriteUsualStubs() const;
 
@@ -102,5 +106,9 @@ int CountOf(const std::string &text, const std::string &needle);
 /// The dock's registry values, REG_SZ below HKEY_CURRENT_USER "SOFTWARE\Tarnwick\Lumenor".
 std::optional<std::wstring> DockValue(const std::wstring &name);
 void SetDockValue(const std::wstring &name, const std::wstring &text);
+void RemoveDockValue(const std::wstring &name);
+
+/// The command that the platform runs when the user's session starts; nothing when the dock isn't among them.
+std::optional<std::wstring> StartupValue();
 
 } // namespace lumenor::e2e

@@ -110,39 +110,5 @@ TEST(Start, TheBarIsCentredAtTheTopAndNineHundredWideOnAScreenOf1280) {
   SaveShot("start");
 }
 
-/// Starts the dock and closes it again.
-void RunOnce(const Installation &installation) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  Click(dock.CloseButton());
-  ASSERT_EQ(0u, dock.WaitForExit());
-}
-
-TEST(FirstStart, IsRememberedAndLeavesTheNoteAloneLater) {
-  const Installation installation;
-  ASSERT_EQ(std::nullopt, DockValue(L"ShowWelcomePage"));
-  RunOnce(installation);
-  EXPECT_EQ(L"0", DockValue(L"ShowWelcomePage"));
-  RunOnce(installation);
-  EXPECT_EQ(L"0", DockValue(L"ShowWelcomePage"));
-}
-
-TEST(FirstStart, IsHadOnceMoreForAValueOfOneAndNotForAnyOther) {
-  const Installation installation;
-  SetDockValue(L"ShowWelcomePage", L"1");
-  RunOnce(installation);
-  EXPECT_EQ(L"0", DockValue(L"ShowWelcomePage"));
-  SetDockValue(L"ShowWelcomePage", L"yes");
-  RunOnce(installation);
-  EXPECT_EQ(L"yes", DockValue(L"ShowWelcomePage"));
-}
-
-TEST(FirstStart, IsNotNotedWhereTheKeyIsMissing) {
-  const Installation installation;
-  ASSERT_EQ(ERROR_SUCCESS, ::RegDeleteTreeW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick"));
-  RunOnce(installation);
-  EXPECT_EQ(std::nullopt, DockValue(L"ShowWelcomePage"));
-}
-
 } // namespace
 } // namespace lumenor::e2e

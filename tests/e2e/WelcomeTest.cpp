@@ -1,0 +1,160 @@
+// The welcome screen: who gets to see it, and what closing it leaves behind.
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "e2e/DockProcess.h"
+#include "e2e/Input.h"
+#include "e2e/Screen.h"
+
+namespace lumenor::e2e {
+namespace {
+
+constexpr wchar_t welcomeValue[] = L"ShowWelcomePage";
+
+class Welcome : public ::testing::Test {
+protected:
+  Welcome() {
+    RemoveDockValue(welcomeValue);
+    installation.WriteUsualStubs();
+  }
+
+  /// The places of the buttons on the dialog, in the order on the screen from top to bottom and then left to right.
+  static std::vector<RECT> ButtonsOf(HWND dialog) {
+    std::vector<RECT> buttons;
+    ::EnumChildWindows(
+        dialog,
+        [](HWND window, LPARAM parameter) -> BOOL {
+          if ((::SendMessageW(window, WM_GETDLGCODE, 0, 0) & DLGC_BUTTON) != 0)
+            reinterpret_cast<std::vector<RECT> *>(parameter)->push_back(RectOf(window));
+          return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&buttons));
+    std::sort(buttons.begin(), buttons.end(), [](const RECT &a, const RECT &b) { return a.top < b.top; });
+    return buttons; // the tour's, the box for updates, the close button, the box for the start
+  }
+
+  static POINT CloseButton(HWND dialog) { return Center(ButtonsOf(dialog).at(2)); }
+
+  /// Where a check box has its box.
+  static POINT BoxOf(const RECT &checkBox) { return {checkBox.left + 8, (checkBox.top + checkBox.bottom) / 2}; }
+  static POINT UpdateCheckBox(HWND dialog) { return BoxOf(ButtonsOf(dialog).at(1)); }
+  static POINT StartupCheckBox(HWND dialog) { return BoxOf(ButtonsOf(dialog).at(3)); }
+
+  /// Starts the dock and closes it again, which only goes when no dialog stands in the way.
+  void RunOnce() {
+    DockProcess dock(installation);
+    ASSERT_NE(nullptr, dock.WaitForBar());
+    EXPECT_TRUE(HoldsFor([&] { return dock.Popups().empty(); }, std::chrono::milliseconds(500)));
+    Click(dock.CloseButton());
+    ASSERT_EQ(0u, dock.WaitForExit());
+  }
+
+  /// Starts the dock, closes the screen that greets, and closes the dock.
+  void RunGreeted() {
+    DockProcess dock(installation);
+    ASSERT_NE(nullptr, dock.WaitForBar());
+    const HWND dialog = dock.WaitForPopup();
+    ASSERT_NE(nullptr, dialog);
+    Click(CloseButton(dialog));
+    ASSERT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+    Click(dock.CloseButton());
+    ASSERT_EQ(0u, dock.WaitForExit());
+  }
+
+  const Installation installation;
+};
+
+TEST_F(Welcome, GreetsAtTheFirstStartOnly) {
+  RunGreeted();
+  EXPECT_EQ(L"0", DockValue(welcomeValue));
+  RunOnce();
+  EXPECT_EQ(L"0", DockValue(welcomeValue));
+}
+
+TEST_F(Welcome, GreetsOnceMoreForAValueOfOneAndNotForAnyOther) {
+  SetDockValue(welcomeValue, L"1");
+  RunGreeted();
+  EXPECT_EQ(L"0", DockValue(welcomeValue));
+  SetDockValue(welcomeValue, L"yes");
+  RunOnce();
+  EXPECT_EQ(L"yes", DockValue(welcomeValue));
+}
+
+TEST_F(Welcome, GreetsNobodyWhereTheKeyIsMissing) {
+  ASSERT_EQ(ERROR_SUCCESS, ::RegDeleteTreeW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick"));
+  RunOnce();
+  EXPECT_EQ(std::nullopt, DockValue(welcomeValue));
+}
+
+TEST_F(Welcome, IsNotedAsShownWhileItStands) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  ASSERT_NE(nullptr, dock.WaitForPopup());
+  EXPECT_EQ(L"0", DockValue(welcomeValue));
+}
+
+TEST_F(Welcome, StandsBelowTheBarAtItsMiddleAndHoldsItBack) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const HWND dialog = dock.WaitForPopup();
+  ASSERT_NE(nullptr, dialog);
+  const RECT place = RectOf(dialog), expected = {260, 77, 1020, 527};
+  EXPECT_TRUE(::EqualRect(&expected, &place));
+  SaveShot("welcome");
+
+  Click(dock.CloseButton());
+
+  EXPECT_TRUE(HoldsFor([&] { return dock.IsRunning() && ::IsWindow(dialog); }, std::chrono::milliseconds(500)));
+}
+
+TEST_F(Welcome, ClosingItAsItComesStoresBothSettings) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const HWND dialog = dock.WaitForPopup();
+  ASSERT_NE(nullptr, dialog);
+  EXPECT_EQ(std::nullopt, StartupValue());
+  EXPECT_EQ(std::nullopt, DockValue(L"AllowToUpdate"));
+
+  Click(CloseButton(dialog));
+
+  ASSERT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+  EXPECT_EQ(installation.DockExe(), StartupValue());
+  EXPECT_EQ(L"true", DockValue(L"AllowToUpdate")); // the prefix is in the United States
+}
+
+TEST_F(Welcome, ClosingItWithBothBoxesClearedStoresThat) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const HWND dialog = dock.WaitForPopup();
+  ASSERT_NE(nullptr, dialog);
+  Click(UpdateCheckBox(dialog));
+  Click(StartupCheckBox(dialog));
+
+  Click(CloseButton(dialog));
+
+  ASSERT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+  EXPECT_EQ(std::nullopt, StartupValue());
+  EXPECT_EQ(L"false", DockValue(L"AllowToUpdate"));
+}
+
+TEST_F(Welcome, OpensTheTourAndStays) {
+  installation.InstallTour();
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const HWND dialog = dock.WaitForPopup();
+  ASSERT_NE(nullptr, dialog);
+
+  Click(Center(ButtonsOf(dialog).at(0)));
+
+  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
+  const std::wstring line = installation.RecordedCommandLines()[0];
+  EXPECT_NE(std::wstring::npos, line.find(L"\\LumenorVideo\\doc.exe"));
+  EXPECT_TRUE(line.ends_with(L" en_us")) << std::string(line.begin(), line.end());
+  EXPECT_TRUE(::IsWindow(dialog));
+  EXPECT_EQ(std::nullopt, StartupValue());
+}
+
+} // namespace
+} // namespace lumenor::e2e

@@ -2,7 +2,6 @@
 
 #include <psapi.h>
 
-#include "e2e/ProcessFigures.h"
 #include "system/HResultError.h"
 
 namespace lumenor::bench {
@@ -27,7 +26,5 @@ double Started::PeakPrivateMegabytes() const {
   ThrowIfFalse(::GetProcessMemoryInfo(process.Get(), &counters, sizeof(counters)));
   return static_cast<double>(counters.PeakPagefileUsage) / (1024 * 1024);
 }
-
-double Started::ProcessorMilliseconds() const { return e2e::ProcessorMilliseconds(process.Get()); }
 
 } // namespace lumenor::bench

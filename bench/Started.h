@@ -22,9 +22,6 @@ public:
   /// The most memory that the process had for itself so far, in MB.
   double PeakPrivateMegabytes() const;
 
-  /// What the process has used of the processors so far.
-  double ProcessorMilliseconds() const;
-
 private:
   KernelHandle process;
 };

@@ -43,10 +43,6 @@ std::vector<std::byte> ReadHandleTable() {
   return bytes;
 }
 
-double Milliseconds(const FILETIME &time) {
-  return static_cast<double>((static_cast<ULONGLONG>(time.dwHighDateTime) << 32U) | time.dwLowDateTime) / 1e4;
-}
-
 } // namespace
 
 int ThreadCount(DWORD processId) {
@@ -74,13 +70,6 @@ double PrivateMegabytes(DWORD processId) {
   if (!process || !::K32GetProcessMemoryInfo(process.Get(), &counters, sizeof(counters)))
     return 0;
   return static_cast<double>(counters.PagefileUsage) / (1024 * 1024);
-}
-
-double ProcessorMilliseconds(HANDLE process) {
-  FILETIME created = {}, ended = {}, kernel = {}, user = {};
-  if (!::GetProcessTimes(process, &created, &ended, &kernel, &user))
-    return 0;
-  return Milliseconds(kernel) + Milliseconds(user);
 }
 
 } // namespace lumenor::e2e

@@ -14,7 +14,4 @@ int HandleCount(DWORD processId);
 /// The memory that the process has for itself now, in MB; 0 when it can't be asked.
 double PrivateMegabytes(DWORD processId);
 
-/// What the process has used of the processors so far, in milliseconds.
-double ProcessorMilliseconds(HANDLE process);
-
 } // namespace lumenor::e2e

@@ -2,6 +2,7 @@
 // What the objects of drag and drop are made of: counting, their one interface, and the wall that no exception of ours
 // passes on its way out to the platform. User-interface thread.
 
+#include <cstring>
 #include <utility>
 
 #include <wrl/client.h>
@@ -14,6 +15,12 @@ namespace lumenor {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor" // the platform's interfaces have none
 
+/// Whether an object with the one interface `known` answers to `id`. The platform's remote calls hand in identifiers
+/// that lie at odd places, so they are compared as bytes.
+[[gnu::no_sanitize("alignment")]] inline bool IsInterface(REFIID id, REFIID known) noexcept {
+  return std::memcmp(&id, &IID_IUnknown, sizeof(IID)) == 0 || std::memcmp(&id, &known, sizeof(IID)) == 0;
+}
+
 /// An object with the one interface `Interface`. It is made with one reference, which whoever makes it owns, and
 /// deleted with its last.
 template <typename Interface> class OleObject : public Interface {
@@ -22,10 +29,11 @@ public:
   OleObject(const OleObject &) = delete;
   OleObject &operator=(const OleObject &) = delete;
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) noexcept override {
+  [[gnu::no_sanitize("alignment")]] HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id,
+                                                                             void **object) noexcept override {
     if (object == nullptr)
       return E_POINTER;
-    const bool isKnown = ::IsEqualIID(id, __uuidof(IUnknown)) || ::IsEqualIID(id, __uuidof(Interface));
+    const bool isKnown = IsInterface(id, __uuidof(Interface));
     *object = isKnown ? static_cast<Interface *>(this) : nullptr;
     if (!isKnown)
       return E_NOINTERFACE;

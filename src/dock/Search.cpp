@@ -10,12 +10,8 @@
 
 namespace lumenor {
 
-namespace {
-
-constexpr CLSID helpPaneClass = {0x8cec58e7, 0x07a1, 0x11d9, {0xb1, 0x5e, 0x00, 0x0d, 0x56, 0xbf, 0xe6, 0xee}};
-constexpr IID helpPaneInterface = {0x8cec5884, 0x07a1, 0x11d9, {0xb1, 0x5e, 0x00, 0x0d, 0x56, 0xbf, 0xe6, 0xee}};
-
-/// The platform's help pane, as far as the operation that searches; no header declares it.
+/// The platform's help pane, as far as the operation that searches; no header declares it. Not in the
+/// unnamed namespace: the compiler would see there that nothing implements it, and take its calls for unreachable.
 struct IHelpPane {
   virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void **object) = 0;
   virtual ULONG STDMETHODCALLTYPE AddRef() = 0;
@@ -27,6 +23,11 @@ struct IHelpPane {
 protected:
   ~IHelpPane() = default;
 };
+
+namespace {
+
+constexpr CLSID helpPaneClass = {0x8cec58e7, 0x07a1, 0x11d9, {0xb1, 0x5e, 0x00, 0x0d, 0x56, 0xbf, 0xe6, 0xee}};
+constexpr IID helpPaneInterface = {0x8cec5884, 0x07a1, 0x11d9, {0xb1, 0x5e, 0x00, 0x0d, 0x56, 0xbf, 0xe6, 0xee}};
 
 constexpr std::size_t maxEncodedLength = 2047;
 

@@ -182,7 +182,12 @@ void ScrollViewer::Slide(long distance) {
 
 void ScrollViewer::OnChildDesiredWidthChanged(PropertyChangeEventArgs<long> *) { Layout(); }
 
-void ScrollViewer::OnChildLeftChanged(PropertyChangeEventArgs<long> *) { UpdateButtons(); }
+/// Asks for the repaint itself: a short last step uncovers nothing but what an arrow lies over, and the platform then
+/// has no window to paint.
+void ScrollViewer::OnChildLeftChanged(PropertyChangeEventArgs<long> *) {
+  UpdateButtons();
+  Invalidate();
+}
 
 void ScrollViewer::OnChildVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *) { UpdateButtons(); }
 

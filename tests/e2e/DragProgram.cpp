@@ -1,0 +1,66 @@
+#include "e2e/DragProgram.h"
+
+#include "e2e/DockProcess.h"
+#include "e2e/Screen.h"
+
+namespace lumenor::e2e {
+namespace {
+
+constexpr wchar_t windowClass[] = L"LumenorDragSource";
+constexpr wchar_t place[] = L"500 600 ";
+
+/// It lies beside the program of the tests.
+std::wstring ProgramPath() {
+  wchar_t path[MAX_PATH] = {};
+  ::GetModuleFileNameW(nullptr, path, MAX_PATH);
+  const std::wstring tests = path;
+  return tests.substr(0, tests.rfind(L'\\') + 1) + L"drag_source.exe";
+}
+
+std::wstring Arguments(const std::vector<std::wstring> &paths) {
+  if (paths.empty())
+    return L"text";
+  std::wstring arguments = L"files";
+  for (const std::wstring &path : paths)
+    arguments += L" \"" + path + L"\"";
+  return arguments;
+}
+
+std::wstring TitleOf(HWND window) {
+  wchar_t title[80] = {};
+  ::GetWindowTextW(window, title, 80);
+  return title;
+}
+
+} // namespace
+
+DragProgram::DragProgram(const std::vector<std::wstring> &paths) {
+  std::wstring commandLine = L"\"" + ProgramPath() + L"\" " + place + Arguments(paths);
+  STARTUPINFOW start = {};
+  start.cb = sizeof(start);
+  PROCESS_INFORMATION started = {};
+  if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started))
+    return;
+  process.Reset(started.hProcess);
+  const KernelHandle thread(started.hThread);
+  WaitFor([&] { return (window = ::FindWindowW(windowClass, nullptr)) != nullptr && ::IsWindowVisible(window); });
+  CaptureSettled(RectOf(window));
+}
+
+POINT DragProgram::Grip() const { return Center(RectOf(window)); }
+
+std::wstring DragProgram::WaitForResult() const {
+  WaitFor([&] { return TitleOf(window) != L"ready"; });
+  return TitleOf(window);
+}
+
+void DragProgram::Kill() {
+  if (!process)
+    return;
+  ::TerminateProcess(process.Get(), 1);
+  ::WaitForSingleObject(process.Get(), 5000);
+  WaitFor([&] { return !::IsWindow(window); });
+  process.Reset();
+}
+
+} // namespace lumenor::e2e

@@ -602,6 +602,13 @@ void ByHand(const std::function<void()> &steps) {
   desk::PumpAll();
 }
 
+/// The platform's loop of a drag takes the place of whatever message comes for the cursor's, and one that has waited
+/// tells an old place: so the hand isn't still before it lets go.
+void Tremble(POINT place) {
+  for (int i = 1; i < 5; ++i)
+    MoveHand({place.x + i % 2, place.y});
+}
+
 /// Presses at `from`, moves through `places` and lets go.
 void DragByHand(POINT from, const std::vector<POINT> &places) {
   ByHand([&] {
@@ -610,6 +617,7 @@ void DragByHand(POINT from, const std::vector<POINT> &places) {
     MoveHand({from.x + 6, from.y});
     for (const POINT place : places)
       MoveHand(place);
+    Tremble(places.back());
     SendMouse(MOUSEEVENTF_LEFTUP);
   });
 }

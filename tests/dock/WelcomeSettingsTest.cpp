@@ -25,11 +25,14 @@ protected:
     registry.Create();
   }
 
-  /// The bytes of a value as they lie in the registry.
-  static std::wstring StoredText(const wchar_t *key, const wchar_t *name, DWORD expectedBytes) {
+  /// The text of a value that has this many bytes in the registry.
+  static std::wstring StoredText(const wchar_t *path, const wchar_t *name, DWORD expectedBytes) {
+    RegistryKey key;
+    ::RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_READ, key.Put());
     wchar_t data[512] = {};
     DWORD type = REG_NONE, bytes = sizeof data;
-    EXPECT_EQ(ERROR_SUCCESS, ::RegGetValueW(HKEY_CURRENT_USER, key, name, RRF_RT_REG_SZ, &type, data, &bytes));
+    ::RegQueryValueExW(key.Get(), name, nullptr, &type, reinterpret_cast<BYTE *>(data), &bytes);
+    EXPECT_EQ(static_cast<DWORD>(REG_SZ), type);
     EXPECT_EQ(expectedBytes, bytes);
     return data;
   }

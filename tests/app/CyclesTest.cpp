@@ -46,6 +46,7 @@ protected:
     OpenDockEventLog();
     registry.Delete();
     registry.Create();
+    registry.SetText(L"ShowWelcomePage", L"0"); // or each bar would greet its user
     mainApplicationStarted = true;
   }
   ~CyclesTest() override {

@@ -28,6 +28,21 @@ ButtonLayout MakeArrowLayout() {
   return layout;
 }
 
+/// Two quick clicks on one spot are two steps, though the platform takes them for a double click. Other buttons leave
+/// them at one, so that nobody starts a program twice.
+class ArrowButton : public Button {
+public:
+  using Button::Button;
+
+  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
+                            DWORD mapId) override {
+    if (message != WM_LBUTTONDBLCLK)
+      return Button::ProcessWindowMessage(window, message, wParam, lParam, result, mapId);
+    result = ::SendMessageW(window, WM_LBUTTONDOWN, wParam, lParam);
+    return TRUE;
+  }
+};
+
 /// The window shows nothing of its own and lies over those of the strip, which are to be painted before it.
 void LetStripShowThrough(HWND button) {
   ::SetWindowLongW(button, GWL_EXSTYLE, ::GetWindowLongW(button, GWL_EXSTYLE) | WS_EX_TRANSPARENT);
@@ -86,7 +101,7 @@ void ScrollViewer::OnAttached() {
 /// would only cover it.
 std::shared_ptr<Button> ScrollViewer::MakeArrowButton(const wchar_t *imagePath,
                                                       EventListener<ButtonEventArgs> *clickListener) {
-  auto button = std::make_shared<Button>(
+  auto button = std::make_shared<ArrowButton>(
       std::make_shared<GlowButtonPainter>(renderTarget, 0, L"", imagePath, MakeArrowLayout(), L""));
   button->Name.Set(L"Scroll");
   button->Visibility.Set(lumenor::Visibility::Collapsed);

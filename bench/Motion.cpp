@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "dock/DockMessages.h"
 #include "dock/MainDlg.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
@@ -186,6 +187,30 @@ void BenchSlide(Bar &bar, const FrameRecord &record) {
   ReportRate("different pictures a second of the slide", rates);
 }
 
+/// A file that is dragged along the whole row: what the drop target tells the bar at each move of the mouse.
+void BenchDrag(Bar &bar, const FrameRecord &record) {
+  const HWND dock = bar.Dock().GetHandle();
+  const auto tell = [&](UINT code, POINT place) {
+    NMHDR header = {dock, static_cast<UINT_PTR>(MAKELONG(place.x, place.y)), code};
+    ::SendMessageW(dock, WM_NOTIFY, reinterpret_cast<WPARAM>(dock), reinterpret_cast<LPARAM>(&header));
+  };
+  constexpr int moves = 200, rowWidth = 500;
+  int move = 0;
+  record.Clear();
+  const Pair drag = MedianOfTurns(
+      moves,
+      [&] {
+        const POINT place = bar.Place(204 + 20 + move++ * rowWidth / moves, 40);
+        return Microseconds([&] { tell(DragOverNotification, place); });
+      },
+      [&] { return Microseconds([&] { bar.Dock().Render(); }); });
+  const double repaints = static_cast<double>(record.Frames().size()) - moves; // without the plain ones
+  tell(DragLeaveNotification, farAway);
+  ReportAtMost("repaints a mouse move of a drag over 30 buttons", repaints / moves, "", 1);
+  ReportAtMost("one repaint of a drag / a plain one", drag.subject / drag.floor, "x", 1.2);
+  Note(Format("drag %.2f ms, plain %.2f ms", drag.subject / 1000, drag.floor / 1000));
+}
+
 void BenchTyping(Bar &bar, const FrameRecord &record) {
   bar.ClickAt(bar.Place(144, 43));
   const HWND field = ::GetFocus();
@@ -313,6 +338,7 @@ void BenchMotion(const e2e::Installation &installation) {
   const FrameRecord record(bar.Row());
   BenchFade(bar, record);
   BenchSlide(bar, record);
+  BenchDrag(bar, record);
   BenchTyping(bar, record);
   BenchWakeUps(bar);
 }

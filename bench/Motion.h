@@ -1,5 +1,5 @@
 #pragma once
-// The benchmarks of what moves: the fade, the slide of the row, typing, and what a bar at rest costs.
+// The benchmarks of what moves: the fade, the slide of the row, a drag over it, typing, and what a bar at rest costs.
 
 #include <string>
 

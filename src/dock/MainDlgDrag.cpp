@@ -143,8 +143,12 @@ void CMainDlg::RemoveVanishedButton(HWND buttonWindow) {
   Repaint();
 }
 
-/// Dropped off the row the button is gone; after anything else, a failure too, it is there.
+/// Dropped off the row the button is gone; after anything else, a failure too, it is there. The mouse message that the
+/// drag began in is still to reach the button, which would then glow wherever the cursor has gone: so the leaving,
+/// which the drag has swallowed, is told behind it.
 void CMainDlg::FinishButtonDrag(HRESULT dragResult) {
+  if (draggedButton != nullptr)
+    ::PostMessageW(draggedButton, WM_MOUSELEAVE, 0, 0);
   if (dragResult == DRAGDROP_S_DROP && dragOutside)
     RemoveButton(draggedButton);
   else

@@ -94,6 +94,13 @@ TEST_F(ButtonDrag, MovesTheButton) {
   EXPECT_TRUE(shell.Launches().empty()) << "a drag is no click";
 }
 
+TEST_F(ButtonDrag, LeavesNoGlowOnAButtonThatTheCursorIsNotOver) {
+  StartWith(4);
+  DragByHand(FirstHalf(0), {FirstHalf(2), FirstHalf(3)});
+  ASSERT_EQ((Texts{L"Head 1", L"Head 2", L"Head 0", L"Head 3"}), Heads());
+  EXPECT_EQ(0, dock->GetUserButtons().at(2)->IsMouseOver.Get());
+}
+
 TEST_F(ButtonDrag, HidesTheButtonAndShowsTheMarkerMeanwhile) {
   StartWith(4);
   std::atomic<bool> wasHidden = false;

@@ -408,10 +408,10 @@ TEST_F(ScrollViewerOnScreen, PaintsTheStripShiftedAndClippedToTheRoom) {
   EXPECT_TRUE(Shows(60, 25, 0x0000FF));
   EXPECT_TRUE(Shows(69, 25, 0x0000FF));
   EXPECT_TRUE(Shows(70, 25, 0xFFFF00));
-  EXPECT_EQ(PixelAt(19, 25), 0x303030U) << "left of the room";
-  EXPECT_EQ(PixelAt(120, 25), 0x303030U) << "right of the room";
-  EXPECT_EQ(PixelAt(70, 4), 0x303030U);
-  EXPECT_EQ(PixelAt(70, 45), 0x303030U);
+  EXPECT_TRUE(Shows(19, 25, 0x303030)) << "left of the room";
+  EXPECT_TRUE(Shows(120, 25, 0x303030)) << "right of the room";
+  EXPECT_TRUE(Shows(70, 4, 0x303030));
+  EXPECT_TRUE(Shows(70, 45, 0x303030));
 }
 
 TEST_F(ScrollViewerOnScreen, PaintsTheArrowsAboveTheStrip) {

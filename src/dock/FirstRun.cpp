@@ -18,11 +18,7 @@ RegistryKey OpenDockKey() {
   return key;
 }
 
-void WriteShown(HKEY key) {
-  const std::wstring shown = L"0";
-  const auto bytes = static_cast<DWORD>(2 * shown.size() + 2);
-  ::RegSetValueExW(key, welcomeValue, 0, REG_SZ, reinterpret_cast<const BYTE *>(shown.c_str()), bytes);
-}
+void WriteShown(HKEY key) { WriteRegistryString(key, welcomeValue, L"0"); }
 
 /// Whether the value asks for the welcome screen: by being "1", by being no text, or by being missing. A text that
 /// can't be read well doesn't.

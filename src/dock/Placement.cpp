@@ -157,9 +157,7 @@ void SetDockPosition(const std::wstring &text) {
     LogError("SetDockPosition: Failed to open the dockposition in the registry");
     return;
   }
-  const DWORD bytes = static_cast<DWORD>(2 * text.size() + 2);
-  if (::RegSetValueExW(key.Get(), dockPositionValue, 0, REG_SZ, reinterpret_cast<const BYTE *>(text.c_str()), bytes) !=
-      ERROR_SUCCESS)
+  if (WriteRegistryString(key.Get(), dockPositionValue, text) != ERROR_SUCCESS)
     LogError("Failed to set the dockposition in the registry");
 }
 

@@ -3,6 +3,7 @@
 #include "system/Handles.h"
 #include "system/Locale.h"
 #include "system/Paths.h"
+#include "system/Registry.h"
 #include "system/Windows.h"
 
 namespace lumenor {
@@ -24,11 +25,6 @@ RegistryKey OpenUserKey(const wchar_t *subkey) {
   return key;
 }
 
-void WriteText(HKEY key, const wchar_t *name, const std::wstring &text) {
-  const auto bytes = static_cast<DWORD>(2 * text.size() + 2);
-  ::RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE *>(text.c_str()), bytes);
-}
-
 /// `locale`, or else its language alone, when there are tutorials for it; empty when there are none.
 std::wstring FindTutorials(const std::wstring &folder, const std::wstring &locale) {
   const std::wstring language = locale.substr(0, locale.find(L'_'));
@@ -47,12 +43,12 @@ void StartWithSession(bool starts) {
   if (!starts)
     ::RegDeleteValueW(key.Get(), startupValue); // which may not be there
   else if (const std::wstring program = DockExePath(); !program.empty())
-    WriteText(key.Get(), startupValue, program);
+    WriteRegistryString(key.Get(), startupValue, program);
 }
 
 void AllowToUpdate(bool allowed) {
   if (const RegistryKey key = OpenUserKey(dockKey); key)
-    WriteText(key.Get(), updateValue, allowed ? L"true" : L"false");
+    WriteRegistryString(key.Get(), updateValue, allowed ? L"true" : L"false");
 }
 
 std::wstring GetTutorialLanguage() {

@@ -79,4 +79,9 @@ std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &val
   return length == 0 ? std::nullopt : ReadRegistryString(key, valueName, length);
 }
 
+LSTATUS WriteRegistryString(HKEY key, const std::wstring &valueName, const std::wstring &text) {
+  const auto bytes = static_cast<DWORD>(2 * text.size() + 2);
+  return ::RegSetValueExW(key, valueName.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE *>(text.c_str()), bytes);
+}
+
 } // namespace lumenor

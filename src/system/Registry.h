@@ -43,4 +43,7 @@ std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &val
 /// Both steps at once; nothing when the first gives 0 or the second fails.
 std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &valueName);
 
+/// Writes `text` as REG_SZ, its closing null included. Returns what the platform says of it.
+LSTATUS WriteRegistryString(HKEY key, const std::wstring &valueName, const std::wstring &text);
+
 } // namespace lumenor

@@ -58,6 +58,18 @@ bool OpenRegistryPath(const std::wstring &path, RegistryKeyHolder &holder, REGSA
   return true;
 }
 
+bool OpenOrCreateRegistryPath(const std::wstring &path, RegistryKeyHolder &holder, REGSAM access) {
+  if (OpenRegistryPath(path, holder, access))
+    return true;
+  const RegistryPath split = SplitRegistryPath(path);
+  RegistryKey key;
+  if (::RegCreateKeyExW(split.root, split.subkey.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr,
+                        key.Put(), nullptr) != ERROR_SUCCESS)
+    return false;
+  holder = {std::move(key), access & viewMask};
+  return true;
+}
+
 DWORD RegistryStringLength(HKEY key, const std::wstring &valueName) {
   DWORD type = REG_NONE, bytes = 0;
   const LSTATUS status = ::RegQueryValueExW(key, valueName.c_str(), nullptr, &type, nullptr, &bytes);

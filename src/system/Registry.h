@@ -32,6 +32,9 @@ struct RegistryKeyHolder {
 /// then stays as it is. Raises as SplitRegistryPath does.
 bool OpenRegistryPath(const std::wstring &path, RegistryKeyHolder &holder, REGSAM access);
 
+/// The same, making the key when the platform can't open it.
+bool OpenOrCreateRegistryPath(const std::wstring &path, RegistryKeyHolder &holder, REGSAM access);
+
 /// First step of reading a string: the characters that the value holds, its closing null counted; 0 when it is missing,
 /// has no data or is neither REG_SZ nor REG_EXPAND_SZ.
 DWORD RegistryStringLength(HKEY key, const std::wstring &valueName);

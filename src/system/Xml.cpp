@@ -162,6 +162,48 @@ XmlNodePtr CreateNodeWithMaxLength(const XmlDocumentPtr &document, const std::ws
   return CreateNode(document, name, text, {{L"MaxLength", IntToText(maxLength)}});
 }
 
+XmlNodePtr CreateProcessingInstruction(const XmlDocumentPtr &document, const std::wstring &target,
+                                       const std::wstring &data) {
+  RequireNode(document);
+  ComPtr<IXMLDOMProcessingInstruction> instruction;
+  ThrowIfFailed(
+      document->createProcessingInstruction(MakeBstr(target).Get(), MakeBstr(data).Get(), instruction.GetAddressOf()));
+  return instruction;
+}
+
+std::wstring NodeName(const XmlNodePtr &node) {
+  RequireNode(node);
+  Bstr name;
+  ThrowIfFailed(node->get_nodeName(name.Put()));
+  return TextOf(name);
+}
+
+XmlNodePtr FirstChild(const XmlNodePtr &parent) {
+  RequireNode(parent);
+  XmlNodePtr child;
+  ThrowIfFailed(parent->get_firstChild(child.GetAddressOf()));
+  return child;
+}
+
+void InsertBefore(const XmlNodePtr &parent, const XmlNodePtr &child, const XmlNodePtr &reference) {
+  if (reference == nullptr)
+    return AppendChild(parent, child);
+  RequireNode(parent);
+  RequireNode(child);
+  VARIANT place = {};
+  place.vt = VT_DISPATCH;
+  place.pdispVal = reference.Get(); // lent
+  XmlNodePtr inserted;
+  ThrowIfFailed(parent->insertBefore(child.Get(), place, inserted.GetAddressOf()));
+}
+
+void RemoveChild(const XmlNodePtr &parent, const XmlNodePtr &child) {
+  RequireNode(parent);
+  RequireNode(child);
+  XmlNodePtr removed;
+  ThrowIfFailed(parent->removeChild(child.Get(), removed.GetAddressOf()));
+}
+
 void AppendChild(const XmlNodePtr &parent, const XmlNodePtr &child) {
   RequireNode(parent);
   RequireNode(child);

@@ -64,6 +64,21 @@ XmlNodePtr CreateNode(const XmlDocumentPtr &document, const std::wstring &name, 
 XmlNodePtr CreateNodeWithMaxLength(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,
                                    LONG maxLength);
 
+/// A new processing instruction of `document`, not yet in its tree.
+XmlNodePtr CreateProcessingInstruction(const XmlDocumentPtr &document, const std::wstring &target,
+                                       const std::wstring &data);
+
+/// The node's name: an element's tag, a processing instruction's target.
+std::wstring NodeName(const XmlNodePtr &node);
+
+/// The first child of `parent`; null when it has none.
+XmlNodePtr FirstChild(const XmlNodePtr &parent);
+
+/// Puts `child` ahead of `reference`, a child of `parent`; behind the last one when `reference` is null.
+void InsertBefore(const XmlNodePtr &parent, const XmlNodePtr &child, const XmlNodePtr &reference);
+
+void RemoveChild(const XmlNodePtr &parent, const XmlNodePtr &child);
+
 /// Puts `child` behind the last child of `parent`.
 void AppendChild(const XmlNodePtr &parent, const XmlNodePtr &child);
 

@@ -1,0 +1,46 @@
+#include "tracking/Collector.h"
+
+#include <string_view>
+
+#include "system/FileReading.h"
+#include "system/Log.h"
+#include "system/Paths.h"
+#include "tracking/MachineValues.h"
+
+#include <shellapi.h>
+
+namespace lumenor {
+
+namespace {
+
+constexpr std::string_view agreement = "\nTrack=1";
+
+} // namespace
+
+std::wstring CollectorIniFile() { return ExpandPath(ReadCollectorValue(L"RuqIniFile")); }
+
+bool SaysThatUserAgreed(const std::wstring &path) {
+  const FileHandle file = OpenForReading(path);
+  if (!file)
+    return false;
+  // Of what was read before, only so much stays as may be the beginning of the text: another program writes the file,
+  // and it may be of any size.
+  std::string tail, buffer;
+  for (std::string_view piece = ReadPiece(file.Get(), buffer); !piece.empty(); piece = ReadPiece(file.Get(), buffer)) {
+    tail += piece;
+    if (tail.find(agreement) != std::string::npos)
+      return true;
+    if (tail.size() >= agreement.size())
+      tail.erase(0, tail.size() - (agreement.size() - 1));
+  }
+  return false;
+}
+
+void StartCollector() {
+  LogInfo("RUQMENT: running TWRuq.exe");
+  const std::wstring program = ExpandPath(ReadCollectorValue(L"RuqPath"));
+  // The collector is given the folder as it is written here, with the variable's name in it.
+  ::ShellExecuteW(nullptr, L"open", program.c_str(), trackedApplication, payloadFolder, SW_HIDE);
+}
+
+} // namespace lumenor

@@ -1,0 +1,40 @@
+#pragma once
+// The payload that is being written: an XML document in one temporary file, read anew for each writing. Needs a thread
+// that has initialised COM. Operations raise HResultError when the DOM fails, unless they say otherwise.
+
+#include <optional>
+#include <string>
+
+#include "system/Xml.h"
+#include "tracking/TrackRecord.h"
+
+namespace lumenor {
+
+/// The expanded path of the temporary file.
+std::wstring PayloadPath();
+
+class Payload {
+public:
+  /// What the temporary file holds, or an empty payload when there is none. Nothing when the file is no payload: it
+  /// stays as it is, and the log tells.
+  static std::optional<Payload> Open();
+
+  /// Puts the header of a closed payload ahead of everything: the application's name, and a row for each of `facts`.
+  void InsertSessionInfo(const std::wstring &appName, const XmlAttributes &facts);
+
+  /// Puts the record behind those that are there.
+  void Append(const TrackRecord &record);
+
+  /// Writes all of it over the temporary file, whose folder is made when it is missing.
+  void Save() const;
+
+private:
+  Payload(XmlDocumentPtr document, XmlNodePtr root);
+
+  XmlNodePtr MakeNode(const wchar_t *name, const XmlAttributes &attributes, const XmlAttributes &rows) const;
+
+  XmlDocumentPtr document;
+  XmlNodePtr root;
+};
+
+} // namespace lumenor

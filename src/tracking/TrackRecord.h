@@ -1,0 +1,27 @@
+#pragma once
+// One kind of use of the dock and how often it came about. A value, copied whole.
+
+#include <cstdint>
+#include <string>
+
+#include "system/Windows.h"
+
+namespace lumenor {
+
+struct TrackRecord {
+  std::wstring Name = {};
+  std::wstring Type = {};
+  std::wstring Feature = {};
+  std::wstring SubFeature = {};
+  std::wstring ActionType = {};
+  std::wstring ActionParams = {};
+  std::wstring TouchPoint = {};
+  std::wstring Action = {};
+  std::wstring SessionID = {};
+  std::uint32_t SequenceId = 0;
+  std::uint32_t SubSessionID = 0; // of the dock's opening and closing only
+  std::uint32_t ActionCount = 0;  // of all others only
+  SYSTEMTIME TrackTimestamp = {}; // of the first time, UTC
+};
+
+} // namespace lumenor

@@ -1,0 +1,304 @@
+#include "tracking/UsageTracker.h"
+
+#include <algorithm>
+#include <optional>
+
+#include <rpc.h>
+
+#include "system/FileReading.h"
+#include "system/HResultError.h"
+#include "system/Log.h"
+#include "system/Paths.h"
+#include "system/Registry.h"
+#include "system/Text.h"
+#include "tracking/Checksum.h"
+#include "tracking/Collector.h"
+#include "tracking/MachineValues.h"
+#include "tracking/Payload.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr wchar_t trackedVersion[] = L"3.4";
+constexpr wchar_t payloadEnding[] = L".ruq";
+
+constexpr wchar_t appIdKey[] = L"HKEY_CURRENT_USER\\Software\\Tarnwick\\Lumenor";
+constexpr wchar_t appIdValue[] = L"AppID";
+constexpr wchar_t settingsKey32[] = L"HKEY_CURRENT_USER\\SOFTWARE\\Wow6432Node\\Tarnwick\\Lumenor\\Dock";
+constexpr wchar_t settingsKey[] = L"HKEY_CURRENT_USER\\SOFTWARE\\Tarnwick\\Lumenor\\Dock";
+constexpr wchar_t nextTransferValue[] = L"NextTransferTime";
+constexpr wchar_t nextElementValue[] = L"NextElementSeq";
+
+constexpr std::size_t recordsPerBatch = 20;
+constexpr LONGLONG maxPayloadBytes = 51200;
+constexpr ULONGLONG transferPeriod = 6048000000000; // seven days in file time's 100 nanoseconds
+
+SYSTEMTIME UtcNow() {
+  SYSTEMTIME now = {};
+  ::GetSystemTime(&now);
+  return now;
+}
+
+SYSTEMTIME LocalNow() {
+  SYSTEMTIME now = {};
+  ::GetLocalTime(&now);
+  return now;
+}
+
+/// Nothing when the fields make no time.
+std::optional<ULONGLONG> ToFileTime(const SYSTEMTIME &time) {
+  FILETIME fileTime = {};
+  if (!::SystemTimeToFileTime(&time, &fileTime))
+    return std::nullopt;
+  return ULARGE_INTEGER{{fileTime.dwLowDateTime, fileTime.dwHighDateTime}}.QuadPart;
+}
+
+ULONGLONG FileTimeOf(const SYSTEMTIME &time) {
+  const std::optional<ULONGLONG> fileTime = ToFileTime(time);
+  if (!fileTime)
+    ThrowLastError();
+  return *fileTime;
+}
+
+/// The text form of a new identifier; nothing when the platform has none to give.
+std::optional<std::wstring> NewUuid() {
+  UUID uuid = {};
+  const RPC_STATUS made = ::UuidCreate(&uuid);
+  RPC_WSTR text = nullptr;
+  // One that is unique on this machine only does too: it is never compared with others.
+  if ((made != RPC_S_OK && made != RPC_S_UUID_LOCAL_ONLY) || ::UuidToStringW(&uuid, &text) != RPC_S_OK)
+    return std::nullopt;
+  std::wstring result = reinterpret_cast<const wchar_t *>(text);
+  ::RpcStringFreeW(&text);
+  return result;
+}
+
+/// A button's event; its name is what the user reads on it.
+TrackRecord IconEvent(const Element &element, const wchar_t *action) {
+  return {.Name = element.Head,
+          .Type = L"DockIconType",
+          .Feature = L"Dock",
+          .ActionType = element.ActionType,
+          .ActionParams = element.ActionParams,
+          .Action = action};
+}
+
+TrackRecord ClickEvent(const Element &element, const wchar_t *subFeature) {
+  TrackRecord event = IconEvent(element, L"Click");
+  event.SubFeature = subFeature;
+  event.TouchPoint = L"Dock";
+  return event;
+}
+
+/// What was searched for, and where, is nobody's business.
+TrackRecord SearchEvent(const wchar_t *type) {
+  return {.Name = L"Search", .Type = type, .Feature = L"Dock", .Action = L"Search"};
+}
+
+TrackRecord DockEvent(const wchar_t *action, std::uint32_t subSessionId) {
+  return {.Name = L"Dock", .Type = L"Window", .Feature = L"Dock", .Action = action, .SubSessionID = subSessionId};
+}
+
+/// Whether two records tell of the same thing, which is then counted and not told again.
+bool IsSameUse(const TrackRecord &left, const TrackRecord &right) {
+  return left.Action == right.Action && left.Type == right.Type && left.ActionType == right.ActionType &&
+         left.ActionParams == right.ActionParams && left.SubFeature == right.SubFeature && left.Name == right.Name;
+}
+
+} // namespace
+
+// The start of the process.
+
+void UsageTracker::LoadAppId() {
+  RegistryKeyHolder holder;
+  if (!OpenOrCreateRegistryPath(appIdKey, holder, KEY_READ | KEY_WRITE))
+    return LogFatal("Unable to create %S", appIdKey);
+  applicationId = ReadRegistryString(holder.key.Get(), appIdValue).value_or(std::wstring());
+  if (!applicationId.empty())
+    return LogInfo("AppID is %S", applicationId.c_str());
+  applicationId = NewUuid().value_or(std::wstring());
+  if (applicationId.empty() || WriteRegistryString(holder.key.Get(), appIdValue, applicationId) != ERROR_SUCCESS)
+    LogFatal("Failed to create AppID");
+}
+
+void UsageTracker::ReadOptIn() {
+  const std::wstring iniFile = CollectorIniFile();
+  if (iniFile.empty() || !PathExists(iniFile))
+    return;
+  enabled = SaysThatUserAgreed(iniFile) ? 1 : 0;
+  LogInfo("RUQMENT: RuqOptIn=%d", enabled);
+}
+
+void UsageTracker::InitSessionInfo() {
+  appName = trackedApplication;
+  version = trackedVersion;
+  platform = ReadMachineValue(L"Platform").value_or(std::wstring());
+  brand = ReadMachineValue(L"pcbrand").value_or(std::wstring());
+  applicationId = ReadMachineValue(L"applicationid").value_or(applicationId);
+  sessionStart = UtcNow();
+  sessionEnd = {};
+}
+
+void UsageTracker::StartSession() {
+  const std::optional<std::wstring> uuid = NewUuid();
+  if (!uuid)
+    return;
+  sessionId = *uuid;
+  sessionStartLocal = LocalNow();
+  nextElementSeq = 1;
+}
+
+void UsageTracker::LoadNextTransferTime() {
+  RegistryKeyHolder holder;
+  if (!OpenOrCreateRegistryPath(settingsKey32, holder, KEY_READ))
+    return;
+  const SYSTEMTIME read = ParseTime(ReadRegistryString(holder.key.Get(), nextTransferValue).value_or(std::wstring()));
+  // A text of numbers that are no date would fail at every look at it, and no payload would ever be due.
+  if (read.wMonth != 0 && ToFileTime(read))
+    nextTransferTime = read;
+  else
+    SetNextTransferTime();
+}
+
+// What the user does.
+
+void UsageTracker::TrackDockOpen() {
+  if (enabled != 0)
+    Add(DockEvent(L"Open", subSessionId));
+}
+
+void UsageTracker::TrackDockClose() {
+  if (enabled != 0)
+    Add(DockEvent(L"Close", subSessionId));
+}
+
+void UsageTracker::TrackIconClick(const Element &element) { Count(ClickEvent(element, L"")); }
+
+void UsageTracker::TrackPopupClick(const Element &element) { Count(ClickEvent(element, L"DockPopup")); }
+
+void UsageTracker::TrackIconAdd(const Element &element) { Count(IconEvent(element, L"Add")); }
+
+void UsageTracker::TrackIconDelete(const Element &element) { Count(IconEvent(element, L"Delete")); }
+
+void UsageTracker::TrackUrlSearch() { Count(SearchEvent(L"Url")); }
+
+void UsageTracker::TrackHelpSearch() { Count(SearchEvent(L"helpSearch")); }
+
+/// Something that came about before is counted where it stands, with its first time, and never leads to a writing.
+void UsageTracker::Count(TrackRecord event) {
+  if (enabled == 0)
+    return;
+  const auto known =
+      std::find_if(records.begin(), records.end(), [&](const TrackRecord &record) { return IsSameUse(record, event); });
+  if (known != records.end()) {
+    ++known->ActionCount;
+    return;
+  }
+  event.ActionCount = 1;
+  Add(std::move(event));
+}
+
+void UsageTracker::Add(TrackRecord record) {
+  record.SessionID = sessionId;
+  record.SequenceId = nextElementSeq++;
+  record.TrackTimestamp = UtcNow();
+  records.push_back(std::move(record));
+  if (records.size() >= recordsPerBatch)
+    Flush();
+}
+
+// What becomes of it.
+
+void UsageTracker::Flush() {
+  if (enabled == 0)
+    return;
+  WritePayload(false);
+  if (IsTransferDue()) {
+    WritePayload(true);
+    TransferPayload();
+    InitSessionInfo();
+    SetNextTransferTime();
+    SaveSettings();
+  } else {
+    CheckPayloadSize();
+  }
+  if (IsSessionDayOver())
+    StartSession();
+}
+
+void UsageTracker::WritePayload(bool close) {
+  if (enabled == 0)
+    return;
+  std::optional<Payload> payload = Payload::Open();
+  if (!payload)
+    return;
+  if (close) {
+    sessionEnd = UtcNow();
+    payload->InsertSessionInfo(appName, {{L"version", version},
+                                         {L"start", FormatUtcTime(sessionStart)},
+                                         {L"end", FormatUtcTime(sessionEnd)},
+                                         {L"brand", brand},
+                                         {L"platform", platform},
+                                         {L"applicationid", applicationId}});
+  }
+  for (const TrackRecord &record : records)
+    payload->Append(record);
+  payload->Save();
+  records.clear();
+}
+
+/// Unlike the transfer that is due by time this one leaves the time of the next as it is: a busy week has more
+/// payloads, not later ones.
+void UsageTracker::CheckPayloadSize() {
+  if (enabled == 0)
+    return;
+  LARGE_INTEGER size = {};
+  if (const FileHandle file = OpenForReading(PayloadPath()); !file || !::GetFileSizeEx(file.Get(), &size))
+    return;
+  if (size.QuadPart <= maxPayloadBytes)
+    return;
+  WritePayload(true);
+  InitSessionInfo();
+  TransferPayload();
+}
+
+void UsageTracker::TransferPayload() {
+  if (enabled == 0)
+    return;
+  const std::wstring source = PayloadPath();
+  const std::wstring target = ExpandPath(payloadFolder) + UIntToText(FileChecksum(source)) + payloadEnding;
+  LogInfo("Attempting to move file from : %S to %S", source.c_str(), target.c_str());
+  ThrowIfFalse(::MoveFileW(source.c_str(), target.c_str()));
+  StartCollector();
+}
+
+void UsageTracker::SaveSettings() {
+  RegistryKeyHolder holder;
+  if (enabled == 0 ||
+      (!OpenRegistryPath(settingsKey32, holder, KEY_WRITE) && !OpenRegistryPath(settingsKey, holder, KEY_WRITE)))
+    return;
+  WriteRegistryString(holder.key.Get(), nextElementValue, UIntToText(nextElementSeq));
+  WriteRegistryString(holder.key.Get(), nextTransferValue, FormatTime(nextTransferTime));
+}
+
+void UsageTracker::SetNextTransferTime() {
+  if (enabled == 0)
+    return;
+  const ULARGE_INTEGER due{.QuadPart = FileTimeOf(UtcNow()) + transferPeriod};
+  const FILETIME fileTime = {due.LowPart, due.HighPart};
+  ThrowIfFalse(::FileTimeToSystemTime(&fileTime, &nextTransferTime));
+}
+
+bool UsageTracker::IsTransferDue() const { return FileTimeOf(UtcNow()) >= FileTimeOf(nextTransferTime); }
+
+bool UsageTracker::IsSessionDayOver() const {
+  SYSTEMTIME end = sessionStartLocal;
+  end.wHour = 23;
+  end.wMinute = 59;
+  end.wSecond = 59;
+  end.wMilliseconds = 999;
+  return FileTimeOf(LocalNow()) >= FileTimeOf(end);
+}
+
+} // namespace lumenor

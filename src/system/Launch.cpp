@@ -17,16 +17,11 @@ constexpr std::size_t longestProgram = 1024;
 
 std::wstring Resolve(const std::wstring &program) { return ExpandPath(MapProgramFiles(program)); }
 
-bool IsFile(const std::wstring &path) {
-  const DWORD attributes = ::GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
 /// The first blank before which the text is an existing file. The text's length is the blank's index and not its
 /// distance from `begin`: only a command line without blanks before the program is taken apart.
 std::size_t FindEndOfProgram(const std::wstring &commandLine, std::size_t begin) {
   std::size_t blank = commandLine.find(L' ');
-  while (blank <= longestProgram && !IsFile(Resolve(commandLine.substr(begin, blank))))
+  while (blank <= longestProgram && !FileExists(Resolve(commandLine.substr(begin, blank))))
     blank = commandLine.find(L' ', blank + 1);
   return blank <= longestProgram ? blank : none;
 }

@@ -48,6 +48,11 @@ std::wstring ExpandPath(const std::wstring &text) {
 
 bool PathExists(const std::wstring &path) { return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
+bool FileExists(const std::wstring &path) {
+  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
 std::wstring FileNamePart(const std::wstring &path) {
   if (const std::size_t last = path.find_last_of(L'\\'); last != std::wstring::npos)
     return path.substr(last + 1);

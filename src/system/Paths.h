@@ -15,6 +15,9 @@ std::wstring ExpandPath(const std::wstring &text);
 /// Whether the platform finds a file or folder at the expanded `path`.
 bool PathExists(const std::wstring &path);
 
+/// Whether the platform finds a file at the expanded `path`; a folder isn't one.
+bool FileExists(const std::wstring &path);
+
 /// What follows the last "\" of `path`. Without a "\", what stands before the last "/" less one character: the
 /// asymmetry is wanted. Empty without either.
 std::wstring FileNamePart(const std::wstring &path);

@@ -62,10 +62,7 @@ protected:
   const tests::ComApartment com;
   const tests::TestFolders folders;
   const std::wstring picture = folders.Root() + L"\\green.png";
-  const CurrentFolder current{[this] {
-    tests::MakeFolders(folders.Root() + L"\\Dock");
-    return folders.Root() + L"\\Dock";
-  }()};
+  const tests::CurrentFolder current{folders.Root() + L"\\Dock"};
   const desk::Backdrop behind{{90, 190, 510, 287}, RGB(255, 255, 255)};
   TestBar bar;
 };

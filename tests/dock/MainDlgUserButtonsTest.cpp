@@ -235,11 +235,6 @@ TEST_F(UserButtons, BehindASkippedRecordActOnTheNeighboursRecord) {
 }
 
 /// Makes the folder and returns its path.
-std::wstring MadeFolder(const std::wstring &path) {
-  tests::MakeFolders(path);
-  return path;
-}
-
 class ForYouState : public UserButtons {
 protected:
   ForYouState() {
@@ -254,7 +249,7 @@ protected:
     return desk::PumpUntil([&] { return desk::PixelAt(middle) == color; });
   }
 
-  const CurrentFolder programFolder{MadeFolder(folders.Root() + L"\\Dock")};
+  const tests::CurrentFolder programFolder{folders.Root() + L"\\Dock"};
 };
 
 TEST_F(ForYouState, IsIdleAtTheStart) {

@@ -80,14 +80,14 @@ protected:
 
   /// Makes the dialog's window without running it.
   void OpenDialog() {
-    CurrentFolder current(folders.Root() + L"\\Dock");
+    tests::CurrentFolder current(folders.Root() + L"\\Dock");
     MakeDialog();
     ASSERT_NE(nullptr, dialog->Create(asker.window));
   }
 
   /// Runs the dialog, and `step` once it stands; returns what it ended with.
   INT_PTR RunDialog(std::function<void()> step) {
-    CurrentFolder current(folders.Root() + L"\\Dock");
+    tests::CurrentFolder current(folders.Root() + L"\\Dock");
     MakeDialog();
     pendingStep = std::move(step);
     running = this;

@@ -84,13 +84,4 @@ void ClickAt(POINT point) {
   desk::PumpAll();
 }
 
-CurrentFolder::CurrentFolder(const std::wstring &folder) {
-  wchar_t buffer[MAX_PATH] = {};
-  ::GetCurrentDirectoryW(MAX_PATH, buffer);
-  former = buffer;
-  ::SetCurrentDirectoryW(folder.c_str());
-}
-
-CurrentFolder::~CurrentFolder() { ::SetCurrentDirectoryW(former.c_str()); }
-
 } // namespace lumenor

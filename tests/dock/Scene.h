@@ -60,16 +60,4 @@ Element MakeElement(const std::wstring &label, const std::wstring &actionType = 
 /// A real click of the left button.
 void ClickAt(POINT point);
 
-/// The current folder, for as long as this lives.
-class CurrentFolder {
-public:
-  explicit CurrentFolder(const std::wstring &folder);
-  ~CurrentFolder();
-  CurrentFolder(const CurrentFolder &) = delete;
-  CurrentFolder &operator=(const CurrentFolder &) = delete;
-
-private:
-  std::wstring former;
-};
-
 } // namespace lumenor

@@ -101,7 +101,7 @@ protected:
 
   /// Makes the dialog's window without running it.
   DialogTree OpenDialog(const RECT &bounds = barAndTop) {
-    CurrentFolder current(folders.Root() + L"\\Dock");
+    tests::CurrentFolder current(folders.Root() + L"\\Dock");
     dialog = std::make_unique<WelcomeScreenDialog>(bounds);
     dialog->Create(nullptr);
     return DialogTree(*dialog);
@@ -109,7 +109,7 @@ protected:
 
   /// Runs the dialog, and `step` once it stands; returns what it ended with.
   INT_PTR RunDialog(std::function<void()> step) {
-    CurrentFolder current(folders.Root() + L"\\Dock");
+    tests::CurrentFolder current(folders.Root() + L"\\Dock");
     dialog = std::make_unique<WelcomeScreenDialog>(barAndTop);
     pendingStep = std::move(step);
     running = this;

@@ -1,7 +1,5 @@
 #include "toolkit/drawing/WICHelper.h"
 
-#include <array>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -17,23 +15,6 @@ namespace {
 using Microsoft::WRL::ComPtr;
 using namespace tests;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-/// A current folder of the test's own, as the program makes the one of its executable current.
-class CurrentFolder {
-public:
-  explicit CurrentFolder(const std::wstring &folder) {
-    ::GetCurrentDirectoryW(static_cast<DWORD>(former.size()), former.data());
-    MakeFolders(folder);
-    ::SetCurrentDirectoryW(folder.c_str());
-  }
-  ~CurrentFolder() { ::SetCurrentDirectoryW(former.data()); }
-  CurrentFolder(const CurrentFolder &) = delete;
-  CurrentFolder &operator=(const CurrentFolder &) = delete;
-
-private:
-  std::array<wchar_t, MAX_PATH> former{};
-};
 
 class WICHelper : public ::testing::Test {
 protected:
@@ -61,42 +42,6 @@ HRESULT ResultOf(const std::function<void()> &action) {
     return error.Result();
   }
   return S_OK;
-}
-
-// The path of a picture.
-
-TEST_F(WICHelper, APathThatExistsIsUsedAsItStands) {
-  const LogCapture log(folders);
-  WriteBytes(Path(L"current\\here.png"), "x");
-  EXPECT_EQ(L"here.png", ResolveImagePath(L"here.png"));
-  EXPECT_EQ(Path(L"current"), ResolveImagePath(Path(L"current"))) << "a folder exists, too";
-  EXPECT_THAT(log.Lines(), IsEmpty());
-}
-
-TEST_F(WICHelper, ARelativePathIsFoundInTheCurrentFolderFirst) {
-  WriteBytes(Path(L"current\\both.png"), "x");
-  WriteBytes(folders.InstallFolder() + L"\\both.png", "x");
-  EXPECT_EQ(L"both.png", ResolveImagePath(L"both.png"));
-}
-
-TEST_F(WICHelper, APathThatDoesNotExistIsSoughtInTheInstallationFolder) {
-  const std::wstring installed = folders.InstallFolder() + L"\\pictures\\mail.png";
-  WriteBytes(installed, "x");
-  WriteBytes(folders.CommonFolder() + L"\\LangRes\\pictures\\mail.png", "x");
-  const LogCapture log(folders);
-  EXPECT_EQ(installed, ResolveImagePath(L"pictures\\mail.png"));
-  EXPECT_THAT(log.Lines(),
-              ElementsAre("INFO: WICHelper: can't find pictures\\mail.png falling back to " + Utf8(installed)));
-}
-
-TEST_F(WICHelper, APathThatExistsNowhereEndsInTheLanguageFolder) {
-  const LogCapture log(folders);
-  const std::wstring installed = folders.InstallFolder() + L"\\mail.png";
-  const std::wstring common = folders.CommonFolder() + L"\\LangRes\\mail.png";
-  EXPECT_EQ(common, ResolveImagePath(L"mail.png"));
-  EXPECT_THAT(log.Lines(),
-              ElementsAre("INFO: WICHelper: can't find mail.png falling back to " + Utf8(installed),
-                          "INFO: WICHelper: can't find " + Utf8(installed) + " falling back to " + Utf8(common)));
 }
 
 TEST_F(WICHelper, APictureInTheLanguageFolderIsLoaded) {

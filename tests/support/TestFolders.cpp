@@ -76,6 +76,16 @@ TestFolders::TestFolders()
 
 TestFolders::~TestFolders() { DeleteTree(root); }
 
+CurrentFolder::CurrentFolder(const std::wstring &folder) {
+  wchar_t buffer[MAX_PATH] = {};
+  ::GetCurrentDirectoryW(MAX_PATH, buffer);
+  former = buffer;
+  MakeFolders(folder);
+  ::SetCurrentDirectoryW(folder.c_str());
+}
+
+CurrentFolder::~CurrentFolder() { ::SetCurrentDirectoryW(former.c_str()); }
+
 void MakeFolders(const std::wstring &path) {
   for (std::size_t end = path.find(L'\\', 3); end != std::wstring::npos; end = path.find(L'\\', end + 1))
     ::CreateDirectoryW(path.substr(0, end).c_str(), nullptr);

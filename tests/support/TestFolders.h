@@ -58,6 +58,18 @@ private:
   EnvironmentValue programFilesX86;
 };
 
+/// Makes a folder and makes it current, as the dock does with the one of its executable; puts the former one back.
+class CurrentFolder {
+public:
+  explicit CurrentFolder(const std::wstring &folder);
+  ~CurrentFolder();
+  CurrentFolder(const CurrentFolder &) = delete;
+  CurrentFolder &operator=(const CurrentFolder &) = delete;
+
+private:
+  std::wstring former;
+};
+
 /// Makes the folder and all its parents.
 void MakeFolders(const std::wstring &path);
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "system/HResultError.h"
+#include "system/ImagePath.h"
 #include "system/Paths.h"
 #include "toolkit/drawing/Button.h"
 #include "toolkit/drawing/ButtonParts.h"
@@ -19,12 +20,9 @@ constexpr int haloRadius = 4; // pixels by which the halo stands out of the pict
 constexpr float opaque = 255.0F;
 constexpr std::array<const wchar_t *, 3> variantSuffixes{L".hover", L".glow", L".pressed"};
 
-/// Where the shaded pictures of a button are kept, less their suffix; makes the folder where it is missing.
+/// Where the shaded pictures of a button are kept, less their suffix.
 std::wstring CacheBasePath(const std::wstring &picturePath) {
-  const std::wstring folder = ExpandPath(L"%programdata%\\Tarnwick\\Lumenor\\ImageCache\\");
-  if (!PathExists(folder))
-    ::CreateDirectoryW(folder.c_str(), nullptr);
-  return folder + FileNameOf(picturePath);
+  return ImageCacheFolder() + FileNameOf(picturePath);
 }
 
 D2D1_RECT_F Grown(const D2D1_RECT_F &rect, float distance) {

@@ -1,6 +1,7 @@
 #include "toolkit/drawing/WICHelper.h"
 
 #include "system/HResultError.h"
+#include "system/ImagePath.h"
 #include "system/Log.h"
 #include "system/Paths.h"
 
@@ -15,17 +16,6 @@ constexpr int bytesPerPixel = 4;
 ComPtr<IWICImagingFactory> &SharedFactory() {
   static auto *const factory = new ComPtr<IWICImagingFactory>;
   return *factory;
-}
-
-bool IsFile(const std::wstring &path) {
-  const DWORD attributes = ::GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
-std::wstring FallBack(const std::wstring &tried, const std::wstring &folder, const std::wstring &imagePath) {
-  std::wstring next = folder + L"\\" + imagePath;
-  LogInfo("WICHelper: can't find %S falling back to %S", tried.c_str(), next.c_str());
-  return next;
 }
 
 ComPtr<IWICBitmapFrameDecode> FirstFrame(IWICBitmapDecoder *decoder) {
@@ -159,19 +149,10 @@ ComPtr<IWICImagingFactory> GetImagingFactory() {
 
 void ReleaseImagingFactory() { SharedFactory().Reset(); }
 
-std::wstring ResolveImagePath(const std::wstring &imagePath) {
-  if (PathExists(imagePath))
-    return imagePath;
-  const std::wstring installed = FallBack(imagePath, InstallFolder(), imagePath);
-  if (PathExists(installed))
-    return installed;
-  return FallBack(installed, ExpandPath(L"%programdata%\\Tarnwick\\Lumenor\\LangRes"), imagePath);
-}
-
 ComPtr<ID2D1Bitmap> LoadBitmapFromFile(ID2D1RenderTarget *renderTarget, const std::wstring &imagePath,
                                        bool limitToIconSize) {
   const std::wstring path = ResolveImagePath(imagePath);
-  if (!IsFile(path)) {
+  if (!FileExists(path)) {
     LogError("WICHelper: cannot find %S loading default image", path.c_str());
     return LoadBitmapFromResource(renderTarget, defaultImageResource, imageResourceType);
   }

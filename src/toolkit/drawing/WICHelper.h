@@ -29,10 +29,6 @@ Microsoft::WRL::ComPtr<IWICImagingFactory> GetImagingFactory();
 /// Gives the process-wide imaging factory back; the end of the process calls it while COM is still initialised.
 void ReleaseImagingFactory();
 
-/// The path to use for `imagePath`: itself where it exists, else below the installation folder, else below the common
-/// language folder, whether it exists there or not.
-std::wstring ResolveImagePath(const std::wstring &imagePath);
-
 /// The picture of the file as a bitmap of `renderTarget`, the built-in picture where there is no such file. With
 /// `limitToIconSize` a bigger picture is scaled down to 48 pixels on its longer side.
 Microsoft::WRL::ComPtr<ID2D1Bitmap> LoadBitmapFromFile(ID2D1RenderTarget *renderTarget, const std::wstring &imagePath,

@@ -1,8 +1,8 @@
 #include "dock/MainDlg.h"
 
+#include "content/DocumentNames.h"
 #include "content/Documents.h"
 #include "dock/BarButtons.h"
-#include "dock/BarDocuments.h"
 #include "dock/Commands.h"
 #include "dock/DragState.h"
 #include "dock/DropTarget.h"
@@ -15,6 +15,7 @@
 #include "toolkit/Animation.h"
 #include "toolkit/Geometry.h"
 #include "toolkit/TextBox.h"
+#include "tracking/UsageTracker.h"
 
 namespace lumenor {
 
@@ -49,6 +50,26 @@ bool IsBroken(const wchar_t *documentName) {
          SelectNode(document, std::wstring(L"/UIRoot/") + documentName + L"/Elements") == nullptr;
 }
 
+/// A document that can't be read, or is another than its name says, came in as no buttons at all. Saving that would
+/// wipe out what the user may still mend, so it is left as it stands, or set aside where there are new buttons to be
+/// kept.
+void SaveUserElements(const ElementList &elements) {
+  if (IsBroken(userDocumentName)) {
+    if (elements.empty())
+      return;
+    const std::wstring path = DocumentPath(userDocumentName);
+    ::CopyFileW(path.c_str(), (path + L".broken").c_str(), FALSE);
+  }
+  SaveDocument(elements, userDocumentName);
+}
+
+/// A payload that is due by time waits for the next run; only one that is too big is handed over now.
+void WriteEndOfUse() {
+  usageTracker.TrackDockClose();
+  usageTracker.WritePayload(false);
+  usageTracker.CheckPayloadSize();
+}
+
 } // namespace
 
 CMainDlg::CMainDlg()
@@ -68,6 +89,7 @@ CMainDlg::CMainDlg()
   fadeAnimation->DecelerationRatio.Set(fadeDeceleration);
   fadeAnimation->Duration.Set(fadeSeconds);
   dialogId = MainDialogId;
+  usageTracker.TrackDockOpen();
   endSessionHandler = static_cast<EndSessionHandler>(&CMainDlg::OnEndSession);
 }
 
@@ -221,15 +243,20 @@ RECT CMainDlg::GetScreenBounds() const {
 }
 
 void CMainDlg::OnTimer(UINT_PTR timer) {
-  if (timer == FadeTimer) {
+  switch (timer) {
+  case FadeTimer:
     HideForgottenIndicator();
     return StepFade();
-  }
-  if (timer != StartMainApplicationTimer)
+  case StartMainApplicationTimer:
+    StartMainApplication(L"mode=windowless");
+    ::KillTimer(handle, StartMainApplicationTimer);
+    mainApplicationStarted = true;
     return;
-  StartMainApplication(L"mode=windowless");
-  ::KillTimer(handle, StartMainApplicationTimer);
-  mainApplicationStarted = true;
+  case TrackingTimer:
+    return usageTracker.Flush();
+  default:
+    return;
+  }
 }
 
 void CMainDlg::OnDockAtTop() {
@@ -265,23 +292,22 @@ void CMainDlg::OnDestroy() {
 }
 
 void CMainDlg::OnClose() {
-  SaveUserElements();
+  EndUse();
   ::PostQuitMessage(EndProcessQuitCode);
 }
 
-void CMainDlg::OnEndSession() { SaveUserElements(); }
+void CMainDlg::OnEndSession() { EndUse(); }
 
-/// A document that can't be read, or is another than its name says, came in as no buttons at all. Saving that would
-/// wipe out what the user may still mend, so it is left as it stands, or set aside where there are new buttons to be
-/// kept.
-void CMainDlg::SaveUserElements() {
-  if (IsBroken(userDocumentName)) {
-    if (userElements.empty())
-      return;
-    const std::wstring path = DocumentPath(userDocumentName);
-    ::CopyFileW(path.c_str(), (path + L".broken").c_str(), FALSE);
+/// A payload that can't be written fails the handler like any other failure, but the user's buttons aren't to go with
+/// it.
+void CMainDlg::EndUse() {
+  try {
+    WriteEndOfUse();
+  } catch (...) {
+    SaveUserElements(userElements);
+    throw;
   }
-  SaveDocument(userElements, userDocumentName);
+  SaveUserElements(userElements);
 }
 
 } // namespace lumenor

@@ -3,9 +3,9 @@
 
 #include "dock/MainDlg.h"
 
+#include "content/DocumentNames.h"
 #include "content/Documents.h"
 #include "dock/BarButtons.h"
-#include "dock/BarDocuments.h"
 #include "dock/Commands.h"
 #include "dock/DockGlowButtonPainter.h"
 #include "dock/DropTarget.h"

@@ -3,6 +3,8 @@
 // Any thread.
 
 #include <exception>
+#include <new>
+#include <utility>
 
 #include "system/Windows.h"
 
@@ -42,6 +44,20 @@ template <typename Handle> Handle ThrowIfNull(Handle handle) {
 inline void ThrowIfFalse(BOOL succeeded) {
   if (!succeeded)
     ThrowLastError();
+}
+
+/// Runs `body` for an operation that returns its failures: S_OK, or what `body` raised as a failure HRESULT.
+template <typename Body> HRESULT HResultOf(Body &&body) noexcept {
+  try {
+    std::forward<Body>(body)();
+    return S_OK;
+  } catch (const HResultError &error) {
+    return error.Result();
+  } catch (const std::bad_alloc &) {
+    return E_OUTOFMEMORY;
+  } catch (...) {
+    return E_FAIL;
+  }
 }
 
 } // namespace lumenor

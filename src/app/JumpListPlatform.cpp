@@ -1,0 +1,49 @@
+#include "app/JumpListPlatform.h"
+
+#include "content/DocumentNames.h"
+#include "content/Documents.h"
+#include "content/JumpList.h"
+#include "system/HResultError.h"
+#include "system/Log.h"
+#include "system/Windows.h"
+
+namespace lumenor {
+
+namespace {
+
+using SetApplicationIdFunction = HRESULT(WINAPI *)(PCWSTR);
+
+/// Looked up, not imported, so that the program also starts where the shell doesn't know of such ids.
+SetApplicationIdFunction FindSetApplicationId() {
+  const HMODULE shell = ::GetModuleHandleW(L"Shell32.dll");
+  if (shell == nullptr)
+    return nullptr;
+  return reinterpret_cast<SetApplicationIdFunction>(
+      reinterpret_cast<void *>(::GetProcAddress(shell, "SetCurrentProcessExplicitAppUserModelID")));
+}
+
+void SetApplicationId() {
+  if (const SetApplicationIdFunction setApplicationId = FindSetApplicationId())
+    ThrowIfFailed(setApplicationId(applicationUserModelId));
+}
+
+} // namespace
+
+bool IsJumpListPlatform() {
+  OSVERSIONINFOW version{};
+  version.dwOSVersionInfoSize = sizeof version;
+  return ::GetVersionExW(&version) && version.dwMajorVersion == 6 && version.dwMinorVersion == 1;
+}
+
+void PublishJumpList() {
+  LogInfo("Jumplist creation");
+  if (!IsJumpListPlatform())
+    return;
+  SetApplicationId();
+  const ElementList mainElements = LoadDocument(mainDocumentName, false);
+  const ElementList jumpListElements = LoadDocument(jumpListDocumentName, false);
+  LogInfo("Create jumplist");
+  ThrowIfFailed(CreateJumpList(mainElements, jumpListElements));
+}
+
+} // namespace lumenor

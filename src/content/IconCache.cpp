@@ -1,0 +1,101 @@
+#include "content/IconCache.h"
+
+#include <algorithm>
+#include <array>
+
+#include <wrl/client.h>
+
+#include "system/Handles.h"
+#include "system/HResultError.h"
+#include "system/ImagePath.h"
+#include "system/Paths.h"
+
+#include <olectl.h>
+#include <shellapi.h>
+
+using Microsoft::WRL::ComPtr;
+
+namespace lumenor {
+
+namespace {
+
+constexpr std::size_t blockSize = 4096; // bytes
+
+/// The icon that the shell shows for the file; empty when it has none, or when the path is longer than the platform
+/// takes here.
+IconHandle AssociatedIcon(const std::wstring &path) {
+  std::array<wchar_t, MAX_PATH> buffer{}; // the platform writes into it where it found the icon
+  if (path.size() >= buffer.size())
+    return {};
+  std::copy(path.begin(), path.end(), buffer.begin());
+  WORD index = 0;
+  return IconHandle(::ExtractAssociatedIconW(::GetModuleHandleW(nullptr), buffer.data(), &index));
+}
+
+ComPtr<IPicture> PictureOf(HICON icon) {
+  PICTDESC description{};
+  description.cbSizeofstruct = sizeof description;
+  description.picType = PICTYPE_ICON;
+  description.icon.hicon = icon;
+  ComPtr<IPicture> picture;
+  ThrowIfFailed(::OleCreatePictureIndirect(&description, IID_IPicture, FALSE, &picture));
+  return picture;
+}
+
+/// The file's bytes; to be read from its start.
+struct IconImage {
+  ComPtr<IStream> stream;
+  LONG size = 0;
+};
+
+IconImage ImageOf(HICON icon) {
+  IconImage image;
+  ThrowIfFailed(::CreateStreamOnHGlobal(nullptr, TRUE, &image.stream));
+  ThrowIfFailed(PictureOf(icon)->SaveAsFile(image.stream.Get(), TRUE, &image.size));
+  ThrowIfFailed(image.stream->Seek({}, STREAM_SEEK_SET, nullptr));
+  return image;
+}
+
+bool WriteBlock(HANDLE file, const void *bytes, ULONG size) {
+  DWORD written = 0;
+  return ::WriteFile(file, bytes, size, &written, nullptr) && written == size;
+}
+
+/// Ends early where the stream does, whatever size was told.
+void CopyImage(const IconImage &image, HANDLE file) {
+  std::array<char, blockSize> block;
+  for (LONG left = image.size; left > 0;) {
+    ULONG read = 0;
+    const ULONG wanted = static_cast<ULONG>(std::min<LONG>(left, blockSize));
+    if (FAILED(image.stream->Read(block.data(), wanted, &read)) || read == 0 || !WriteBlock(file, block.data(), read))
+      return;
+    left -= static_cast<LONG>(read);
+  }
+}
+
+} // namespace
+
+std::wstring CachedIconPath(const std::wstring &target) { return ImageCacheFolder() + FileNamePart(target) + L".ico"; }
+
+std::wstring CacheAssociatedIcon(const std::wstring &target) {
+  const IconHandle icon = AssociatedIcon(target);
+  if (!icon)
+    return {};
+  std::wstring cached = CachedIconPath(target);
+  if (!PathExists(cached))
+    SaveIconFile(icon.Get(), cached);
+  return cached;
+}
+
+void SaveIconFile(HICON icon, const std::wstring &path) noexcept {
+  // A task without its picture is still a task.
+  static_cast<void>(HResultOf([&] {
+    const IconImage image = ImageOf(icon);
+    const FileHandle file(
+        ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (file)
+      CopyImage(image, file.Get());
+  }));
+}
+
+} // namespace lumenor

@@ -1,0 +1,151 @@
+#include "content/TaskLink.h"
+
+#include <array>
+#include <string_view>
+
+#include "content/IconCache.h"
+#include "system/Handles.h"
+#include "system/HResultError.h"
+#include "system/Log.h"
+
+#include <propkey.h>
+#include <propsys.h>
+#include <shellapi.h>
+
+using Microsoft::WRL::ComPtr;
+
+namespace lumenor {
+
+namespace {
+
+constexpr std::wstring_view shortcutExtension = L".lnk";
+
+// What the shell's calls take and give at most, in characters with the closing null.
+using PathBuffer = std::array<wchar_t, 260>;
+using TextBuffer = std::array<wchar_t, 1024>;
+
+template <typename Buffer> int SizeOf(const Buffer &buffer) { return static_cast<int>(buffer.size()); }
+
+/// Whether the file holds an icon of its own.
+bool HoldsIcon(const std::wstring &path) {
+  const HICON icon = ::ExtractIconW(::GetModuleHandleW(nullptr), path.c_str(), 0);
+  if (reinterpret_cast<UINT_PTR>(icon) <= 1) // 1 stands for a file of a kind that holds none
+    return false;
+  const IconHandle owned(icon);
+  return true;
+}
+
+void SetCachedIcon(IShellLinkW *link, const std::wstring &target) {
+  if (const std::wstring cached = CacheAssociatedIcon(target); !cached.empty())
+    ThrowIfFailed(link->SetIconLocation(cached.c_str(), 0));
+}
+
+void SetIcon(IShellLinkW *link, const std::wstring &path, const std::wstring &icon) {
+  if (!icon.empty())
+    ThrowIfFailed(link->SetIconLocation(icon.c_str(), 0));
+  else if (HoldsIcon(path))
+    ThrowIfFailed(link->SetIconLocation(path.c_str(), 0));
+  else
+    SetCachedIcon(link, path);
+}
+
+/// The title is what the jump list shows.
+void SetTitle(IShellLinkW *link, const std::wstring &title) {
+  ComPtr<IPropertyStore> properties;
+  ThrowIfFailed(link->QueryInterface(IID_PPV_ARGS(&properties)));
+  PROPVARIANT value{}; // lends the text, which the store copies
+  value.vt = VT_LPWSTR;
+  value.pwszVal = const_cast<wchar_t *>(title.c_str());
+  ThrowIfFailed(properties->SetValue(PKEY_Title, value));
+  ThrowIfFailed(properties->Commit());
+}
+
+ComPtr<IShellLinkW> OpenShortcut(const std::wstring &path) {
+  ComPtr<IShellLinkW> source;
+  ThrowIfFailed(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&source)));
+  ComPtr<IPersistFile> file;
+  ThrowIfFailed(source.As(&file));
+  ThrowIfFailed(file->Load(path.c_str(), 0));
+  ThrowIfFailed(source->Resolve(::GetDesktopWindow(), SLR_NO_UI));
+  return source;
+}
+
+void CopyPath(IShellLinkW *source, IShellLinkW *link) {
+  PathBuffer path{};
+  ThrowIfFailed(source->GetPath(path.data(), SizeOf(path), nullptr, SLGP_RAWPATH));
+  ThrowIfFailed(link->SetPath(path.data()));
+}
+
+void CopyArguments(IShellLinkW *source, IShellLinkW *link) {
+  TextBuffer arguments{};
+  ThrowIfFailed(source->GetArguments(arguments.data(), SizeOf(arguments)));
+  ThrowIfFailed(link->SetArguments(arguments.data()));
+}
+
+void CopyWorkingFolder(IShellLinkW *source, IShellLinkW *link) {
+  PathBuffer folder{};
+  ThrowIfFailed(source->GetWorkingDirectory(folder.data(), SizeOf(folder)));
+  ThrowIfFailed(link->SetWorkingDirectory(folder.data()));
+}
+
+void CopyDescription(IShellLinkW *source, IShellLinkW *link) {
+  TextBuffer description{};
+  ThrowIfFailed(source->GetDescription(description.data(), SizeOf(description)));
+  ThrowIfFailed(link->SetDescription(description.data()));
+}
+
+ComPtr<IShellLinkW> MakeLink() {
+  ComPtr<IShellLinkW> link;
+  ThrowIfFailed(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&link)));
+  if (link == nullptr) {
+    LogInfo("CoCreate of CLSID_ShellLink failed");
+    throw HResultError(E_FAIL);
+  }
+  return link;
+}
+
+void FillLink(IShellLinkW *link, const std::wstring &path, const std::wstring &arguments, const std::wstring &title,
+              const std::wstring &icon) {
+  ThrowIfFailed(link->SetPath(path.c_str()));
+  ThrowIfFailed(link->SetArguments(arguments.c_str()));
+  SetIcon(link, path, icon);
+  SetTitle(link, title);
+}
+
+} // namespace
+
+HRESULT CreateTaskLink(const std::wstring &path, const std::wstring &arguments, const Element &element,
+                       ComPtr<IShellLinkW> &link, const std::wstring &icon) {
+  return HResultOf([&] {
+    link = MakeLink();
+    LogInfo("Setting path %S, on the shelllink, with params %S", path.c_str(), arguments.c_str());
+    if (IsShortcutPath(path))
+      ThrowIfFailed(CopyShortcut(link.Get(), path));
+    else
+      FillLink(link.Get(), path, arguments, element.Head.empty() ? path : element.Head, icon);
+  });
+}
+
+HRESULT CopyShortcut(IShellLinkW *link, const std::wstring &path) {
+  return HResultOf([&] {
+    const ComPtr<IShellLinkW> source = OpenShortcut(path);
+    CopyPath(source.Get(), link);
+    SetCachedIcon(link, path);
+    CopyArguments(source.Get(), link);
+    CopyWorkingFolder(source.Get(), link);
+    CopyDescription(source.Get(), link);
+    SetTitle(link, ShortcutTitle(path));
+  });
+}
+
+std::wstring ShortcutTitle(const std::wstring &path) {
+  const std::size_t separator = path.rfind(L'\\');
+  if (separator == std::wstring::npos)
+    return path;
+  const std::wstring name = path.substr(separator + 1);
+  return name.substr(0, name.rfind(shortcutExtension));
+}
+
+bool IsShortcutPath(const std::wstring &path) { return path.ends_with(shortcutExtension); }
+
+} // namespace lumenor

@@ -9,6 +9,7 @@
 #include "system/Log.h"
 #include "system/Paths.h"
 #include "system/Windows.h"
+#include "tracking/UsageTracker.h"
 
 namespace {
 
@@ -28,12 +29,24 @@ public:
 /// The bar names its own pictures relative to the folder of the installed program.
 void EnterDockFolder() { ::SetCurrentDirectoryW(FolderPart(DockExePath()).c_str()); }
 
+/// The machine gets its identity in any case; a session is begun only with the user's consent.
+void StartTracking() {
+  usageTracker.LoadAppId();
+  usageTracker.ReadOptIn();
+  if (!usageTracker.IsEnabled())
+    return;
+  usageTracker.InitSessionInfo();
+  usageTracker.StartSession();
+  usageTracker.LoadNextTransferTime();
+}
+
 int RunDock() {
   EnterDockFolder();
   SingleInstance instance;
   if (!instance.Join(dockActivateMessage))
     return AlreadyRunningExitCode;
   OpenDockEventLog();
+  StartTracking();
   const int exitCode = RunCycles();
   ReleaseSharedServices();
   return exitCode;

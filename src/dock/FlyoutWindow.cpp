@@ -14,6 +14,7 @@
 #include "toolkit/drawing/ButtonLayout.h"
 #include "toolkit/drawing/WICHelper.h"
 #include "toolkit/Scale.h"
+#include "tracking/UsageTracker.h"
 
 namespace lumenor {
 
@@ -246,6 +247,9 @@ void FlyoutWindow::OnItemClick(ButtonEventArgs *args) {
   OnItemChosen(chosen);
 }
 
-void FlyoutWindow::OnItemChosen(const Element &element) { RunElementAction(element); }
+void FlyoutWindow::OnItemChosen(const Element &element) {
+  RunElementAction(element);
+  usageTracker.TrackPopupClick(element);
+}
 
 } // namespace lumenor

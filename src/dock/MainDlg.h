@@ -107,7 +107,7 @@ private:
   void OnDockAtTop();
   void OnDockAtBottom();
   void OnEndSession();
-  void SaveUserElements();
+  void EndUse();
   void StopRegistryThread();
   bool AnswersTo(UINT message) const;
 

@@ -15,6 +15,7 @@
 #include "system/WindowException.h"
 #include "toolkit/Scale.h"
 #include "toolkit/TextBox.h"
+#include "tracking/UsageTracker.h"
 
 namespace lumenor {
 
@@ -54,6 +55,7 @@ void CMainDlg::OnButtonClick(ButtonEventArgs *args) {
   if (const auto command = FindCommand(SplitCommandLine(element.ActionParams).program))
     return RunCommand(*command);
   RunElementAction(element);
+  usageTracker.TrackIconClick(element);
 }
 
 void CMainDlg::RunCommand(Command command) {

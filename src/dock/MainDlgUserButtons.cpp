@@ -11,6 +11,7 @@
 #include "dock/BarButtons.h"
 #include "dock/FlyoutWindow.h"
 #include "toolkit/Scale.h"
+#include "tracking/UsageTracker.h"
 
 namespace lumenor {
 
@@ -64,6 +65,7 @@ void CMainDlg::AddButton(const Element &element, std::size_t position) {
   button->Click.AddListener(clickListener.get());
   button->DragBegin.AddListener(dragBeginListener.get());
   HideIndicator();
+  usageTracker.TrackIconAdd(element);
 }
 
 std::size_t CMainDlg::IndexOfUserButton(HWND buttonWindow) const {
@@ -79,6 +81,7 @@ void CMainDlg::RemoveButton(HWND buttonWindow) {
   const std::size_t index = IndexOfUserButton(buttonWindow);
   if (index == userButtons.size())
     return;
+  usageTracker.TrackIconDelete(userButtons[index]->GetElement());
   userButtons[index]->Visibility.Set(lumenor::Visibility::Collapsed);
   ::PostMessageW(handle, RemoveButtonMessage, reinterpret_cast<WPARAM>(buttonWindow), 0);
 }

@@ -7,6 +7,7 @@
 
 #include "system/ComText.h"
 #include "system/HResultError.h"
+#include "tracking/UsageTracker.h"
 
 namespace lumenor {
 
@@ -85,9 +86,11 @@ std::wstring UrlEncode(const std::wstring &text) {
 void SearchFor(HWND owner, const Element &provider, const std::wstring &text) {
   if (provider.ActionType == L"helpSearch") {
     SearchHelp(text);
+    usageTracker.TrackHelpSearch(); // whether or not there was anything to search for
   } else if (provider.ActionType == L"url") {
     const std::wstring url = provider.ActionParams + UrlEncode(text);
     ::ShellExecuteW(owner, L"open", url.c_str(), L"", nullptr, SW_SHOW);
+    usageTracker.TrackUrlSearch();
   }
 }
 

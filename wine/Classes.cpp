@@ -5,7 +5,10 @@
 #include "AnimationManager.h"
 #include "AnimationTimer.h"
 #include "AnimationTransitionLibrary.h"
+#include "DestinationList.h"
 #include "HelpPane.h"
+#include "ObjectCollection.h"
+#include "ShellLink.h"
 
 namespace lumenor::services {
 
@@ -26,6 +29,9 @@ const ServedClass servedClasses[] = {
     {CLSID_UIAnimationTransitionLibrary, Create<AnimationTransitionLibrary>},
     {CLSID_UIAnimationTimer, Create<AnimationTimer>},
     {helpPaneClassId, Create<HelpPane>},
+    {CLSID_DestinationList, Create<DestinationList>},
+    {CLSID_EnumerableObjectCollection, Create<ObjectCollection>},
+    {CLSID_ShellLink, ShellLink::Create},
 };
 
 } // namespace

@@ -3,24 +3,11 @@
 #include <string>
 
 #include "system/Handles.h"
+#include "Text.h"
 
 namespace lumenor::services {
 
 namespace {
-
-/// Empty where it isn't set.
-std::wstring RecordPath() {
-  std::wstring path(MAX_PATH, L'\0');
-  path.resize(::GetEnvironmentVariableW(L"LUMENOR_HELP_RECORD", path.data(), static_cast<DWORD>(path.size())));
-  return path;
-}
-
-std::string Utf8(const wchar_t *text, UINT length) {
-  const int size = ::WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(length), nullptr, 0, nullptr, nullptr);
-  std::string result(static_cast<std::size_t>(size), '\0');
-  ::WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(length), result.data(), size, nullptr, nullptr);
-  return result;
-}
 
 HRESULT Append(const std::wstring &path, const std::string &line) {
   const FileHandle file(::CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
@@ -38,8 +25,8 @@ HRESULT STDMETHODCALLTYPE HelpPane::DisplayTask(BSTR) noexcept { return E_NOTIMP
 HRESULT STDMETHODCALLTYPE HelpPane::DisplayContents(BSTR) noexcept { return E_NOTIMPL; }
 
 HRESULT STDMETHODCALLTYPE HelpPane::DisplaySearchResults(BSTR query) noexcept {
-  const std::wstring path = RecordPath();
-  return path.empty() ? S_OK : Append(path, Utf8(query, ::SysStringLen(query)) + "\n");
+  const std::wstring path = EnvironmentText(L"LUMENOR_HELP_RECORD");
+  return path.empty() ? S_OK : Append(path, Utf8({query, ::SysStringLen(query)}) + "\n");
 }
 
 } // namespace lumenor::services

@@ -2,6 +2,8 @@
 
 #include "wine/Animations.h"
 
+#include <shobjidl.h>
+
 namespace lumenor::services {
 
 namespace {
@@ -44,6 +46,24 @@ TEST_F(ModuleTest, NothingIsLeftWhenAllIsGivenBack) {
   timer.Reset();
   EXPECT_EQ(CanUnload(), S_FALSE) << "the library is left";
   library.Reset();
+  EXPECT_EQ(CanUnload(), S_OK);
+}
+
+TEST_F(ModuleTest, NothingIsLeftOfLinksAndLists) {
+  auto link = Create<IShellLinkW>(CLSID_ShellLink);
+  auto collection = Create<IObjectCollection>(CLSID_EnumerableObjectCollection);
+  auto list = Create<ICustomDestinationList>(CLSID_DestinationList);
+  ASSERT_EQ(collection->AddObject(link.Get()), S_OK);
+  {
+    UINT slots = 0;
+    Ptr<IObjectArray> removed;
+    ASSERT_EQ(list->BeginList(&slots, IID_PPV_ARGS(&removed)), S_OK);
+    ASSERT_EQ(collection->AddObject(removed.Get()), S_OK);
+  }
+  link.Reset();
+  list.Reset();
+  EXPECT_EQ(CanUnload(), S_FALSE) << "the collection holds what was added";
+  collection.Reset();
   EXPECT_EQ(CanUnload(), S_OK);
 }
 

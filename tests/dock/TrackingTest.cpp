@@ -74,6 +74,10 @@ protected:
     return actions;
   }
 
+  static std::wstring LastWaiting() { return Waiting().empty() ? L"nothing" : Waiting().back(); }
+
+  static std::wstring LastWritten() { return Written().empty() ? L"nothing" : Written().back(); }
+
   void SearchWith(const wchar_t *actionType, const wchar_t *text) {
     Element provider;
     provider.ActionType = actionType;
@@ -115,10 +119,10 @@ TEST_F(TrackedDock, TellsOfAClickThatStartsNothing) {
 TEST_F(TrackedDock, TellsOfNoCommandAndNoOpenedFlyout) {
   for (const wchar_t *command : {L"flyout", L"foryou", L"searchProvider", L"search"}) {
     Press(StartWithButton(L"exe", command).GetHandle());
-    EXPECT_EQ(opened, Waiting().back()) << command;
+    EXPECT_EQ(opened, LastWaiting()) << command;
   }
   Press(StartWithButton(L"xml", L"Test.Flyout").GetHandle());
-  EXPECT_EQ(opened, Waiting().back());
+  EXPECT_EQ(opened, LastWaiting());
 }
 
 HINSTANCE WINAPI FailToLaunch(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT) { throw std::runtime_error("launch"); }
@@ -197,7 +201,7 @@ TEST_F(TrackedDock, TellsOfARemovedButtonAtOnceAndOnce) {
 TEST_F(TrackedDock, TellsWhichButtonWentAndNotItsNeighboursRecord) {
   StartWith({VanishedElement(L"Vanished"), PictureElement(L"First"), PictureElement(L"Second")});
   dock->RemoveButton(dock->GetUserButtons().at(0)->GetHandle());
-  EXPECT_EQ(L"Delete First  exe C:\\windows\\First.exe 1", Waiting().back());
+  EXPECT_EQ(L"Delete First  exe C:\\windows\\First.exe 1", LastWaiting());
 }
 
 TEST_F(TrackedDock, TellsOfNoRemovalOfNobody) {
@@ -220,7 +224,7 @@ TEST_F(TrackedDock, TellsOfSearchesButNotForWhat) {
   SearchWith(L"url", L"secret");
   SearchWith(L"helpSearch", L"secret");
   SearchWith(L"url", L"other");
-  EXPECT_EQ((Texts{opened, L"Search Search    2", L"Search Search    1"}), Waiting());
+  ASSERT_EQ((Texts{opened, L"Search Search    2", L"Search Search    1"}), Waiting());
   EXPECT_EQ(L"Url", usageTracker.GetRecords()[1].Type);
   EXPECT_EQ(L"helpSearch", usageTracker.GetRecords()[2].Type);
 }
@@ -341,7 +345,7 @@ TEST_F(TrackedDock, WritesAtTheTwentiethUse) {
   EXPECT_EQ(Texts{L"no payload"}, Written());
   dock->AddButton(PictureElement(L"Twentieth"), 0);
   EXPECT_EQ(20u, Written().size());
-  EXPECT_EQ(L"Add", Written().back());
+  EXPECT_EQ(L"Add", LastWritten());
 }
 
 /// The dock of a user who wasn't asked or didn't agree.

@@ -21,9 +21,7 @@ constexpr float opaque = 255.0F;
 constexpr std::array<const wchar_t *, 3> variantSuffixes{L".hover", L".glow", L".pressed"};
 
 /// Where the shaded pictures of a button are kept, less their suffix.
-std::wstring CacheBasePath(const std::wstring &picturePath) {
-  return ImageCacheFolder() + FileNameOf(picturePath);
-}
+std::wstring CacheBasePath(const std::wstring &picturePath) { return ImageCacheFolder() + FileNameOf(picturePath); }
 
 D2D1_RECT_F Grown(const D2D1_RECT_F &rect, float distance) {
   return {rect.left - distance, rect.top - distance, rect.right + distance, rect.bottom + distance};

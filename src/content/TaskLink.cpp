@@ -21,7 +21,8 @@ namespace {
 constexpr std::wstring_view shortcutExtension = L".lnk";
 
 // What the shell's calls take and give at most, in characters with the closing null.
-using PathBuffer = std::array<wchar_t, 260>;
+constexpr std::size_t pathLimit = 260;
+using PathBuffer = std::array<wchar_t, pathLimit>;
 using TextBuffer = std::array<wchar_t, 1024>;
 
 template <typename Buffer> int SizeOf(const Buffer &buffer) { return static_cast<int>(buffer.size()); }
@@ -49,13 +50,13 @@ void SetIcon(IShellLinkW *link, const std::wstring &path, const std::wstring &ic
     SetCachedIcon(link, path);
 }
 
-/// The title is what the jump list shows.
-void SetTitle(IShellLinkW *link, const std::wstring &title) {
+/// The title is what the jump list shows, the path where it is empty.
+void SetTitle(IShellLinkW *link, const std::wstring &title, const std::wstring &path) {
   ComPtr<IPropertyStore> properties;
   ThrowIfFailed(link->QueryInterface(IID_PPV_ARGS(&properties)));
   PROPVARIANT value{}; // lends the text, which the store copies
   value.vt = VT_LPWSTR;
-  value.pwszVal = const_cast<wchar_t *>(title.c_str());
+  value.pwszVal = const_cast<wchar_t *>((title.empty() ? path : title).c_str());
   ThrowIfFailed(properties->SetValue(PKEY_Title, value));
   ThrowIfFailed(properties->Commit());
 }
@@ -73,6 +74,9 @@ ComPtr<IShellLinkW> OpenShortcut(const std::wstring &path) {
 void CopyPath(IShellLinkW *source, IShellLinkW *link) {
   PathBuffer path{};
   ThrowIfFailed(source->GetPath(path.data(), SizeOf(path), nullptr, SLGP_RAWPATH));
+  if (path.front() ==
+      L'\0') // of a place that is no file; with a link that leads nowhere the shell takes no list at all
+    throw HResultError(E_FAIL);
   ThrowIfFailed(link->SetPath(path.data()));
 }
 
@@ -106,10 +110,12 @@ ComPtr<IShellLinkW> MakeLink() {
 
 void FillLink(IShellLinkW *link, const std::wstring &path, const std::wstring &arguments, const std::wstring &title,
               const std::wstring &icon) {
+  if (path.size() >= pathLimit)
+    throw HResultError(HResultFromError(ERROR_FILENAME_EXCED_RANGE));
   ThrowIfFailed(link->SetPath(path.c_str()));
   ThrowIfFailed(link->SetArguments(arguments.c_str()));
   SetIcon(link, path, icon);
-  SetTitle(link, title);
+  SetTitle(link, title, path);
 }
 
 } // namespace
@@ -122,7 +128,7 @@ HRESULT CreateTaskLink(const std::wstring &path, const std::wstring &arguments, 
     if (IsShortcutPath(path))
       ThrowIfFailed(CopyShortcut(link.Get(), path));
     else
-      FillLink(link.Get(), path, arguments, element.Head.empty() ? path : element.Head, icon);
+      FillLink(link.Get(), path, arguments, element.Head, icon);
   });
 }
 
@@ -134,7 +140,7 @@ HRESULT CopyShortcut(IShellLinkW *link, const std::wstring &path) {
     CopyArguments(source.Get(), link);
     CopyWorkingFolder(source.Get(), link);
     CopyDescription(source.Get(), link);
-    SetTitle(link, ShortcutTitle(path));
+    SetTitle(link, ShortcutTitle(path), path);
   });
 }
 

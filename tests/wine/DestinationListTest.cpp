@@ -92,7 +92,7 @@ protected:
 
   static UINT CountOf(const Ptr<IObjectArray> &objects) {
     UINT count = 99;
-    EXPECT_EQ(objects->GetCount(&count), S_OK);
+    EXPECT_EQ(objects ? objects->GetCount(&count) : E_POINTER, S_OK);
     return count;
   }
 

@@ -19,10 +19,11 @@ protected:
     return count;
   }
 
-  Ptr<IObjectCollection> At(UINT index) const {
+  /// Held by the collection.
+  IObjectCollection *At(UINT index) const {
     Ptr<IObjectCollection> object;
     EXPECT_EQ(collection->GetAt(index, IID_PPV_ARGS(&object)), S_OK);
-    return object;
+    return object.Get();
   }
 
   const tests::ComApartment com;
@@ -42,11 +43,13 @@ TEST_F(ObjectCollectionTest, HoldsObjectsInTheirOrder) {
   EXPECT_EQ(Count(), 0U);
   EXPECT_EQ(collection->AddObject(second.Get()), S_OK);
   EXPECT_EQ(collection->AddObject(first.Get()), S_OK);
+  EXPECT_EQ(collection->AddObject(third.Get()), S_OK);
   EXPECT_EQ(collection->AddObject(second.Get()), S_OK);
-  EXPECT_EQ(Count(), 3U);
-  EXPECT_EQ(At(0), second);
-  EXPECT_EQ(At(1), first);
-  EXPECT_EQ(At(2), second);
+  EXPECT_EQ(Count(), 4U);
+  EXPECT_EQ(At(0), second.Get());
+  EXPECT_EQ(At(1), first.Get());
+  EXPECT_EQ(At(2), third.Get());
+  EXPECT_EQ(At(3), second.Get());
 }
 
 TEST_F(ObjectCollectionTest, HoldsObjectsThatNobodyElseHolds) {
@@ -72,7 +75,7 @@ TEST_F(ObjectCollectionTest, IsAnArrayAndOneObject) {
   Ptr<IUnknown> identity, identityOfArray;
   ASSERT_EQ(collection.As(&identity), S_OK);
   ASSERT_EQ(array.As(&identityOfArray), S_OK);
-  EXPECT_EQ(identity, identityOfArray);
+  EXPECT_EQ(identity.Get(), identityOfArray.Get());
 }
 
 TEST_F(ObjectCollectionTest, AddsAllOfAnArray) {
@@ -81,8 +84,8 @@ TEST_F(ObjectCollectionTest, AddsAllOfAnArray) {
   ASSERT_EQ(collection->AddObject(third.Get()), S_OK);
   EXPECT_EQ(collection->AddFromArray(third.Get()), S_OK);
   ASSERT_EQ(Count(), 3U);
-  EXPECT_EQ(At(1), first);
-  EXPECT_EQ(At(2), second);
+  EXPECT_EQ(At(1), first.Get());
+  EXPECT_EQ(At(2), second.Get());
 }
 
 TEST_F(ObjectCollectionTest, AddsWhatItHoldsOnceMore) {
@@ -90,8 +93,8 @@ TEST_F(ObjectCollectionTest, AddsWhatItHoldsOnceMore) {
   ASSERT_EQ(collection->AddObject(second.Get()), S_OK);
   EXPECT_EQ(collection->AddFromArray(collection.Get()), S_OK);
   ASSERT_EQ(Count(), 4U);
-  EXPECT_EQ(At(2), first);
-  EXPECT_EQ(At(3), second);
+  EXPECT_EQ(At(2), first.Get());
+  EXPECT_EQ(At(3), second.Get());
 }
 
 TEST_F(ObjectCollectionTest, RemovesTheOneObject) {
@@ -99,8 +102,8 @@ TEST_F(ObjectCollectionTest, RemovesTheOneObject) {
     ASSERT_EQ(collection->AddObject(object.Get()), S_OK);
   EXPECT_EQ(collection->RemoveObjectAt(1), S_OK);
   ASSERT_EQ(Count(), 2U);
-  EXPECT_EQ(At(0), first);
-  EXPECT_EQ(At(1), third);
+  EXPECT_EQ(At(0), first.Get());
+  EXPECT_EQ(At(1), third.Get());
 }
 
 TEST_F(ObjectCollectionTest, ClearedItMayBeFilledAgain) {
@@ -108,7 +111,7 @@ TEST_F(ObjectCollectionTest, ClearedItMayBeFilledAgain) {
   EXPECT_EQ(collection->Clear(), S_OK);
   EXPECT_EQ(Count(), 0U);
   EXPECT_EQ(collection->AddObject(second.Get()), S_OK);
-  EXPECT_EQ(At(0), second);
+  EXPECT_EQ(At(0), second.Get());
 }
 
 TEST_F(ObjectCollectionTest, RefusesNothingAsObjectOrArray) {

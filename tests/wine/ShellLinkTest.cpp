@@ -150,7 +150,7 @@ TEST_F(ShellLinkTest, IsOneObjectWithAllInterfacesOfThePlatforms) {
     Ptr<IUnknown> face, identityOfFace;
     ASSERT_EQ(link->QueryInterface(from, reinterpret_cast<void **>(face.GetAddressOf())), S_OK) << from.Data1;
     ASSERT_EQ(face.As(&identityOfFace), S_OK);
-    EXPECT_EQ(identityOfFace, identity) << from.Data1;
+    EXPECT_EQ(identityOfFace.Get(), identity.Get()) << from.Data1;
     for (const IID &to : interfaces) {
       Ptr<IUnknown> other;
       EXPECT_EQ(face->QueryInterface(to, reinterpret_cast<void **>(other.GetAddressOf())), S_OK) << to.Data1;
@@ -259,7 +259,7 @@ TEST_F(ShellLinkTest, FileThatCantBeLoadedChangesNothing) {
 
 TEST_F(ShellLinkTest, TellsTheClassOfAllLinks) {
   CLSID id = {};
-  EXPECT_EQ(As<IPersist>()->GetClassID(&id), S_OK);
+  EXPECT_EQ(As<IPersistFile>()->GetClassID(&id), S_OK);
   EXPECT_TRUE(::IsEqualCLSID(id, CLSID_ShellLink));
 }
 

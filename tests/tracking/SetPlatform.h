@@ -52,6 +52,9 @@ public:
   }
   void SetStatus(RPC_STATUS result) const { status = result; }
 
+  /// Goes on as if `given` had been given out so far.
+  void SetCount(unsigned long given) const { count = given; }
+
 private:
   static RPC_STATUS RPC_ENTRY Create(UUID *uuid) {
     if (status == RPC_S_OK || status == RPC_S_UUID_LOCAL_ONLY)

@@ -1,5 +1,6 @@
 #include "app/Cycles.h"
 
+#include "app/JumpListPlatform.h"
 #include "dock/DockMessages.h"
 #include "dock/MainDlg.h"
 #include "system/EventLog.h"
@@ -27,6 +28,7 @@ void RunMessageLoop(CMainDlg &dock, MSG &message) {
 }
 
 void RunCycle(MSG &message) {
+  PublishJumpList();
   LogInfo("MainDlg creation");
   CMainDlg dock;
   dock.Create(nullptr);

@@ -3,17 +3,21 @@
 #include <algorithm>
 #include <atomic>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <thread>
 
 #include <gtest/gtest.h>
 
+#include "app/VersionSpy.h"
 #include "content/Documents.h"
 #include "dock/Commands.h"
 #include "dock/DockMessages.h"
 #include "support/ComApartment.h"
 #include "support/Desk.h"
+#include "support/FailingClass.h"
 #include "support/ImportSlot.h"
+#include "support/JumpLists.h"
 #include "support/KeptRegistryKey.h"
 #include "support/LogCapture.h"
 #include "support/TestFolders.h"
@@ -21,6 +25,7 @@
 #include "toolkit/drawing/WICHelper.h"
 
 #include <shellapi.h>
+#include <shobjidl.h>
 
 extern "C" decltype(&::ShellExecuteW) __imp_ShellExecuteW;
 
@@ -28,6 +33,7 @@ namespace lumenor {
 
 namespace {
 
+constexpr wchar_t applicationId[] = L"com.tw.ebu.lumenor";
 constexpr wchar_t userDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.User";
 
 HINSTANCE WINAPI FailToLaunch(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT) { throw std::runtime_error("launch"); }
@@ -59,8 +65,9 @@ protected:
   std::vector<std::string> CycleLines() const {
     std::vector<std::string> lines = log.AllLines();
     std::erase_if(lines, [](const std::string &line) {
-      return line != "INFO: MainDlg creation" && line != "INFO: MainDlg InitializeComponent" &&
-             line != "INFO: Dock Startup complete" && line != "FATAL: Failed to initialize Lumenor";
+      return line != "INFO: Jumplist creation" && line != "INFO: Create jumplist" && line != "INFO: MainDlg creation" &&
+             line != "INFO: MainDlg InitializeComponent" && line != "INFO: Dock Startup complete" &&
+             line != "FATAL: Failed to initialize Lumenor";
     });
     return lines;
   }
@@ -79,7 +86,29 @@ protected:
 
   void UnblockUserFolder() const { ::SetEnvironmentVariableW(L"APPDATA", folders.AppData().c_str()); }
 
+  /// Lays a stub of a user's button that starts `program`.
+  void WriteUserStub(const std::wstring &program) const {
+    const std::wstring name = userDocument;
+    tests::WriteText(folders.CommonFolder() + L"\\LangRes\\xx_xx\\" + name + L".1.dstb",
+                     L"<UIRoot><" + name + L"><Elements><Element><Head>Head</Head><ActionType>exe</ActionType>" +
+                         L"<ActionParams>" + program + L"</ActionParams></Element></Elements></" + name +
+                         L"></UIRoot>");
+  }
+
   using Lines = std::vector<std::string>;
+
+  /// The lines of a cycle in which a bar comes up.
+  static Lines CycleThatComesUp() {
+    return {"INFO: Jumplist creation", "INFO: Create jumplist", "INFO: MainDlg creation",
+            "INFO: MainDlg InitializeComponent", "INFO: Dock Startup complete"};
+  }
+
+  static Lines Twice(Lines lines) {
+    const Lines once = lines;
+    lines.insert(lines.end(), once.begin(), once.end());
+    return lines;
+  }
+
   using Texts = std::vector<std::wstring>;
 
   const tests::ComApartment com;
@@ -93,8 +122,7 @@ protected:
 TEST_F(CyclesTest, AClosedDockEndsWithZero) {
   onBar = [](HWND bar) { ::PostMessageW(bar, WM_CLOSE, 0, 0); };
   EXPECT_EQ(0, RunCycles());
-  EXPECT_EQ((Lines{"INFO: MainDlg creation", "INFO: MainDlg InitializeComponent", "INFO: Dock Startup complete"}),
-            CycleLines());
+  EXPECT_EQ(CycleThatComesUp(), CycleLines());
   EXPECT_EQ(Texts{}, eventLog.Reports());
 }
 
@@ -109,16 +137,72 @@ TEST_F(CyclesTest, AResetBuildsANewBarInTheSameProcess) {
     }
   };
   EXPECT_EQ(0, RunCycles());
-  EXPECT_EQ((Lines{"INFO: MainDlg creation", "INFO: MainDlg InitializeComponent", "INFO: Dock Startup complete",
-                   "INFO: MainDlg creation", "INFO: MainDlg InitializeComponent", "INFO: Dock Startup complete"}),
-            CycleLines());
+  EXPECT_EQ(Twice(CycleThatComesUp()), CycleLines());
 }
 
 TEST_F(CyclesTest, AFailureBeforeTheFirstMessageEndsWithZero) {
   BlockUserFolder();
   EXPECT_EQ(0, RunCycles());
-  EXPECT_EQ((Lines{"INFO: MainDlg creation", "FATAL: Failed to initialize Lumenor"}), CycleLines());
+  EXPECT_EQ((Lines{"INFO: Jumplist creation", "FATAL: Failed to initialize Lumenor"}), CycleLines());
   EXPECT_EQ(Texts{L"Failed to initialize Lumenor"}, eventLog.Reports());
+}
+
+TEST_F(CyclesTest, ABarThatFailsBeforeTheFirstMessageEndsWithZero) {
+  const tests::VersionSpy platformWithoutList(6, 2);
+  BlockUserFolder();
+  EXPECT_EQ(0, RunCycles());
+  EXPECT_EQ((Lines{"INFO: Jumplist creation", "INFO: MainDlg creation", "FATAL: Failed to initialize Lumenor"}),
+            CycleLines());
+  EXPECT_EQ(Texts{L"Failed to initialize Lumenor"}, eventLog.Reports());
+}
+
+TEST_F(CyclesTest, AJumpListThatFailsKeepsTheBarFromComingUp) {
+  const tests::FailingClass noLists(CLSID_DestinationList, REGDB_E_CLASSNOTREG);
+  EXPECT_EQ(0, RunCycles());
+  EXPECT_EQ((Lines{"INFO: Jumplist creation", "INFO: Create jumplist", "FATAL: Failed to initialize Lumenor"}),
+            CycleLines());
+  EXPECT_EQ(Texts{L"Failed to initialize Lumenor"}, eventLog.Reports());
+}
+
+TEST_F(CyclesTest, AJumpListIsThereBeforeTheBar) {
+  bool isThere = false;
+  onBar = [&](HWND bar) {
+    isThere = tests::ReadJumpList(applicationId).has_value();
+    ::PostMessageW(bar, WM_CLOSE, 0, 0);
+  };
+  EXPECT_EQ(0, RunCycles());
+  EXPECT_TRUE(isThere);
+}
+
+TEST_F(CyclesTest, AResetPublishesTheJumpListOfTheRebuiltDocuments) {
+  const std::wstring program = folders.Root() + L"\\a.exe";
+  tests::WriteBytes(program, "x");
+  std::optional<std::vector<tests::JumpTask>> before;
+  HWND first = nullptr;
+  onBar = [&](HWND bar) {
+    if (first == nullptr) {
+      first = bar;
+      before = tests::ReadJumpList(applicationId);
+      WriteUserStub(program);
+      ::PostMessageW(bar, ResetDockMessage, 0, 0);
+    } else if (bar != first) {
+      ::PostMessageW(bar, WM_CLOSE, 0, 0);
+    }
+  };
+  EXPECT_EQ(0, RunCycles());
+  using Tasks = std::vector<tests::JumpTask>;
+  EXPECT_EQ(Tasks{}, before);
+  EXPECT_EQ((Tasks{{L"Head", program, {}, {}, {}, {}, 0}}), tests::ReadJumpList(applicationId));
+}
+
+TEST_F(CyclesTest, ADockOnAnotherPlatformComesUpWithoutAJumpList) {
+  const tests::VersionSpy platform(10, 0);
+  onBar = [](HWND bar) { ::PostMessageW(bar, WM_CLOSE, 0, 0); };
+  EXPECT_EQ(0, RunCycles());
+  EXPECT_EQ((Lines{"INFO: Jumplist creation", "INFO: MainDlg creation", "INFO: MainDlg InitializeComponent",
+                   "INFO: Dock Startup complete"}),
+            CycleLines());
+  EXPECT_EQ(std::nullopt, tests::ReadJumpList(applicationId));
 }
 
 TEST_F(CyclesTest, AFailureAfterAResetIsTriedAgainUntilItLastsNoLonger) {
@@ -179,14 +263,13 @@ TEST_F(CyclesTest, ADockThatDoesNotComeUpLeavesALivingProcess) {
   SaveDocument({element}, L"Lumenor.MainFrame.Windows.DockViewWindow.Main");
   const DWORD thread = ::GetCurrentThreadId();
   std::thread visitor([&] {
-    for (int i = 0; i < 500 && CycleLines().size() < 3; ++i)
+    for (int i = 0; i < 500 && CycleLines().size() < CycleThatComesUp().size(); ++i)
       ::Sleep(20);
     ::PostThreadMessageW(thread, WM_QUIT, 5, 0); // as the end of the session ends it
   });
   EXPECT_EQ(5, RunCycles());
   visitor.join();
-  EXPECT_EQ((Lines{"INFO: MainDlg creation", "INFO: MainDlg InitializeComponent", "INFO: Dock Startup complete"}),
-            CycleLines());
+  EXPECT_EQ(CycleThatComesUp(), CycleLines());
   EXPECT_EQ(Texts{L"caught an unhandled exception in OnInitDialog"}, eventLog.Reports());
 }
 

@@ -109,6 +109,45 @@ TEST_F(OpenRegistryPathTest, ALowerCaseRootFails) {
   EXPECT_FALSE(OpenRegistryPath(L"hkey_current_user\\Software", holder, KEY_READ));
 }
 
+class OpenOrCreateRegistryPathTest : public OpenRegistryPathTest {};
+
+TEST_F(OpenOrCreateRegistryPathTest, OpensAKeyThatIsThere) {
+  key.SetText(L"Name", L"text");
+  ASSERT_TRUE(OpenOrCreateRegistryPath(testPath, holder, KEY_READ));
+  EXPECT_EQ(L"text", ReadRegistryString(holder.key.Get(), L"Name"));
+}
+
+TEST_F(OpenOrCreateRegistryPathTest, MakesAMissingKeyWithItsParents) {
+  ASSERT_TRUE(OpenOrCreateRegistryPath(std::wstring(testPath) + L"\\A\\B", holder, KEY_READ | KEY_WRITE));
+  EXPECT_EQ(ERROR_SUCCESS, WriteRegistryString(holder.key.Get(), L"Name", L"made"));
+  RegistryKeyHolder again;
+  ASSERT_TRUE(OpenRegistryPath(std::wstring(testPath) + L"\\A\\B", again, KEY_READ));
+  EXPECT_EQ(L"made", ReadRegistryString(again.key.Get(), L"Name"));
+}
+
+TEST_F(OpenOrCreateRegistryPathTest, AMadeKeyAllowsWhatWasAskedFor) {
+  ASSERT_TRUE(OpenOrCreateRegistryPath(std::wstring(testPath) + L"\\A", holder, KEY_READ));
+  EXPECT_EQ(ERROR_ACCESS_DENIED, WriteRegistryString(holder.key.Get(), L"Name", L"text"));
+}
+
+TEST_F(OpenOrCreateRegistryPathTest, RemembersTheRegistryViewAlone) {
+  ASSERT_TRUE(OpenOrCreateRegistryPath(std::wstring(testPath) + L"\\A", holder, KEY_READ | KEY_WOW64_64KEY));
+  EXPECT_EQ(static_cast<REGSAM>(KEY_WOW64_64KEY), holder.view);
+}
+
+TEST_F(OpenOrCreateRegistryPathTest, AFailureLeavesTheHolderAsItIs) {
+  ASSERT_TRUE(OpenRegistryPath(testPath, holder, KEY_READ));
+  const HKEY former = holder.key.Get();
+  EXPECT_FALSE(OpenOrCreateRegistryPath(L"HKEY_NOWHERE\\Software", holder, KEY_READ | KEY_WOW64_64KEY));
+  EXPECT_FALSE(OpenOrCreateRegistryPath(L"HKEY_CURRENT_USER", holder, KEY_READ | KEY_WOW64_64KEY));
+  EXPECT_EQ(former, holder.key.Get());
+  EXPECT_EQ(0u, holder.view);
+}
+
+TEST_F(OpenOrCreateRegistryPathTest, APathThatIsNoneIsInvalid) {
+  EXPECT_EQ(E_INVALIDARG, HResultOf([&] { OpenOrCreateRegistryPath(L"", holder, KEY_READ); }));
+}
+
 class RegistryString : public testing::Test {
 protected:
   RegistryString() {
@@ -195,6 +234,44 @@ TEST_F(RegistryString, TheTextEndsAtItsFirstNull) {
 TEST_F(RegistryString, LongTextIsReadWhole) {
   kept.SetText(L"Name", std::wstring(32000, L'x'));
   EXPECT_EQ(std::wstring(32000, L'x'), ReadRegistryString(key, L"Name"));
+}
+
+class WrittenRegistryString : public RegistryString {
+protected:
+  WrittenRegistryString() { OpenRegistryPath(testPath, holder, KEY_READ | KEY_WRITE); }
+
+  LSTATUS Write(const std::wstring &text) { return WriteRegistryString(holder.key.Get(), L"Name", text); }
+
+  /// The value's bytes, when it is a REG_SZ.
+  std::string Written() {
+    DWORD type = REG_NONE, size = 64;
+    std::string bytes(size, '\0');
+    ::RegQueryValueExW(holder.key.Get(), L"Name", nullptr, &type, reinterpret_cast<BYTE *>(bytes.data()), &size);
+    return type == REG_SZ ? bytes.substr(0, size) : "another type";
+  }
+};
+
+TEST_F(WrittenRegistryString, HasItsClosingNull) {
+  EXPECT_EQ(ERROR_SUCCESS, Write(L"abc"));
+  EXPECT_EQ(Bytes(L"abc", 8), Written());
+}
+
+TEST_F(WrittenRegistryString, OfNoCharactersIsItsNull) {
+  EXPECT_EQ(ERROR_SUCCESS, Write(L""));
+  EXPECT_EQ(Bytes(L"", 2), Written());
+}
+
+TEST_F(WrittenRegistryString, TakesThePlaceOfAnotherType) {
+  kept.SetNumber(L"Name", 5);
+  EXPECT_EQ(ERROR_SUCCESS, Write(L"abc"));
+  EXPECT_EQ(L"abc", kept.Text(L"Name"));
+}
+
+TEST_F(WrittenRegistryString, WhereNothingMayBeWrittenSaysSo) {
+  RegistryKeyHolder reader;
+  ASSERT_TRUE(OpenRegistryPath(testPath, reader, KEY_READ));
+  EXPECT_EQ(ERROR_ACCESS_DENIED, WriteRegistryString(reader.key.Get(), L"Name", L"abc"));
+  EXPECT_EQ(std::nullopt, kept.Text(L"Name"));
 }
 
 } // namespace

@@ -174,6 +174,15 @@ TEST_F(Xml, ANullNodeIsAnInvalidArgument) {
   EXPECT_EQ(invalid, FailureOf([&] { AppendChild(nullptr, document); }));
   EXPECT_EQ(invalid, FailureOf([&] { AppendChild(document, nullptr); }));
   EXPECT_EQ(invalid, FailureOf([] { SaveXmlFile(nullptr, L"a"); }));
+  EXPECT_EQ(invalid, FailureOf([] { CreateProcessingInstruction(nullptr, L"a", L"b"); }));
+  EXPECT_EQ(invalid, FailureOf([] { NodeName(nullptr); }));
+  EXPECT_EQ(invalid, FailureOf([] { FirstChild(nullptr); }));
+  EXPECT_EQ(invalid, FailureOf([&] { InsertBefore(nullptr, document, document); }));
+  EXPECT_EQ(invalid, FailureOf([&] { InsertBefore(nullptr, document, nullptr); }));
+  EXPECT_EQ(invalid, FailureOf([&] { InsertBefore(document, nullptr, document); }));
+  EXPECT_EQ(invalid, FailureOf([&] { InsertBefore(document, nullptr, nullptr); }));
+  EXPECT_EQ(invalid, FailureOf([&] { RemoveChild(nullptr, document); }));
+  EXPECT_EQ(invalid, FailureOf([&] { RemoveChild(document, nullptr); }));
 }
 
 TEST_F(Xml, AFailedStringAllocationIsOutOfMemory) {
@@ -186,6 +195,7 @@ TEST_F(Xml, AFailedStringAllocationIsOutOfMemory) {
   EXPECT_EQ(outOfMemory, FailureOf([&] { SelectNode(document, L"a"); }));
   EXPECT_EQ(outOfMemory, FailureOf([&] { NodeAttribute(SelectNode(document, L"a"), L"a"); }));
   EXPECT_EQ(outOfMemory, FailureOf([&] { CreateNode(document, L"a", L"b"); }));
+  EXPECT_EQ(outOfMemory, FailureOf([&] { CreateProcessingInstruction(document, L"a", L"b"); }));
 }
 
 TEST_F(Xml, WithoutComADocumentRaises) {
@@ -226,6 +236,60 @@ TEST_F(Xml, ANewNodeOfANameThatXmlDoesNotTakeRaises) {
 TEST_F(Xml, AppendingANodeToItselfRaises) {
   const XmlDocumentPtr document = LoadXmlString(L"<a><b/></a>");
   EXPECT_LT(FailureOf([&] { AppendChild(SelectNode(document, L"/a"), document); }), 0);
+}
+
+TEST_F(Xml, AProcessingInstructionIsSavedAsItWasMade) {
+  const XmlDocumentPtr document = LoadXmlString(L"<a/>");
+  const XmlNodePtr instruction = CreateProcessingInstruction(document, L"xml", L"version=\"1.0\" encoding = \"utf-8\"");
+  InsertBefore(document, instruction, FirstChild(document));
+  EXPECT_EQ(L"<?xml version=\"1.0\" encoding = \"utf-8\"?>\n<a/>\n", Saved(document));
+}
+
+TEST_F(Xml, AProcessingInstructionWithoutANameRaises) {
+  const XmlDocumentPtr document = LoadXmlString(L"<a/>");
+  EXPECT_LT(FailureOf([&] { CreateProcessingInstruction(document, L"", L"b"); }), 0);
+}
+
+TEST_F(Xml, ANodeHasTheNameOfItsKind) {
+  const XmlDocumentPtr document = LoadXmlString(L"<?p q?><a>text</a>");
+  EXPECT_EQ(L"#document", NodeName(document));
+  EXPECT_EQ(L"p", NodeName(FirstChild(document)));
+  EXPECT_EQ(L"a", NodeName(SelectNode(document, L"/a")));
+  EXPECT_EQ(L"#text", NodeName(SelectNode(document, L"/a/text()")));
+}
+
+TEST_F(Xml, TheFirstChildMayBeOfAnyKind) {
+  const XmlDocumentPtr document = LoadXmlString(L"<a><!--c--><b/><d/></a>");
+  EXPECT_EQ(L"#comment", NodeName(FirstChild(SelectNode(document, L"/a"))));
+  EXPECT_EQ(nullptr, FirstChild(SelectNode(document, L"/a/b")));
+}
+
+TEST_F(Xml, ANodeIsPutAheadOfAnother) {
+  const XmlDocumentPtr document = LoadXmlString(L"<a><b/><c/></a>");
+  const XmlNodePtr parent = SelectNode(document, L"/a");
+  InsertBefore(parent, CreateNode(document, L"x", L""), SelectNode(document, L"/a/c"));
+  InsertBefore(parent, CreateNode(document, L"y", L""), FirstChild(parent));
+  EXPECT_EQ(L"<a><y/><b/><x/><c/></a>\n", Saved(document));
+}
+
+TEST_F(Xml, ANodeThatIsPutAheadOfNothingIsTheLast) {
+  const XmlDocumentPtr document = LoadXmlString(L"<a><b/></a>");
+  const XmlNodePtr parent = SelectNode(document, L"/a");
+  InsertBefore(parent, CreateNode(document, L"x", L""), nullptr);
+  InsertBefore(FirstChild(parent), CreateNode(document, L"y", L""), FirstChild(FirstChild(parent)));
+  EXPECT_EQ(L"<a><b><y/></b><x/></a>\n", Saved(document));
+}
+
+TEST_F(Xml, AChildIsRemovedWithAllBelowIt) {
+  const XmlDocumentPtr document = LoadXmlString(L"<a><b><c/></b><d/></a>");
+  RemoveChild(SelectNode(document, L"/a"), SelectNode(document, L"/a/b"));
+  EXPECT_EQ(L"<a><d/></a>\n", Saved(document));
+}
+
+TEST_F(Xml, WhatIsNoChildIsNotRemoved) {
+  const XmlDocumentPtr document = LoadXmlString(L"<a><b><c/></b></a>");
+  EXPECT_LT(FailureOf([&] { RemoveChild(SelectNode(document, L"/a"), SelectNode(document, L"/a/b/c")); }), 0);
+  EXPECT_EQ(L"<a><b><c/></b></a>\n", Saved(document));
 }
 
 TEST_F(Xml, SavingWhereNoFileCanBeRaises) {

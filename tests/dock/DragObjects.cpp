@@ -15,7 +15,7 @@ HGLOBAL MakeFileList(const std::vector<std::wstring> &paths) {
   std::wstring names;
   for (const std::wstring &path : paths)
     names += path + L'\0';
-  names += L'\0';
+  names.append(paths.empty() ? 2 : 1, L'\0'); // the platform looks behind the first name for the end of the list
   const std::size_t bytes = names.size() * sizeof(wchar_t);
   const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(DROPFILES) + bytes);
   auto *const list = static_cast<DROPFILES *>(::GlobalLock(memory));

@@ -1,5 +1,8 @@
 #include "system/HResultError.h"
 
+#include <new>
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
 namespace lumenor {
@@ -26,6 +29,19 @@ TEST(HResultError, AFailureHResultStaysAsItStands) {
 }
 
 TEST(HResultError, AnErrorOfZeroIsStillAFailure) { EXPECT_EQ(E_FAIL, HResultFromError(0)); }
+
+TEST(HResultOf, ReturnsWhatWasRaised) {
+  EXPECT_EQ(STG_E_ACCESSDENIED, HResultOf([] { throw HResultError(STG_E_ACCESSDENIED); }));
+  EXPECT_EQ(E_OUTOFMEMORY, HResultOf([] { throw std::bad_alloc(); }));
+  EXPECT_EQ(E_FAIL, HResultOf([] { throw std::runtime_error("text"); }));
+  EXPECT_EQ(E_FAIL, HResultOf([] { throw 5; }));
+}
+
+TEST(HResultOf, IsASuccessWhereNothingWasRaised) {
+  int calls = 0;
+  EXPECT_EQ(S_OK, HResultOf([&] { ++calls; }));
+  EXPECT_EQ(1, calls);
+}
 
 } // namespace
 } // namespace lumenor

@@ -60,6 +60,15 @@ TEST(FolderPart, IsWhatStandsBeforeTheLastSeparator) {
   EXPECT_EQ(L"", FolderPart(L""));
 }
 
+TEST(FileExists, ForAFileButNoFolder) {
+  const TestFolders folders;
+  WriteBytes(folders.Root() + L"\\a folder\\a.txt", "");
+  EXPECT_TRUE(FileExists(folders.Root() + L"\\a folder\\a.txt"));
+  EXPECT_FALSE(FileExists(folders.Root() + L"\\a folder"));
+  EXPECT_FALSE(FileExists(folders.Root() + L"\\b.txt"));
+  EXPECT_FALSE(FileExists(L""));
+}
+
 TEST(LastWriteTime, IsTheFilesAndTheLookIsLogged) {
   const TestFolders folders;
   const LogCapture log(folders);

@@ -74,8 +74,8 @@ ComPtr<IShellLinkW> OpenShortcut(const std::wstring &path) {
 void CopyPath(IShellLinkW *source, IShellLinkW *link) {
   PathBuffer path{};
   ThrowIfFailed(source->GetPath(path.data(), SizeOf(path), nullptr, SLGP_RAWPATH));
-  if (path.front() ==
-      L'\0') // of a place that is no file; with a link that leads nowhere the shell takes no list at all
+  // A place that is no file has none; a link that leads nowhere would cost the whole list.
+  if (path.front() == L'\0')
     throw HResultError(E_FAIL);
   ThrowIfFailed(link->SetPath(path.data()));
 }

@@ -90,9 +90,9 @@ TEST_F(IconCacheTest, AFileInTheFoldersPlaceIsLeftAlone) {
 
 TEST_F(IconCacheTest, ThePathIsLentToTheShellAsACopy) {
   const IconSpy icons(false, true);
-  const std::wstring target = L"C:\\folder\\a.txt";
+  const std::wstring target = L"C:\\a folder with a long name\\and another one in it\\a.txt";
   CacheAssociatedIcon(target);
-  EXPECT_EQ(L"C:\\folder\\a.txt", target);
+  EXPECT_EQ(L"C:\\a folder with a long name\\and another one in it\\a.txt", target);
 }
 
 TEST_F(IconCacheTest, APathThatTheShellHasNoRoomForHasNoIcon) {

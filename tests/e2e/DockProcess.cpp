@@ -62,9 +62,11 @@ DockProcess::DockProcess(const Installation &installation, const std::wstring &a
 DockProcess::~DockProcess() {
   if (!IsRunning())
     return;
-  if (const HWND bar = Bar())
+  const HWND bar = Bar();
+  if (bar != nullptr)
     ::PostMessageW(bar, WM_CLOSE, 0, 0);
-  if (::WaitForSingleObject(process.Get(), 5000) != WAIT_OBJECT_0) {
+  // Without its bar it is on its way out already, or will never go.
+  if (::WaitForSingleObject(process.Get(), bar != nullptr ? 5000 : 1000) != WAIT_OBJECT_0) {
     ::TerminateProcess(process.Get(), 99);
     ::WaitForSingleObject(process.Get(), 5000);
   }

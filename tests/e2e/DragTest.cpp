@@ -9,53 +9,16 @@
 #include "e2e/DragProgram.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
-#include "system/HResultError.h"
-
-#include <shlobj.h>
-#include <wrl/client.h>
+#include "e2e/Shortcut.h"
 
 namespace lumenor::e2e {
 namespace {
 
-using Microsoft::WRL::ComPtr;
 using Ids = std::vector<int>;
 using Texts = std::vector<std::wstring>;
 
 constexpr POINT farAway = {640, 700};
 constexpr wchar_t folder[] = L"C:\\drag";
-
-/// The platform's loop of a drag takes the place of whatever message comes for the cursor's, and one that has waited
-/// tells an old place: so the hand trembles for a while before it lets go.
-void LetGo(POINT place) {
-  for (int i = 1; i < 7; ++i)
-    MoveCursor({place.x + i % 2, place.y});
-  ReleaseLeftButton();
-}
-
-/// Presses at the first of `places`, moves through the others and lets go.
-void DragThrough(const std::vector<POINT> &places) {
-  MoveCursor(places.front());
-  PressLeftButton();
-  MoveCursor({places.front().x + 6, places.front().y});
-  for (std::size_t i = 1; i < places.size(); ++i)
-    MoveCursor(places[i]);
-  LetGo(places.back());
-}
-
-/// A shortcut at `path` to the program `target`.
-void MakeShortcut(const std::wstring &path, const std::wstring &target) {
-  ::CoInitialize(nullptr);
-  {
-    ComPtr<IShellLinkW> link;
-    ThrowIfFailed(
-        ::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(link.GetAddressOf())));
-    ThrowIfFailed(link->SetPath(target.c_str()));
-    ComPtr<IPersistFile> file;
-    ThrowIfFailed(link.As(&file));
-    ThrowIfFailed(file->Save(path.c_str(), TRUE));
-  }
-  ::CoUninitialize();
-}
 
 class Drags : public ::testing::Test {
 protected:
@@ -277,7 +240,7 @@ TEST_F(Drags, OfFiveFilesAddThemInReverseOrder) {
 TEST_F(Drags, OfAShortcutAddAButtonThatOpensIt) {
   WriteButtons(1);
   const std::wstring shortcut = std::wstring(folder) + L"\\My shortcut.lnk";
-  MakeShortcut(shortcut, installation.Recorder());
+  MakeShortcut(shortcut, {.target = installation.Recorder()});
   DockProcess dock(installation);
   ASSERT_NE(nullptr, dock.WaitForBar());
   {

@@ -4,6 +4,7 @@
 
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
+#include "e2e/ResetDialog.h"
 #include "e2e/Screen.h"
 
 namespace lumenor::e2e {
@@ -77,28 +78,6 @@ TEST_F(End, TheNextStartFindsWhatWasSaved) {
   ASSERT_NE(nullptr, dock.WaitForBar());
   EXPECT_NE(nullptr, dock.Control(2000));
   EXPECT_EQ(nullptr, dock.Control(2001)) << "no button for the target that is gone";
-}
-
-/// Opens the reset dialog and returns its window.
-HWND OpenResetDialog(DockProcess &dock) {
-  Click(dock.ResetButton());
-  return dock.WaitForPopup();
-}
-
-/// The dialog's two buttons in the order on the screen, left to right.
-std::vector<RECT> DialogButtons(HWND dialog) {
-  std::vector<RECT> buttons;
-  ::EnumChildWindows(
-      dialog,
-      [](HWND window, LPARAM parameter) -> BOOL {
-        if (::GetWindowLongW(window, GWL_ID) == 1003)
-          reinterpret_cast<std::vector<RECT> *>(parameter)->push_back(RectOf(window));
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&buttons));
-  if (buttons.size() == 2 && buttons[1].left < buttons[0].left)
-    std::swap(buttons[0], buttons[1]);
-  return buttons;
 }
 
 TEST_F(End, ResetAsksRebuildsAndComesBackInTheSameProcess) {

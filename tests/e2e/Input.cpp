@@ -91,6 +91,21 @@ void Drag(POINT from, POINT to) {
   ReleaseLeftButton();
 }
 
+void LetGo(POINT place) {
+  for (int i = 1; i < 7; ++i)
+    MoveCursor({place.x + i % 2, place.y});
+  ReleaseLeftButton();
+}
+
+void DragThrough(const std::vector<POINT> &places) {
+  MoveCursor(places.front());
+  PressLeftButton();
+  MoveCursor({places.front().x + 6, places.front().y});
+  for (std::size_t i = 1; i < places.size(); ++i)
+    MoveCursor(places[i]);
+  LetGo(places.back());
+}
+
 void PressKeyWith(WORD modifier, WORD virtualKey, int times) {
   SendKey(modifier, 0);
   for (int i = 0; i < times; ++i)

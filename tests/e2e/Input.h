@@ -2,6 +2,7 @@
 // Real input: the cursor is moved and buttons are pressed the way a hand does it, through the platform's input queue.
 
 #include <string>
+#include <vector>
 
 #include "system/Windows.h"
 
@@ -22,6 +23,14 @@ void ClickAtOnce(POINT point);
 
 /// Presses at `from`, moves to `to` and releases there.
 void Drag(POINT from, POINT to);
+
+/// Lets go of the left button at `place`, at the end of a drag. The platform's loop of a drag takes the place of
+/// whatever message comes for the cursor's, and one that has waited tells an old place: so the hand trembles for a
+/// while before.
+void LetGo(POINT place);
+
+/// Presses at the first of `places`, moves through the others and lets go.
+void DragThrough(const std::vector<POINT> &places);
 
 /// Presses and releases a key of the keyboard.
 void PressKey(WORD virtualKey);

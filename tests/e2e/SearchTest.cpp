@@ -8,14 +8,12 @@
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
-#include "support/KeptRegistryKey.h"
+#include "e2e/Searching.h"
 
 namespace lumenor::e2e {
 namespace {
 
 using Addresses = std::vector<std::wstring>;
-
-constexpr wchar_t helpPaneClass[] = L"Software\\Classes\\CLSID\\{8CEC58E7-07A1-11D9-B15E-000D56BFE6EE}";
 
 class Search : public ::testing::Test {
 protected:
@@ -33,23 +31,6 @@ protected:
   ~Search() override { ::SetEnvironmentVariableW(L"LUMENOR_HELP_RECORD", nullptr); }
 
   std::wstring HelpRecord() const { return installation.LogFolder() + L"\\helped.txt"; }
-
-  void EnterText(DockProcess &dock, const std::wstring &text) {
-    Click(dock.FieldPoint());
-    TypeText(text);
-    ASSERT_TRUE(WaitFor([&] { return dock.FieldText() == text; }));
-  }
-
-  /// Opens the list of providers and chooses the one in that row.
-  void ChooseProvider(DockProcess &dock, int row) {
-    Click(dock.SearchProviderButton());
-    const HWND popup = dock.WaitForPopup();
-    ASSERT_NE(nullptr, popup);
-    const RECT flyout = RectOf(popup);
-    Click({flyout.left + 100, flyout.top + row * 40 + 20});
-    ASSERT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
-    MoveCursor(dock.Rest());
-  }
 
   const Installation installation;
   const Browser browser{installation};

@@ -1,0 +1,19 @@
+#pragma once
+// The question that the dock asks before it throws the user's buttons away.
+
+#include <vector>
+
+#include "e2e/DockProcess.h"
+
+namespace lumenor::e2e {
+
+/// Clicks the reset button and returns the window of the question; null when it doesn't come.
+HWND OpenResetDialog(DockProcess &dock);
+
+/// The dialog's two buttons in the order on the screen, left to right: yes, no.
+std::vector<RECT> DialogButtons(HWND dialog);
+
+/// Resets the dock as a user does, and waits until the new bar stands; false when it doesn't come.
+bool Reset(DockProcess &dock);
+
+} // namespace lumenor::e2e

@@ -11,6 +11,9 @@ namespace lumenor::e2e {
 namespace {
 
 constexpr wchar_t dockKey[] = L"SOFTWARE\\Tarnwick\\Lumenor";
+constexpr wchar_t trackingKey[] = L"SOFTWARE\\Wow6432Node\\Tarnwick\\Lumenor\\Dock";
+constexpr wchar_t collectorKey[] = L"SOFTWARE\\Tarnwick\\MirrApp";
+constexpr wchar_t machineKey[] = L"SOFTWARE\\Tarnwick\\System Properties";
 constexpr wchar_t startupKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr wchar_t startupValue[] = L"LumenorDock";
 constexpr wchar_t englishTexts[] = L"\\BaseContent\\LangRes\\LangRes_VRA\\en_xx";
@@ -104,7 +107,17 @@ void MakeRegistryKeys() {
 
 void RemoveRegistryKeys() {
   ::RegDeleteTreeW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick");
+  ::RegDeleteTreeW(HKEY_CURRENT_USER, L"SOFTWARE\\Wow6432Node\\Tarnwick");
+  ::RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Tarnwick");
   ::RegDeleteKeyValueW(HKEY_CURRENT_USER, startupKey, startupValue);
+}
+
+/// The shell keeps published jump lists here.
+std::wstring JumpListFolder() { return Variable(L"APPDATA") + L"\\Microsoft\\Windows\\Recent\\CustomDestinations"; }
+
+void SetTextValue(HKEY root, const wchar_t *key, const std::wstring &name, const std::wstring &text) {
+  const auto bytes = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
+  ASSERT_EQ(ERROR_SUCCESS, ::RegSetKeyValueW(root, key, name.c_str(), REG_SZ, text.c_str(), bytes));
 }
 
 std::optional<std::wstring> TextValue(const wchar_t *key, const wchar_t *name) {
@@ -121,9 +134,7 @@ Installation::Installation()
     : programFolder(Variable(L"ProgramFiles") + L"\\Tarnwick\\Lumenor"),
       commonFolder(Variable(L"ProgramData") + L"\\Tarnwick\\Lumenor"),
       userFolder(Variable(L"APPDATA") + L"\\Tarnwick\\Lumenor") {
-  for (const auto &folder : {programFolder, commonFolder, userFolder})
-    RemoveTree(folder);
-  RemoveRegistryKeys();
+  RemoveAll();
   MakeRegistryKeys();
   SetDockValue(L"ShowWelcomePage", L"0");
   MakeFolders(programFolder + L"\\Dock");
@@ -137,8 +148,10 @@ Installation::Installation()
   ::SetEnvironmentVariableW(recordVariable, (commonFolder + L"\\recorded.txt").c_str());
 }
 
-Installation::~Installation() {
-  for (const auto &folder : {programFolder, commonFolder, userFolder})
+Installation::~Installation() { RemoveAll(); }
+
+void Installation::RemoveAll() const {
+  for (const auto &folder : {programFolder, commonFolder, userFolder, JumpListFolder()})
     RemoveTree(folder);
   RemoveRegistryKeys();
 }
@@ -187,6 +200,13 @@ void Installation::UseFactorySearchProviders() const {
   ::DeleteFileW((FirstTexts(commonFolder) + L"\\SearchProviders.xml").c_str());
 }
 
+void Installation::UseFactoryContent() const {
+  const std::wstring content = Variable(L"LUMENOR_PRODUCT") + L"\\LangRes";
+  for (const auto &entry : List(content + L"\\*"))
+    if (IsFolder(entry))
+      CopyFolder(content + L"\\" + entry.cFileName, commonFolder + L"\\LangRes\\" + entry.cFileName);
+}
+
 std::wstring Installation::WriteAside(const std::wstring &fileName, const std::string &bytes) const {
   const std::wstring path = programFolder + L"\\" + fileName;
   WriteBytes(path, bytes);
@@ -196,6 +216,19 @@ std::wstring Installation::WriteAside(const std::wstring &fileName, const std::s
 void Installation::InstallTour() const {
   MakeFolders(programFolder + L"\\LumenorVideo");
   CopyInto(Recorder(), programFolder + L"\\LumenorVideo\\doc.exe");
+}
+
+void Installation::OptIn(bool agreed) const {
+  const std::string choice = agreed ? "1" : "0";
+  SetTextValue(HKEY_LOCAL_MACHINE, collectorKey, L"RuqIniFile",
+               WriteAside(L"collector.ini", "[Settings]\r\nTrack=" + choice + "\r\n"));
+}
+
+std::wstring Installation::InstallCollector() const {
+  const std::wstring path = programFolder + L"\\TWRuq.exe";
+  CopyInto(Recorder(), path);
+  SetTextValue(HKEY_LOCAL_MACHINE, collectorKey, L"RuqPath", path);
+  return path;
 }
 
 void Installation::WriteUsualStubs() const {
@@ -224,14 +257,23 @@ std::vector<std::string> Installation::LogLines() const {
   return lines;
 }
 
-std::vector<std::wstring> Installation::RecordedCommandLines() const {
+std::vector<RecordedStart> Installation::RecordedStarts() const {
   const std::string bytes = ReadBytes(commonFolder + L"\\recorded.txt");
   std::wstring text(bytes.size(), L'\0');
   text.resize(static_cast<std::size_t>(::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()),
                                                              text.data(), static_cast<int>(text.size()))));
+  std::vector<RecordedStart> starts;
+  for (std::size_t begin = 0, end; (end = text.find(L'\n', begin)) != std::wstring::npos; begin = end + 1) {
+    const std::size_t tab = std::min(end, text.find(L'\t', begin)), folder = std::min(end, tab + 1);
+    starts.push_back({text.substr(begin, tab - begin), text.substr(folder, end - folder)});
+  }
+  return starts;
+}
+
+std::vector<std::wstring> Installation::RecordedCommandLines() const {
   std::vector<std::wstring> lines;
-  for (std::size_t begin = 0, end; (end = text.find(L'\n', begin)) != std::wstring::npos; begin = end + 1)
-    lines.push_back(text.substr(begin, std::min(end, text.find(L'\t', begin)) - begin)); // the folder follows
+  for (const RecordedStart &start : RecordedStarts())
+    lines.push_back(start.commandLine);
   return lines;
 }
 
@@ -274,12 +316,21 @@ int CountOf(const std::string &text, const std::string &needle) {
 std::optional<std::wstring> DockValue(const std::wstring &name) { return TextValue(dockKey, name.c_str()); }
 
 void SetDockValue(const std::wstring &name, const std::wstring &text) {
-  const auto bytes = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
-  ASSERT_EQ(ERROR_SUCCESS, ::RegSetKeyValueW(HKEY_CURRENT_USER, dockKey, name.c_str(), REG_SZ, text.c_str(), bytes));
+  SetTextValue(HKEY_CURRENT_USER, dockKey, name, text);
 }
 
 void RemoveDockValue(const std::wstring &name) {
   ASSERT_EQ(ERROR_SUCCESS, ::RegDeleteKeyValueW(HKEY_CURRENT_USER, dockKey, name.c_str()));
+}
+
+std::optional<std::wstring> TrackingValue(const std::wstring &name) { return TextValue(trackingKey, name.c_str()); }
+
+void SetTrackingValue(const std::wstring &name, const std::wstring &text) {
+  SetTextValue(HKEY_CURRENT_USER, trackingKey, name, text);
+}
+
+void SetMachineValue(const std::wstring &name, const std::wstring &text) {
+  SetTextValue(HKEY_LOCAL_MACHINE, machineKey, name, text);
 }
 
 std::optional<std::wstring> StartupValue() { return TextValue(startupKey, startupValue); }

@@ -22,15 +22,21 @@ struct Entry {
   std::wstring conditions = {}; // XML of the Condition nodes, if any
 };
 
+/// How a program that is a recorder was started.
+struct RecordedStart {
+  std::wstring commandLine;
+  std::wstring folder; // the current one
+};
+
 constexpr wchar_t mainDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.Main";
 constexpr wchar_t forYouList[] = L"Lumenor.MainFrame.Controls.DockPopup.ForYou";
 constexpr wchar_t userDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.User";
 
 class Installation {
 public:
-  /// Clears what an earlier test left and installs the program, its pictures and English texts, a recorder as
-  /// the main application and the dock's own registry keys. No stub, no document. The welcome screen counts as shown:
-  /// it is modal, and would stand in the way of every other test.
+  /// Clears what an earlier test or the dock left and installs the program, its pictures and English texts, a recorder
+  /// as the main application and the dock's own registry keys. No stub, no document. The welcome screen counts as
+  /// shown: it is modal, and would stand in the way of every other test.
   Installation();
   ~Installation();
   Installation(const Installation &) = delete;
@@ -71,11 +77,21 @@ public:
   /// Leaves the list of search providers that the product ships.
   void UseFactorySearchProviders() const;
 
+  /// Installs the stubs that the product ships.
+  void UseFactoryContent() const;
+
   /// Writes a file of the machine that isn't in the dock's folders, and returns its path.
   std::wstring WriteAside(const std::wstring &fileName, const std::string &bytes) const;
 
   /// Puts a recorder where the program of the video tour is.
   void InstallTour() const;
+
+  /// Makes the user one who agreed to be counted, in the file of the collector that the machine's registry names; or
+  /// one who didn't.
+  void OptIn(bool agreed = true) const;
+
+  /// Puts a recorder where the machine's registry says that the collector is, and returns its path.
+  std::wstring InstallCollector() const;
 
   /// Three fixed buttons that start the recorder and two of the user's, as stubs in "xx_xx".
   void WriteUsualStubs() const;
@@ -83,10 +99,15 @@ public:
   /// Every line of the log files, in order.
   std::vector<std::string> LogLines() const;
 
-  /// The command lines that recorders were started with since the start of the test, in order.
+  /// What recorders were started with since the start of the test, in order.
+  std::vector<RecordedStart> RecordedStarts() const;
+
+  /// The command lines among it.
   std::vector<std::wstring> RecordedCommandLines() const;
 
 private:
+  void RemoveAll() const;
+
   std::wstring programFolder;
   std::wstring commonFolder;
   std::wstring userFolder;
@@ -107,6 +128,15 @@ int CountOf(const std::string &text, const std::string &needle);
 std::optional<std::wstring> DockValue(const std::wstring &name);
 void SetDockValue(const std::wstring &name, const std::wstring &text);
 void RemoveDockValue(const std::wstring &name);
+
+/// What the dock keeps of its tracking from one run to the next: REG_SZ below HKEY_CURRENT_USER
+/// "SOFTWARE\Wow6432Node\Tarnwick\Lumenor\Dock".
+std::optional<std::wstring> TrackingValue(const std::wstring &name);
+void SetTrackingValue(const std::wstring &name, const std::wstring &text);
+
+/// A REG_SZ value below HKEY_LOCAL_MACHINE "SOFTWARE\Tarnwick\System Properties", as an installer of the family leaves
+/// it.
+void SetMachineValue(const std::wstring &name, const std::wstring &text);
 
 /// The command that the platform runs when the user's session starts; nothing when the dock isn't among them.
 std::optional<std::wstring> StartupValue();

@@ -1,12 +1,10 @@
 #pragma once
-// What tests of the jump list need of the shell: to hear the calls of its objects and let one of them fail, to answer
-// for its icons, and links to make and to look at.
+// What tests of the jump list need of the shell: to hear the calls of its objects and let one of them fail, and links
+// to make and to look at.
 
-#include <map>
 #include <string>
 #include <vector>
 
-#include "support/ImportSlot.h"
 #include "support/JumpLists.h"
 #include "support/OperationSpy.h"
 #include "system/HResultError.h"
@@ -14,12 +12,7 @@
 
 #include <propkey.h>
 #include <propsys.h>
-#include <shellapi.h>
 #include <shobjidl.h>
-
-extern "C" decltype(&::ExtractIconW) __imp_ExtractIconW;
-extern "C" decltype(&::ExtractAssociatedIconW) __imp_ExtractAssociatedIconW;
-extern "C" decltype(&::DestroyIcon) __imp_DestroyIcon;
 
 namespace lumenor::tests {
 
@@ -107,52 +100,6 @@ private:
   StepSpy<0> link{Link<IShellLinkW>().Get()};
   StepSpy<1> properties{Link<IPropertyStore>().Get()};
   StepSpy<2> file{Link<IPersistFile>().Get()};
-};
-
-/// Answers for the shell's icons as long as it lives. Each answer is a copy of a stock icon, which the product has to
-/// destroy.
-class IconSpy {
-public:
-  /// What the shell has for any file; by default nothing.
-  explicit IconSpy(bool hasOwn = false, bool hasAssociated = false) {
-    own = hasOwn ? MakeIcon() : nullptr;
-    associated = hasAssociated ? MakeIcon() : nullptr;
-    ownAsked.clear();
-    associatedAsked.clear();
-    destroyed.clear();
-    formerDestroy = destroySlot.Former();
-  }
-
-  static HICON MakeIcon() { return ::CopyIcon(::LoadIconW(nullptr, IDI_APPLICATION)); }
-
-  static inline HICON own = nullptr;
-  static inline HICON associated = nullptr;
-  static inline std::vector<std::wstring> ownAsked, associatedAsked;
-  static inline std::vector<HICON> destroyed;
-
-private:
-  static HICON WINAPI Own(HINSTANCE, LPCWSTR path, UINT) {
-    ownAsked.emplace_back(path);
-    return own;
-  }
-
-  static HICON WINAPI Associated(HINSTANCE, LPWSTR path, LPWORD index) {
-    associatedAsked.emplace_back(path);
-    ::lstrcpyW(path, L"C:\\windows\\system32\\shell32.dll"); // where the icon was found
-    *index = 7;
-    return associated;
-  }
-
-  static BOOL WINAPI Destroy(HICON icon) {
-    destroyed.push_back(icon);
-    return formerDestroy(icon);
-  }
-
-  static inline decltype(&::DestroyIcon) formerDestroy = nullptr;
-
-  const ImportSlot<decltype(__imp_ExtractIconW)> ownSlot{&__imp_ExtractIconW, &Own};
-  const ImportSlot<decltype(__imp_ExtractAssociatedIconW)> associatedSlot{&__imp_ExtractAssociatedIconW, &Associated};
-  const ImportSlot<decltype(__imp_DestroyIcon)> destroySlot{&__imp_DestroyIcon, &Destroy};
 };
 
 /// A task whose link has no more than this.

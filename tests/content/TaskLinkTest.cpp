@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "content/IconSpy.h"
 #include "content/ShellSteps.h"
 #include "support/ComApartment.h"
 #include "support/FailingClass.h"

@@ -66,7 +66,7 @@ std::optional<std::wstring> NewUuid() {
   UUID uuid = {};
   const RPC_STATUS made = ::UuidCreate(&uuid);
   RPC_WSTR text = nullptr;
-  // One that is unique on this machine only does too: it is never compared with others.
+  // One that is unique on this machine only is better than none: it still tells its sessions apart.
   if ((made != RPC_S_OK && made != RPC_S_UUID_LOCAL_ONLY) || ::UuidToStringW(&uuid, &text) != RPC_S_OK)
     return std::nullopt;
   std::wstring result = reinterpret_cast<const wchar_t *>(text);

@@ -221,8 +221,8 @@ TEST_F(Events, AMergeNeverLeadsToAWriting) {
   ASSERT_THAT(tracker.GetRecords(), SizeIs(20));
   ::DeleteFileW(TemporaryFile().c_str());
   tracker.TrackIconAdd(Entry(L"Button 7"));
-  EXPECT_THAT(tracker.GetRecords(), SizeIs(20));
-  EXPECT_EQ(2u, tracker.GetRecords()[6].ActionCount);
+  ASSERT_THAT(tracker.GetRecords(), SizeIs(20));
+  EXPECT_EQ(2u, tracker.GetRecords().at(6).ActionCount);
   EXPECT_FALSE(tests::Exists(TemporaryFile()));
 }
 

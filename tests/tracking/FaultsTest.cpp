@@ -128,7 +128,7 @@ TEST_F(Faults, TheTwentiethRecordStandsThoughItsWritingRaises) {
   EXPECT_EQ(S_OK, HResultOf([&] { tracker.TrackIconAdd(Entry(L"Button 20")); })); // counted, not written
   EXPECT_THAT(HResultOf([&] { tracker.TrackUrlSearch(); }), Lt(0));
   ASSERT_THAT(tracker.GetRecords(), SizeIs(21));
-  EXPECT_EQ(2u, tracker.GetRecords()[19].ActionCount);
+  EXPECT_EQ(2u, tracker.GetRecords().at(19).ActionCount);
   ::DeleteFileW(PayloadFolder().c_str());
   tracker.TrackHelpSearch();
   EXPECT_THAT(Elements(OpenPayload()), SizeIs(22));
@@ -248,7 +248,7 @@ TEST_F(TwinPayload, StaysClosedWhereItWasWritten) {
 
 TEST_F(TwinPayload, GoesWithTheNextFlushUnderTwoHeaders) {
   EXPECT_THAT(FlushFailure(), Lt(0));
-  ::DeleteFileW((PayloadFolder() + L"\\" + tests::ListFolder(PayloadFolder())[0]).c_str());
+  ::DeleteFileW((PayloadFolder() + L"\\" + tests::ListFolder(PayloadFolder()).at(0)).c_str());
   tracker.TrackDockClose();
   clock.SetUtc(Moment(2024, 3, 12, 7, 0, 0));
   EXPECT_EQ(S_OK, FlushFailure());
@@ -303,13 +303,13 @@ TEST_F(Faults, ASessionGoesOnOverMidnightUntilItsRecordsAreWritten) {
   clock.SetLocal(Moment(2024, 3, 6, 0, 0, 1));
   EXPECT_THAT(FlushFailure(), Lt(0));
   tracker.TrackDockOpen();
-  EXPECT_EQ(3u, tracker.GetRecords()[2].SequenceId);
+  EXPECT_EQ(3u, tracker.GetRecords().at(2).SequenceId);
   ::DeleteFileW(PayloadFolder().c_str());
   EXPECT_EQ(S_OK, FlushFailure());
   EXPECT_EQ(3u, Occurrences(OpenPayload(), tests::Utf8(secondId)));
   tracker.TrackDockOpen();
-  EXPECT_EQ(1u, tracker.GetRecords()[0].SequenceId);
-  EXPECT_EQ(thirdId, tracker.GetRecords()[0].SessionID);
+  EXPECT_EQ(1u, tracker.GetRecords().at(0).SequenceId);
+  EXPECT_EQ(thirdId, tracker.GetRecords().at(0).SessionID);
 }
 
 TEST_F(Faults, RecordsThatCouldNotBeReadBackKeepTheirSessionWhenAnotherBegins) {
@@ -357,7 +357,7 @@ TEST_F(Faults, WithoutIdentifiersTheRecordsAreWrittenUnderTheOldSession) {
   EXPECT_THAT(Elements(OpenPayload()), ElementsAre("Button 1 1", "Button 1 2"));
   EXPECT_EQ(2u, Occurrences(OpenPayload(), tests::Utf8(secondId)));
   tracker.TrackDockOpen();
-  EXPECT_EQ(thirdId, tracker.GetRecords()[0].SessionID);
+  EXPECT_EQ(thirdId, tracker.GetRecords().at(0).SessionID);
 }
 
 TEST_F(Faults, AProcessWithoutASessionWritesItsRecordsBeforeItRaises) {

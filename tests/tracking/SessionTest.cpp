@@ -106,7 +106,7 @@ TEST_F(Session, AnotherFollowsAtTheFirstFlushAfterMidnight) {
   EXPECT_THAT(Elements(OpenPayload()), ElementsAre("Dock 1", "Search 2"));
   EXPECT_EQ(2u, Occurrences(OpenPayload(), tests::Utf8(secondId)));
   EXPECT_THAT(Summary(tracker.GetRecords()), ElementsAre("Dock 1"));
-  EXPECT_EQ(thirdId, tracker.GetRecords()[0].SessionID);
+  EXPECT_EQ(thirdId, tracker.GetRecords().at(0).SessionID);
 }
 
 TEST_F(Session, AnotherFollowsOnceADay) {

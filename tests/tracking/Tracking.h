@@ -29,7 +29,7 @@ Element Entry(const std::wstring &head, const std::wstring &actionType = L"exe",
 /// The names and sequence numbers of the records, such as "Mail 3".
 std::vector<std::string> Summary(const std::vector<TrackRecord> &records);
 
-/// What `tests` see of a document: its `element`s as "NAME SEQUENCE-ID", in order.
+/// The names and sequence numbers of a payload's elements, in order.
 std::vector<std::string> Elements(const std::string &payload);
 
 /// How often `part` stands in `text`.
@@ -65,7 +65,7 @@ protected:
   /// The bytes of the one file in the folder that ends in ".ruq"; empty when there isn't one alone.
   std::string ClosedPayload() const;
 
-  /// Makes the payload due by the clock, of which the tracker was told seven days before.
+  /// Sets the clock seven days on from the start, to the very second at which the payload is due.
   void MakeDue() const { clock.SetUtc(Moment(2024, 3, 12, 6, 7, 8)); }
 
   /// "NextTransferTime" as SaveSettings writes it.

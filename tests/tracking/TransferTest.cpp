@@ -83,24 +83,24 @@ TEST_F(Transfer, ADuePayloadIsDoneInThisOrder) {
   tracker.Flush();
   // The folder's lines, then those of the next payload's beginning; the machine has no facts here.
   ASSERT_THAT(log.Lines(), SizeIs(8));
-  EXPECT_THAT(log.Lines()[0], HasSubstr("Attempting to move"));
-  EXPECT_EQ("INFO: RUQMENT: running TWRuq.exe", log.Lines()[1]);
-  EXPECT_THAT(log.Lines()[2], HasSubstr("unable to open reg key"));
+  EXPECT_THAT(log.Lines().at(0), HasSubstr("Attempting to move"));
+  EXPECT_EQ("INFO: RUQMENT: running TWRuq.exe", log.Lines().at(1));
+  EXPECT_THAT(log.Lines().at(2), HasSubstr("unable to open reg key"));
   // The next session began when the last numbers were kept already.
   EXPECT_EQ(L"3", settings32.Text(L"NextElementSeq"));
   EXPECT_EQ(L"3/19/2024 6:7:8", settings32.Text(L"NextTransferTime"));
   tracker.TrackDockOpen();
-  EXPECT_EQ(1u, tracker.GetRecords()[0].SequenceId);
-  EXPECT_EQ(thirdId, tracker.GetRecords()[0].SessionID);
+  EXPECT_EQ(1u, tracker.GetRecords().at(0).SequenceId);
+  EXPECT_EQ(thirdId, tracker.GetRecords().at(0).SessionID);
 }
 
 TEST_F(Transfer, ABigPayloadIsDoneInThisOrder) {
   WriteTemporary(60000);
   tracker.Flush();
   ASSERT_THAT(log.Lines(), SizeIs(8));
-  EXPECT_THAT(log.Lines()[5], HasSubstr("unable to open reg key"));
-  EXPECT_THAT(log.Lines()[6], HasSubstr("Attempting to move"));
-  EXPECT_EQ("INFO: RUQMENT: running TWRuq.exe", log.Lines()[7]);
+  EXPECT_THAT(log.Lines().at(5), HasSubstr("unable to open reg key"));
+  EXPECT_THAT(log.Lines().at(6), HasSubstr("Attempting to move"));
+  EXPECT_EQ("INFO: RUQMENT: running TWRuq.exe", log.Lines().at(7));
 }
 
 TEST_F(Transfer, AfterAHandOverTheNextIsSevenDaysAway) {
@@ -222,7 +222,7 @@ TEST_F(Transfer, AClosingForSizeLetsTheDayEndToo) {
   clock.SetLocal(Moment(2024, 3, 6, 0, 0, 0));
   tracker.Flush();
   tracker.TrackDockOpen();
-  EXPECT_EQ(thirdId, tracker.GetRecords()[0].SessionID);
+  EXPECT_EQ(thirdId, tracker.GetRecords().at(0).SessionID);
 }
 
 // The hand-over.
@@ -295,7 +295,7 @@ TEST_F(Transfer, TheCollectorOfOldProgramsStartsWhenTheOtherKeyIsMissing) {
   tests::WriteBytes(TemporaryFile(), "x");
   tracker.TransferPayload();
   ASSERT_THAT(starts.All(), SizeIs(1));
-  EXPECT_EQ(L"C:\\old.exe", starts.All()[0].program);
+  EXPECT_EQ(L"C:\\old.exe", starts.All().at(0).program);
 }
 
 TEST_F(Transfer, ACollectorsPathThatIsNoTextIsEmpty) {
@@ -303,7 +303,7 @@ TEST_F(Transfer, ACollectorsPathThatIsNoTextIsEmpty) {
   tests::WriteBytes(TemporaryFile(), "x");
   tracker.TransferPayload();
   ASSERT_THAT(starts.All(), SizeIs(1));
-  EXPECT_EQ(L"", starts.All()[0].program);
+  EXPECT_EQ(L"", starts.All().at(0).program);
 }
 
 // What is kept in the registry.
@@ -362,7 +362,7 @@ TEST_F(Transfer, TheNextStartTakesTheKeptTimeAndCountsFromOneAgain) {
   clock.SetUtc(Moment(2024, 3, 14, 0, 0, 0));
   Start();
   tracker.TrackDockOpen();
-  EXPECT_EQ(1u, tracker.GetRecords()[0].SequenceId);
+  EXPECT_EQ(1u, tracker.GetRecords().at(0).SequenceId);
   EXPECT_EQ(L"3/19/2024 6:7:8", NextTransferTime());
 }
 

@@ -1,8 +1,11 @@
 // The benchmarks of the dock, each a ratio against a floor measured in the same run. Run by script/bench on a display
 // and in a prefix of its own.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 #include "content/Stubs.h"
 #include "dock/MainDlg.h"
@@ -13,11 +16,13 @@
 #include "Measure.h"
 #include "Motion.h"
 #include "Started.h"
+#include "support/KeptRegistryKey.h"
 #include "system/Handles.h"
 #include "system/HResultError.h"
 #include "system/Log.h"
 #include "toolkit/drawing/BitmapShader.h"
 #include "toolkit/drawing/WICHelper.h"
+#include "Tracking.h"
 
 namespace lumenor::bench {
 namespace {
@@ -85,6 +90,23 @@ void BenchStart(const e2e::Installation &installation, const std::wstring &floor
   Note(Format("dock %.0f ms, floor %.0f ms", start.subject / 1000, start.floor / 1000));
   ReportAtMost("peak private memory / floor", Median(dockMemory) / Median(floorMemory), "x", 1.2);
   Note(Format("dock %.1f MB, floor %.1f MB", Median(dockMemory), Median(floorMemory)));
+}
+
+/// On the one version of Windows that gets a jump list the dock publishes it ahead of its bar.
+void BenchJumpList(const e2e::Installation &installation) {
+  const RECT bar = {190, 1, 1090, 78};
+  const POINT spot = {bar.left + iconSpot.x, bar.top + iconSpot.y};
+  const tests::KeptRegistryKey settings(HKEY_CURRENT_USER, L"Software\\Wine\\AppDefaults\\LumenorDock.exe");
+  const auto measure = [&](const wchar_t *windows) {
+    settings.SetText(L"Version", windows);
+    return MeasureStart(L"\"" + installation.DockExe() + L"\"", spot, bar).microseconds;
+  };
+  measure(L"win7"); // builds what the first start on a machine does
+  measure(L"win10");
+  const Pair start = MedianOfTurns(
+      15, [&] { return measure(L"win7"); }, [&] { return measure(L"win10"); });
+  ReportAtMost("start with a jump list / without", start.subject / start.floor, "x", 1.25);
+  Note(Format("with %.0f ms, without %.0f ms", start.subject / 1000, start.floor / 1000));
 }
 
 // --- inside one process ------------------------------------------------------------------------------------------
@@ -199,32 +221,49 @@ void BenchSize(const std::wstring &dockProgram) {
   ReportAtMost("the executable, stripped", data.nFileSizeLow / 1e6, "MB", 1.5);
 }
 
-void Run(const std::wstring &floorProgram) {
+/// Runs the parts that are named, all of them when none is.
+void Run(const std::wstring &floorProgram, const std::vector<std::wstring> &parts) {
+  const auto wants = [&](const wchar_t *part) {
+    return parts.empty() || std::find(parts.begin(), parts.end(), part) != parts.end();
+  };
   const e2e::Installation installation;
   WriteTenButtons(installation);
-  BenchSize(installation.DockExe());
-  BenchLog();
-  BenchGlow();
+  if (wants(L"size"))
+    BenchSize(installation.DockExe());
+  if (wants(L"log"))
+    BenchLog();
+  if (wants(L"glow"))
+    BenchGlow();
   const std::wstring floor = FloorCommandLine(installation, floorProgram);
-  BenchStart(installation, floor);
-  BenchRest(installation, floor);
+  if (wants(L"start"))
+    BenchStart(installation, floor);
+  if (wants(L"jumplist"))
+    BenchJumpList(installation);
+  if (wants(L"rest"))
+    BenchRest(installation, floor);
   // From here on the bar stands in this process, which looks for pictures from the folder of the dock.
   ::SetCurrentDirectoryW(installation.DockExe().substr(0, installation.DockExe().rfind(L'\\')).c_str());
-  BenchRepaint(installation);
-  BenchStubs(installation);
-  BenchMotion(installation);
+  if (wants(L"repaint"))
+    BenchRepaint(installation);
+  if (wants(L"tracking"))
+    BenchTracking(installation);
+  if (wants(L"stubs"))
+    BenchStubs(installation);
+  if (wants(L"motion"))
+    BenchMotion(installation);
 }
 
 } // namespace
 } // namespace lumenor::bench
 
-/// The one argument is the path of the floor program; the other paths come by environment as for the tests.
+/// The first argument is the path of the floor program, those behind it name the parts to run; the other paths come by
+/// environment as for the tests.
 int wmain(int count, wchar_t **arguments) {
-  if (count != 2)
+  if (count < 2)
     return 2;
   lumenor::ThrowIfFailed(::CoInitialize(nullptr));
   try {
-    lumenor::bench::Run(arguments[1]);
+    lumenor::bench::Run(arguments[1], {arguments + 2, arguments + count});
   } catch (const lumenor::HResultError &error) {
     std::printf("failed with %08lx\n", static_cast<unsigned long>(error.Result()));
     return 1;

@@ -25,10 +25,10 @@ class SelectableButtonPainterTest : public ::testing::Test {
 protected:
   SelectableButtonPainterTest() { Put(L""); }
 
-  void Put(const std::wstring &text) {
+  void Put(const std::wstring &text, float fontSize = 12) {
     stage.reset();
     ButtonLayout layout;
-    layout.fontSize = 12;
+    layout.fontSize = fontSize;
     painter = std::make_shared<SelectableButtonPainter>(surface.Target(), text, layout, L"");
     button = std::make_unique<CheckedButton>(painter);
     stage = std::make_unique<ButtonStage>(*button, buttonBounds);
@@ -79,11 +79,12 @@ TEST_F(SelectableButtonPainterTest, HoverAndPressFillTheBoxDifferently) {
 }
 
 TEST_F(SelectableButtonPainterTest, TheTickFillsNineTenthsOfTheBoxFromItsCorner) {
-  const RECT tick = BoundsOf(Paint(0, 0, 1), tickPixel);
-  EXPECT_NEAR(boxLeft, tick.left, 1);
-  EXPECT_NEAR(boxTop, tick.top, 1);
-  EXPECT_NEAR(boxLeft + 10.8, tick.right, 1);
-  EXPECT_NEAR(boxTop + 10.8, tick.bottom, 1);
+  Put(L"", 40);
+  const RECT tick = BoundsOf(Paint(0, 0, 1, {10, 10, 110, 50}), tickPixel);
+  EXPECT_NEAR(12, tick.left, 1);
+  EXPECT_NEAR(10, tick.top, 1);
+  EXPECT_NEAR(12 + 36, tick.right, 1);
+  EXPECT_NEAR(10 + 36, tick.bottom, 1);
 }
 
 TEST_F(SelectableButtonPainterTest, TheTickIsATick) {

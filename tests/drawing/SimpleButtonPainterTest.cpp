@@ -11,6 +11,7 @@
 #include "drawing/Pictures.h"
 #include "support/TestFolders.h"
 #include "system/HResultError.h"
+#include "toolkit/TextElement.h"
 
 namespace lumenor {
 namespace {
@@ -28,6 +29,7 @@ class OpenSimpleButtonPainter : public SimpleButtonPainter {
 public:
   using SimpleButtonPainter::SimpleButtonPainter;
   std::wstring Label() const { return text; }
+  const TextElement &LabelText() const { return *labelText; }
   std::vector<ID2D1LinearGradientBrush *> Brushes() const {
     return {normalBrush.Get(), pressedHighlightBrush.Get(), activeBrush.Get(), hoverHighlightBrush.Get()};
   }
@@ -42,10 +44,10 @@ ButtonLayout CentredLayout() {
 
 class SimpleButtonPainterTest : public ::testing::Test {
 protected:
-  void Put(const std::wstring &text) {
+  void Put(const std::wstring &text, const RECT &bounds = buttonBounds) {
     painter = std::make_shared<OpenSimpleButtonPainter>(surface.Target(), text, CentredLayout(), L"");
     button = std::make_unique<Button>(painter);
-    stage = std::make_unique<ButtonStage>(*button, buttonBounds);
+    stage = std::make_unique<ButtonStage>(*button, bounds);
   }
 
   Picture Paint(int isPressed, int isMouseOver, const D2D1_RECT_F &rect = buttonRect) {
@@ -146,6 +148,22 @@ TEST_F(SimpleButtonPainterTest, TheLabelIsCentredInWhite) {
   const RECT label = BoundsOf(Paint(0, 0), 0xF2F2F2F2);
   EXPECT_NEAR(50, (label.left + label.right) / 2, 1);
   EXPECT_NEAR(40, (label.top + label.bottom) / 2, 2);
+}
+
+TEST_F(SimpleButtonPainterTest, TheLabelTakesTheButtonLessATenthOfEachSide) {
+  Put(L"MMM", {5, 3, 94, 42});
+  const TextElement &label = painter->LabelText();
+  EXPECT_EQ((std::vector<long>{5 + 8, 3 + 3, 89 - 16, 39 - 6}),
+            (std::vector<long>{label.Left.Get(), label.Top.Get(), label.Width.Get(), label.Height.Get()}));
+}
+
+TEST_F(SimpleButtonPainterTest, TheLabelIsOfTheLayoutsSizeAndMediumWeight) {
+  Put(L"MMM");
+  const TextElement &label = painter->LabelText();
+  EXPECT_EQ(12.0F, label.FontSize.Get());
+  EXPECT_EQ(DWRITE_FONT_WEIGHT_MEDIUM, label.FontWeight.Get());
+  EXPECT_EQ(DWRITE_TEXT_ALIGNMENT_CENTER, label.TextAlignment.Get());
+  EXPECT_EQ(1, label.Trimming.Get());
 }
 
 TEST_F(SimpleButtonPainterTest, TheLabelIsDrawnOnALowColorDisplayToo) {

@@ -142,6 +142,7 @@ TEST_F(OptIn, TheTextIsNotPutTogetherOfWhatIsApart) {
 TEST_F(OptIn, NullsBeforeTheTextAreBytesLikeOthers) {
   EXPECT_TRUE(Agreed(std::string("a\0b\0\0", 5) + "\nTrack=1"));
   EXPECT_TRUE(Agreed(std::string(2000, '\0') + "\nTrack=1"));
+  EXPECT_TRUE(Agreed(std::string(1020, '\0') + "\nTrack=1"));
 }
 
 TEST_F(OptIn, AFileOfTwoByteCharactersDoesNotCount) {
@@ -242,6 +243,7 @@ TEST_F(OptIn, APayloadThatIsThereStaysWithoutConsent) {
   Start();
   UseAll(tracker);
   EXPECT_EQ(big, OpenPayload());
+  EXPECT_THAT(log.Lines(), IsEmpty());
   EXPECT_THAT(tests::ListFolder(PayloadFolder()), ElementsAre(L"ruqDock.tmp"));
 }
 

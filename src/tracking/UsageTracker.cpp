@@ -150,6 +150,7 @@ void UsageTracker::StartSession() {
 }
 
 void UsageTracker::LoadNextTransferTime() {
+  SetNextTransferTime(); // holds where no time can be read
   RegistryKeyHolder holder;
   if (!OpenOrCreateRegistryPath(settingsKey32, holder, KEY_READ))
     return;
@@ -157,8 +158,6 @@ void UsageTracker::LoadNextTransferTime() {
   // A text of numbers that are no date would fail at every look at it, and no payload would ever be due.
   if (read.wMonth != 0 && ToFileTime(read))
     nextTransferTime = read;
-  else
-    SetNextTransferTime();
 }
 
 // What the user does.

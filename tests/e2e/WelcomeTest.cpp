@@ -82,10 +82,11 @@ TEST_F(Welcome, GreetsOnceMoreForAValueOfOneAndNotForAnyOther) {
   EXPECT_EQ(L"yes", DockValue(welcomeValue));
 }
 
-TEST_F(Welcome, GreetsNobodyWhereTheKeyIsMissing) {
+TEST_F(Welcome, GreetsWhereTheKeyWasMissingSinceTheDockKeepsItsIdentityThere) {
   ASSERT_EQ(ERROR_SUCCESS, ::RegDeleteTreeW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick"));
-  RunOnce();
-  EXPECT_EQ(std::nullopt, DockValue(welcomeValue));
+  RunGreeted();
+  EXPECT_EQ(L"0", DockValue(welcomeValue));
+  EXPECT_NE(std::nullopt, DockValue(L"AppID"));
 }
 
 TEST_F(Welcome, IsNotedAsShownWhileItStands) {

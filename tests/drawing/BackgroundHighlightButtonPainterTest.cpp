@@ -91,6 +91,13 @@ TEST_F(BackgroundHighlightButtonPainterTest, ThePictureIsNotLimitedTo48Pixels) {
     EXPECT_EQ(stripes.At(x, 0), painted.At(10 + x, 20)) << x;
 }
 
+TEST_F(BackgroundHighlightButtonPainterTest, TheColoursOfAStretchedPictureRunIntoEachOther) {
+  Put(L"", MakePicture({2, 1, {0xFF000000, 0xFFFFFFFF}}));
+  const Picture painted = Paint(0, 0);
+  EXPECT_NEAR(0x80, painted.At(18, 30) & 0xFF, 0x40);
+  EXPECT_NEAR(0x80, painted.At(19, 30) & 0xFF, 0x40);
+}
+
 TEST_F(BackgroundHighlightButtonPainterTest, OpacityPlaysNoPart) {
   Put(L"", MakePicture(SolidPicture(10, 10, imagePixel)));
   button->Opacity.Set(10);

@@ -10,6 +10,7 @@
 #include "drawing/Pictures.h"
 #include "support/HandleCounts.h"
 #include "support/LogCapture.h"
+#include "support/OperationSpy.h"
 #include "support/TestFolders.h"
 #include "system/HResultError.h"
 #include "toolkit/drawing/CommandNotFoundException.h"
@@ -24,6 +25,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
+using ::testing::Pair;
 
 constexpr std::uint32_t normalColor = 0xFF808080;
 constexpr std::uint32_t hoverColor = 0xFF00FF00;
@@ -155,6 +157,12 @@ TEST_F(GlowButtonPainterTest, ACachedVariantIsShownAndThePictureIsNotDecodedForI
   EXPECT_EQ(SolidPicture(20, 20, pressedColor), PaintVariant(painter, 0, 1));
 }
 
+TEST_F(GlowButtonPainterTest, TheColoursOfAStretchedPictureRunIntoEachOther) {
+  const Picture normal = PaintVariant(MakePainter(MakePicture({2, 1, {0xFF000000, 0xFFFFFFFF}})), 0, 0);
+  EXPECT_NEAR(0x80, normal.At(9, 10) & 0xFF, 0x40);
+  EXPECT_NEAR(0x80, normal.At(10, 10) & 0xFF, 0x40);
+}
+
 TEST_F(GlowButtonPainterTest, APictureIsDecodedOnceForAllItsMissingVariants) {
   const std::wstring path = MakePicture(SolidPicture(6, 5, 0xFF102030));
   const LogCapture log(folders);
@@ -253,6 +261,30 @@ TEST_F(GlowButtonPainterTest, APictureAbove48PixelsIsLimitedAndSoIsItsCachedGlow
   EXPECT_EQ((SolidPicture(48, 24, 0xFF181818)), ReadPicture(Cache(L"Big.png.hover")));
   EXPECT_EQ(56, ReadPicture(Cache(L"Big.png.glow")).width);
   EXPECT_EQ(32, ReadPicture(Cache(L"Big.png.glow")).height);
+}
+
+using MakeBitmapFunction = HRESULT(STDMETHODCALLTYPE *)(ID2D1RenderTarget *, IWICBitmapSource *,
+                                                        const D2D1_BITMAP_PROPERTIES *, ID2D1Bitmap **);
+
+std::vector<std::pair<UINT, UINT>> bitmapSizes;
+MakeBitmapFunction platformMakeBitmap = nullptr;
+
+HRESULT STDMETHODCALLTYPE HearSize(ID2D1RenderTarget *self, IWICBitmapSource *source,
+                                   const D2D1_BITMAP_PROPERTIES *properties, ID2D1Bitmap **bitmap) {
+  UINT width = 0;
+  UINT height = 0;
+  source->GetSize(&width, &height);
+  bitmapSizes.emplace_back(width, height);
+  return platformMakeBitmap(self, source, properties, bitmap);
+}
+
+TEST_F(GlowButtonPainterTest, WhatIsShownOfABigPictureIsWithin48PixelsToo) {
+  const std::wstring path = MakePicture(SolidPicture(200, 100, 0xFF000000), L"Big.png");
+  OperationSpy spy(surface.Target().Get());
+  platformMakeBitmap = spy.Exchange(5, &HearSize);
+  bitmapSizes.clear();
+  MakePainter(path);
+  EXPECT_THAT(bitmapSizes, ElementsAre(Pair(48, 24), Pair(48, 24), Pair(48, 27), Pair(48, 24)));
 }
 
 // Programs.

@@ -59,6 +59,14 @@ TEST_F(ImageElementTest, StretchesTheWholePictureOverTheRectangleThatItIsGiven) 
       EXPECT_EQ(x >= 2 && x < 7 && y >= 1 && y < 5 ? 0xFF112233u : 0u, painted.At(x, y)) << x << ", " << y;
 }
 
+TEST_F(ImageElementTest, TheColoursOfAStretchedPictureRunIntoEachOther) {
+  ImageElement element(MakePicture({2, 1, {0xFF000000, 0xFFFFFFFF}}), surface.Target());
+  const D2D1_RECT_F rect{0, 0, 8, 6};
+  const Picture painted = surface.Draw([&] { element.Paint(surface.Target(), &rect); });
+  EXPECT_NEAR(0x80, painted.At(3, 2) & 0xFF, 0x40);
+  EXPECT_NEAR(0x80, painted.At(4, 2) & 0xFF, 0x40);
+}
+
 TEST_F(ImageElementTest, PaintsItsPixelsOneToOneWhereTheRectangleHasItsSize) {
   const Picture picture{2, 2, {0xFF112233, 0xFF445566, 0xFF778899, 0xFFAABBCC}};
   ImageElement element(MakePicture(picture), surface.Target());

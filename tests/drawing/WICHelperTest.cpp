@@ -6,6 +6,7 @@
 #include "drawing/PaintSurface.h"
 #include "drawing/Pictures.h"
 #include "support/LogCapture.h"
+#include "support/OperationSpy.h"
 #include "support/TestFolders.h"
 #include "system/HResultError.h"
 
@@ -15,6 +16,7 @@ namespace {
 using Microsoft::WRL::ComPtr;
 using namespace tests;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 class WICHelper : public ::testing::Test {
 protected:
@@ -97,9 +99,9 @@ struct LimitCase {
 };
 
 constexpr LimitCase limitCases[] = {
-    {100, 50, 48, 24}, {50, 100, 24, 48}, {100, 100, 48, 48}, {20, 30, 20, 30},   {48, 48, 48, 48}, {49, 48, 48, 47},
-    {48, 49, 47, 48},  {47, 49, 46, 48},  {1, 1, 1, 1},       {1000, 48, 48, 2},  {30, 600, 2, 48}, {300, 300, 48, 48},
-    {96, 97, 47, 48},  {48, 1, 48, 1},    {64, 64, 48, 48},   {256, 256, 48, 48},
+    {100, 50, 48, 24}, {50, 100, 24, 48}, {100, 100, 48, 48}, {20, 30, 20, 30},  {48, 48, 48, 48},   {49, 48, 48, 47},
+    {48, 49, 47, 48},  {47, 49, 46, 48},  {1, 1, 1, 1},       {1000, 48, 48, 2}, {30, 600, 2, 48},   {300, 300, 48, 48},
+    {96, 97, 47, 48},  {97, 96, 48, 47},  {48, 1, 48, 1},     {64, 64, 48, 48},  {256, 256, 48, 48},
 };
 
 TEST_F(WICHelper, TheLimitScalesTheLongerSideTo48AndNeverEnlarges) {
@@ -109,6 +111,32 @@ TEST_F(WICHelper, TheLimitScalesTheLongerSideTo48AndNeverEnlarges) {
     EXPECT_EQ(expected, Load(path, true)) << limitCase.width << " by " << limitCase.height;
     EXPECT_EQ(expected, PictureOf(LoadHBitmapFromFile(path).Get())) << limitCase.width << " by " << limitCase.height;
   }
+}
+
+using ScaleFunction = HRESULT(STDMETHODCALLTYPE *)(IWICBitmapScaler *, IWICBitmapSource *, UINT, UINT,
+                                                   WICBitmapInterpolationMode);
+
+std::vector<WICBitmapInterpolationMode> modes;
+ScaleFunction platformScale = nullptr;
+
+HRESULT STDMETHODCALLTYPE HearMode(IWICBitmapScaler *self, IWICBitmapSource *source, UINT width, UINT height,
+                                   WICBitmapInterpolationMode mode) {
+  modes.push_back(mode);
+  return platformScale(self, source, width, height, mode);
+}
+
+TEST_F(WICHelper, EveryPictureGoesThroughTheCubicScalerOfTheLimit) {
+  const std::wstring path = MakePicture(20, 30);
+  ComPtr<IWICBitmapScaler> scaler;
+  ThrowIfFailed(GetImagingFactory()->CreateBitmapScaler(&scaler));
+  OperationSpy spy(scaler.Get());
+  platformScale = spy.Exchange(8, &HearMode);
+  modes.clear();
+  Load(path, false);
+  EXPECT_THAT(modes, IsEmpty());
+  Load(path, true);
+  LoadHBitmapFromFile(path);
+  EXPECT_THAT(modes, ElementsAre(WICBitmapInterpolationModeCubic, WICBitmapInterpolationModeCubic));
 }
 
 TEST_F(WICHelper, WithoutTheLimitAPictureKeepsItsSize) {
@@ -140,12 +168,16 @@ TEST_F(WICHelper, GdiBitmapsArePremultiplied) {
   EXPECT_TRUE(IsPremultipliedOf(PictureOf(LoadHBitmapFromFile(Path(L"alpha.png")).Get()), straight));
 }
 
-TEST_F(WICHelper, APictureThatBreaksOffGivesTheGdiBitmapAsItStands) {
+/// A picture of 8 by 8 of which only the first rows are there.
+std::string BrokenOffPicture() {
   BITMAPFILEHEADER file{0x4D42, 54 + 8 * 8 * 4, 0, 0, 54};
   BITMAPINFOHEADER info{sizeof info, 8, 8, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
   std::string bytes(reinterpret_cast<const char *>(&file), sizeof file);
-  bytes.append(reinterpret_cast<const char *>(&info), sizeof info).append(100, 'x');
-  WriteBytes(Path(L"broken.bmp"), bytes);
+  return bytes.append(reinterpret_cast<const char *>(&info), sizeof info).append(100, 'x');
+}
+
+TEST_F(WICHelper, APictureThatBreaksOffGivesTheGdiBitmapAsItStands) {
+  WriteBytes(Path(L"broken.bmp"), BrokenOffPicture());
   const BitmapHandle bitmap = LoadHBitmapFromFile(Path(L"broken.bmp"));
   ASSERT_TRUE(bitmap);
   EXPECT_EQ(8, PictureOf(bitmap.Get()).width);
@@ -251,6 +283,19 @@ TEST_F(WICHelper, WritePngReturnsTheFailureOfAnUnfinishedSource) {
   ThrowIfFailed(GetImagingFactory()->CreateStream(&stream));
   ThrowIfFailed(stream->InitializeFromFilename(Path(L"empty.png").c_str(), GENERIC_WRITE));
   EXPECT_LT(WritePng(unfinished.Get(), stream.Get()), 0);
+}
+
+TEST_F(WICHelper, WritePngReturnsTheFailureOfASourceThatBreaksOff) {
+  WriteBytes(Path(L"broken.bmp"), BrokenOffPicture());
+  ComPtr<IWICBitmapDecoder> decoder;
+  ThrowIfFailed(GetImagingFactory()->CreateDecoderFromFilename(Path(L"broken.bmp").c_str(), nullptr, GENERIC_READ,
+                                                               WICDecodeMetadataCacheOnLoad, &decoder));
+  ComPtr<IWICBitmapFrameDecode> frame;
+  ThrowIfFailed(decoder->GetFrame(0, &frame));
+  ComPtr<IWICStream> stream;
+  ThrowIfFailed(GetImagingFactory()->CreateStream(&stream));
+  ThrowIfFailed(stream->InitializeFromFilename(Path(L"broken.png").c_str(), GENERIC_WRITE));
+  EXPECT_LT(WritePng(frame.Get(), stream.Get()), 0);
 }
 
 // The pieces.

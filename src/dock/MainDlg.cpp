@@ -72,12 +72,13 @@ void WriteEndOfUse() {
 
 } // namespace
 
+// The flyouts aren't there yet to be asked for the height of their rows.
 CMainDlg::CMainDlg()
     : BarElements(renderTarget), dockRect(lumenor::GetWindowRect()),
       userElements(LoadDocument(userDocumentName, false)), fadeAnimation(std::make_shared<ByteAnimation>()),
-      forYouFlyout(ForYouFlyoutPlace(), LoadForYouTitle(), forYouProvider, RefreshForYouMessage),
+      forYouFlyout(GetForYouFlyoutRect(GetScreenBounds(), 0), LoadForYouTitle(), forYouProvider, RefreshForYouMessage),
       forYouFileTime(LastWriteTime(DocumentPath(forYouListName))),
-      searchProviderFlyout(SearchProviderFlyoutPlace(),
+      searchProviderFlyout(GetSearchProviderFlyoutRect(GetScreenBounds(), 0),
                            LoadDockString(L"Element[@ID='SearchBox.SelectProviderToolTip']/Head"), searchProvider),
       clickListener(MakeListener(this, &CMainDlg::OnButtonClick)),
       dragBeginListener(MakeListener(this, &CMainDlg::OnButtonDragBegin)),

@@ -2,9 +2,11 @@
 
 #include "dock/MainDlg.h"
 
+#include <new>
 #include <stdexcept>
 #include <utility>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "content/Documents.h"
@@ -262,6 +264,33 @@ TEST_F(MainDlg, StartsNothingAtItsOtherTimers) {
   Send(WM_TIMER, TrackingTimer);
   EXPECT_EQ(std::vector<Launch>{}, shell.Launches());
   EXPECT_FALSE(mainApplicationStarted);
+}
+
+/// The places of the windows that `owner` owns, shown or not.
+std::vector<Numbers> PlacesOfOwned(HWND owner) {
+  struct Search {
+    HWND owner;
+    std::vector<Numbers> places;
+  } search{owner, {}};
+  const auto note = [](HWND window, LPARAM lParam) -> BOOL {
+    auto &found = *reinterpret_cast<Search *>(lParam);
+    RECT place{};
+    if (::GetWindow(window, GW_OWNER) == found.owner && ::GetWindowRect(window, &place))
+      found.places.push_back({place.left, place.top, place.right, place.bottom});
+    return TRUE;
+  };
+  ::EnumThreadWindows(::GetCurrentThreadId(), note, reinterpret_cast<LPARAM>(&search));
+  return search.places;
+}
+
+TEST_F(MainDlg, PlacesItsFlyoutsWhateverItsMemoryHeldBefore) {
+  const auto destroy = [](CMainDlg *dialog) { dialog->~CMainDlg(); };
+  std::vector<LONG> memory(sizeof(CMainDlg) / sizeof(LONG), 2000);
+  const std::unique_ptr<CMainDlg, decltype(destroy)> dialog(new (memory.data()) CMainDlg, destroy);
+  dialog->Create(nullptr);
+  const std::vector<Numbers> places = PlacesOfOwned(dialog->handle);
+  EXPECT_THAT(places, testing::Contains(Numbers{838, 2, 838 + 240, 2 + 40}));
+  EXPECT_THAT(places, testing::Contains(Numbers{805, 51, 805 + 240, 51}));
 }
 
 TEST_F(MainDlg, TakesTheSearchProviderThatIsSent) {

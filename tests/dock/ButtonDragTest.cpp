@@ -94,6 +94,14 @@ TEST_F(ButtonDrag, MovesTheButton) {
   EXPECT_TRUE(shell.Launches().empty()) << "a drag is no click";
 }
 
+TEST_F(ButtonDrag, MovesAButtonThatWasAddedToo) {
+  StartWith(2);
+  dock->AddButton(PictureElement(L"New"), 2);
+  DragByHand(FirstHalf(2), {SecondHalf(1), FirstHalf(0)});
+  EXPECT_EQ((Texts{L"New", L"Head 0", L"Head 1"}), Heads());
+  ExpectAtRest();
+}
+
 TEST_F(ButtonDrag, LeavesNoGlowOnAButtonThatTheCursorIsNotOver) {
   StartWith(4);
   DragByHand(FirstHalf(0), {FirstHalf(2), FirstHalf(3)});

@@ -76,8 +76,8 @@ TEST_F(WindowOnScreen, DrawsWithTheFactoryOfTheWindowsThatStand) {
   TestWindow later;
   later.onPaint = [&](ID2D1RenderTarget *target) { target->GetFactory(&laterFactory); };
   later.Create(nullptr);
-  ASSERT_NE(factory, nullptr);
-  EXPECT_EQ(laterFactory, factory);
+  ASSERT_NE(factory.Get(), nullptr);
+  EXPECT_EQ(laterFactory.Get(), factory.Get());
 }
 
 TEST_F(WindowOnScreen, RunsModallyUntilEndDialog) {

@@ -107,9 +107,12 @@ TEST_F(FirstRun, IsNotWithoutTheKey) {
   EXPECT_FALSE(KeyExists());
 }
 
+/// In bytes, as it lies there: other operations of the platform count a terminator that isn't there.
 DWORD SizeOfValue() {
+  RegistryKey key;
   DWORD bytes = 0;
-  ::RegGetValueW(HKEY_CURRENT_USER, dockKey, welcomeValue, RRF_RT_REG_SZ, nullptr, nullptr, &bytes);
+  ::RegOpenKeyExW(HKEY_CURRENT_USER, dockKey, 0, KEY_READ, key.Put());
+  ::RegQueryValueExW(key.Get(), welcomeValue, nullptr, nullptr, nullptr, &bytes);
   return bytes;
 }
 

@@ -268,9 +268,10 @@ TEST_F(DockPosition, IsWrittenAsText) {
 
 TEST_F(DockPosition, IsWrittenWithItsTerminator) {
   SetDockPosition(L"Top");
+  RegistryKey opened;
+  ::RegOpenKeyExW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick\\Lumenor", 0, KEY_READ, opened.Put());
   DWORD bytes = 0;
-  ::RegGetValueW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick\\Lumenor", L"DockPosition", RRF_RT_REG_SZ, nullptr, nullptr,
-                 &bytes);
+  ::RegQueryValueExW(opened.Get(), L"DockPosition", nullptr, nullptr, nullptr, &bytes);
   EXPECT_EQ(8u, bytes);
 }
 

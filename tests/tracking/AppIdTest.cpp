@@ -1,5 +1,6 @@
 // What the machine is known by, and what the installers left about it.
 
+#include "system/Handles.h"
 #include "tracking/Tracking.h"
 
 extern "C" {
@@ -34,9 +35,10 @@ TEST_F(AppId, IsMadeAtTheFirstStart) {
 
 TEST_F(AppId, IsWrittenAsTextWithItsClosingNull) {
   tracker.LoadAppId();
+  RegistryKey key;
+  ::RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Tarnwick\\Lumenor", 0, KEY_READ, key.Put());
   DWORD type = REG_NONE, bytes = 0;
-  ::RegGetValueW(HKEY_CURRENT_USER, L"Software\\Tarnwick\\Lumenor", L"AppID", RRF_RT_ANY | RRF_NOEXPAND, &type, nullptr,
-                 &bytes);
+  ::RegQueryValueExW(key.Get(), L"AppID", nullptr, &type, nullptr, &bytes);
   EXPECT_EQ(static_cast<DWORD>(REG_SZ), type);
   EXPECT_EQ(74u, bytes);
 }

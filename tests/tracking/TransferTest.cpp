@@ -317,10 +317,11 @@ TEST_F(Transfer, TheSettingsAreKeptAsTexts) {
 
 TEST_F(Transfer, TheSettingsAreTextsWithTheirClosingNulls) {
   tracker.SaveSettings();
+  RegistryKey key;
+  ::RegOpenKeyExW(HKEY_CURRENT_USER, L"SOFTWARE\\Wow6432Node\\Tarnwick\\Lumenor\\Dock", 0, KEY_READ, key.Put());
   for (const auto &[name, expected] : {std::pair{L"NextElementSeq", 4u}, std::pair{L"NextTransferTime", 32u}}) {
     DWORD type = REG_NONE, bytes = 0;
-    ::RegGetValueW(HKEY_CURRENT_USER, L"SOFTWARE\\Wow6432Node\\Tarnwick\\Lumenor\\Dock", name,
-                   RRF_RT_ANY | RRF_NOEXPAND, &type, nullptr, &bytes);
+    ::RegQueryValueExW(key.Get(), name, nullptr, &type, nullptr, &bytes);
     EXPECT_EQ(static_cast<DWORD>(REG_SZ), type);
     EXPECT_EQ(expected, bytes);
   }

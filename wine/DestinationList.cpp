@@ -111,10 +111,11 @@ HRESULT STDMETHODCALLTYPE DestinationList::AppendKnownCategory(KNOWNDESTCATEGORY
   return S_OK;
 }
 
-// Nothing is documented for tasks that come a second time: one list has one group of them.
 HRESULT STDMETHODCALLTYPE DestinationList::AddUserTasks(IObjectArray *tasks) noexcept {
-  if (!list || !list->tasks.empty())
+  if (!list)
     return E_UNEXPECTED;
+  if (!list->tasks.empty()) // one list has one group of them
+    return HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS);
   std::vector<ComPtr<IShellLinkW>> links;
   HRESULT result = ReadSome(tasks, links);
   JumpListBlocks added;

@@ -3,9 +3,11 @@
 // it is until the next is committed. One thread.
 //
 // What is documented: an id that comes after the beginning, E_UNEXPECTED, which is the answer to every other call at
-// the wrong time here as well; a file that the application isn't registered for, 0x80040F03. For arguments that make no
-// sense nothing is documented: E_INVALIDARG, and E_POINTER where there is no place for an answer. Nobody removes
-// anything from a list that is kept here, so there are no removed destinations.
+// the wrong time here as well; a file that the application isn't registered for, 0x80040F03. For tasks that come a
+// second time nothing is documented, but Windows has been seen to answer ERROR_ALREADY_EXISTS. Nor is it for arguments
+// that make no sense: E_INVALIDARG, and E_POINTER where there is no place for an answer. Tasks that are shell items,
+// which the platform would take, are refused: nobody publishes any here. Nor does anybody remove anything from a list
+// that is kept here, so there are no removed destinations.
 
 #include <optional>
 #include <string>

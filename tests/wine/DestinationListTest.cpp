@@ -306,7 +306,7 @@ TEST_F(DestinationListTest, WithoutAnIdItIsTheExecutables) {
 TEST_F(DestinationListTest, TasksComeOnce) {
   Begin(list);
   ASSERT_EQ(Add({TaskLink(L"first")}), S_OK);
-  EXPECT_EQ(Add({TaskLink(L"second")}), E_UNEXPECTED);
+  EXPECT_EQ(Add({TaskLink(L"second")}), HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS));
   ASSERT_EQ(list->CommitList(), S_OK);
   EXPECT_EQ(ReadJumpList(application), Tasks({Task(L"first")}));
 }

@@ -22,14 +22,14 @@ HRESULT GetPlatformFactory(ComPtr<IClassFactory> &factory) {
   return getClassObject == nullptr ? E_NOINTERFACE : getClassObject(CLSID_ShellLink, IID_PPV_ARGS(&factory));
 }
 
-HRESULT MakePlatformLink(PlatformLink &link) {
+HRESULT MakePlatformLink(PlatformLink &platform) {
   ComPtr<IClassFactory> factory;
   HRESULT result = GetPlatformFactory(factory);
   if (SUCCEEDED(result))
-    result = factory->CreateInstance(nullptr, IID_PPV_ARGS(&link.wide));
+    result = factory->CreateInstance(nullptr, IID_PPV_ARGS(&platform.link));
   if (SUCCEEDED(result))
-    result = QueryAll(link.wide.Get(), link.narrow, link.file, link.stream, link.dataBlocks, link.extension, link.menu,
-                      link.sited);
+    result = QueryAll(platform.link.Get(), platform.file, platform.stream, platform.dataBlocks, platform.extension,
+                      platform.menu, platform.sited);
   return result;
 }
 
@@ -98,107 +98,65 @@ HRESULT STDMETHODCALLTYPE ShellLink::GetSizeMax(ULARGE_INTEGER *size) noexcept {
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::GetPath(LPWSTR path, int size, WIN32_FIND_DATAW *data, DWORD flags) noexcept {
-  return platform.wide->GetPath(path, size, data, flags);
+  return platform.link->GetPath(path, size, data, flags);
 }
 
-HRESULT STDMETHODCALLTYPE ShellLink::SetPath(LPCWSTR path) noexcept { return platform.wide->SetPath(path); }
+HRESULT STDMETHODCALLTYPE ShellLink::SetPath(LPCWSTR path) noexcept { return platform.link->SetPath(path); }
 
 HRESULT STDMETHODCALLTYPE ShellLink::GetDescription(LPWSTR text, int size) noexcept {
-  return platform.wide->GetDescription(text, size);
+  return platform.link->GetDescription(text, size);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::SetDescription(LPCWSTR text) noexcept {
-  return platform.wide->SetDescription(text);
+  return platform.link->SetDescription(text);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::GetWorkingDirectory(LPWSTR folder, int size) noexcept {
-  return platform.wide->GetWorkingDirectory(folder, size);
+  return platform.link->GetWorkingDirectory(folder, size);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::SetWorkingDirectory(LPCWSTR folder) noexcept {
-  return platform.wide->SetWorkingDirectory(folder);
+  return platform.link->SetWorkingDirectory(folder);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::GetArguments(LPWSTR arguments, int size) noexcept {
-  return platform.wide->GetArguments(arguments, size);
+  return platform.link->GetArguments(arguments, size);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::SetArguments(LPCWSTR arguments) noexcept {
-  return platform.wide->SetArguments(arguments);
+  return platform.link->SetArguments(arguments);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::GetIconLocation(LPWSTR path, int size, int *index) noexcept {
-  return platform.wide->GetIconLocation(path, size, index);
+  return platform.link->GetIconLocation(path, size, index);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::SetIconLocation(LPCWSTR path, int index) noexcept {
-  return platform.wide->SetIconLocation(path, index);
+  return platform.link->SetIconLocation(path, index);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::SetRelativePath(LPCWSTR path, DWORD reserved) noexcept {
-  return platform.wide->SetRelativePath(path, reserved);
-}
-
-HRESULT STDMETHODCALLTYPE ShellLink::GetPath(LPSTR path, int size, WIN32_FIND_DATAA *data, DWORD flags) noexcept {
-  return platform.narrow->GetPath(path, size, data, flags);
-}
-
-HRESULT STDMETHODCALLTYPE ShellLink::SetPath(LPCSTR path) noexcept { return platform.narrow->SetPath(path); }
-
-HRESULT STDMETHODCALLTYPE ShellLink::GetDescription(LPSTR text, int size) noexcept {
-  return platform.narrow->GetDescription(text, size);
-}
-
-HRESULT STDMETHODCALLTYPE ShellLink::SetDescription(LPCSTR text) noexcept {
-  return platform.narrow->SetDescription(text);
-}
-
-HRESULT STDMETHODCALLTYPE ShellLink::GetWorkingDirectory(LPSTR folder, int size) noexcept {
-  return platform.narrow->GetWorkingDirectory(folder, size);
-}
-
-HRESULT STDMETHODCALLTYPE ShellLink::SetWorkingDirectory(LPCSTR folder) noexcept {
-  return platform.narrow->SetWorkingDirectory(folder);
-}
-
-HRESULT STDMETHODCALLTYPE ShellLink::GetArguments(LPSTR arguments, int size) noexcept {
-  return platform.narrow->GetArguments(arguments, size);
-}
-
-HRESULT STDMETHODCALLTYPE ShellLink::SetArguments(LPCSTR arguments) noexcept {
-  return platform.narrow->SetArguments(arguments);
-}
-
-HRESULT STDMETHODCALLTYPE ShellLink::GetIconLocation(LPSTR path, int size, int *index) noexcept {
-  return platform.narrow->GetIconLocation(path, size, index);
-}
-
-HRESULT STDMETHODCALLTYPE ShellLink::SetIconLocation(LPCSTR path, int index) noexcept {
-  return platform.narrow->SetIconLocation(path, index);
-}
-
-HRESULT STDMETHODCALLTYPE ShellLink::SetRelativePath(LPCSTR path, DWORD reserved) noexcept {
-  return platform.narrow->SetRelativePath(path, reserved);
+  return platform.link->SetRelativePath(path, reserved);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::GetIDList(PIDLIST_ABSOLUTE *list) noexcept {
-  return platform.wide->GetIDList(list);
+  return platform.link->GetIDList(list);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::SetIDList(PCIDLIST_ABSOLUTE list) noexcept {
-  return platform.wide->SetIDList(list);
+  return platform.link->SetIDList(list);
 }
 
-HRESULT STDMETHODCALLTYPE ShellLink::GetHotkey(WORD *key) noexcept { return platform.wide->GetHotkey(key); }
+HRESULT STDMETHODCALLTYPE ShellLink::GetHotkey(WORD *key) noexcept { return platform.link->GetHotkey(key); }
 
-HRESULT STDMETHODCALLTYPE ShellLink::SetHotkey(WORD key) noexcept { return platform.wide->SetHotkey(key); }
+HRESULT STDMETHODCALLTYPE ShellLink::SetHotkey(WORD key) noexcept { return platform.link->SetHotkey(key); }
 
-HRESULT STDMETHODCALLTYPE ShellLink::GetShowCmd(int *command) noexcept { return platform.wide->GetShowCmd(command); }
+HRESULT STDMETHODCALLTYPE ShellLink::GetShowCmd(int *command) noexcept { return platform.link->GetShowCmd(command); }
 
-HRESULT STDMETHODCALLTYPE ShellLink::SetShowCmd(int command) noexcept { return platform.wide->SetShowCmd(command); }
+HRESULT STDMETHODCALLTYPE ShellLink::SetShowCmd(int command) noexcept { return platform.link->SetShowCmd(command); }
 
 HRESULT STDMETHODCALLTYPE ShellLink::Resolve(HWND window, DWORD flags) noexcept {
-  return platform.wide->Resolve(window, flags);
+  return platform.link->Resolve(window, flags);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::AddDataBlock(void *block) noexcept {

@@ -1,7 +1,8 @@
 #pragma once
 // A shell link that keeps its properties, which the platform's own only pretends to. All else it leaves to one of the
-// platform's own, with every interface of which it answers itself, so that it stays one object. The properties live as
-// long as the object: a file that is saved doesn't hold them, and one that is loaded has none. One thread.
+// platform's own, whose interfaces are its own too, so that it stays one object; it has none for texts of eight bits,
+// since nobody asks for that here. The properties live as long as the object: a file that is saved doesn't hold them,
+// and one that is loaded has none. One thread.
 
 #include "ComObject.h"
 #include "LinkProperties.h"
@@ -13,8 +14,7 @@ namespace lumenor::services {
 
 /// What the platform's own link is asked for.
 struct PlatformLink {
-  Microsoft::WRL::ComPtr<IShellLinkW> wide;
-  Microsoft::WRL::ComPtr<IShellLinkA> narrow;
+  Microsoft::WRL::ComPtr<IShellLinkW> link;
   Microsoft::WRL::ComPtr<IPersistFile> file;
   Microsoft::WRL::ComPtr<IPersistStream> stream;
   Microsoft::WRL::ComPtr<IShellLinkDataList> dataBlocks;
@@ -23,7 +23,7 @@ struct PlatformLink {
   Microsoft::WRL::ComPtr<IObjectWithSite> sited;
 };
 
-class ShellLink : public ComObject<ShellLink, IShellLinkW, IShellLinkA, IPropertyStore, IPersistFile, IPersistStream,
+class ShellLink : public ComObject<ShellLink, IShellLinkW, IPropertyStore, IPersistFile, IPersistStream,
                                    IShellLinkDataList, IShellExtInit, IContextMenu, IObjectWithSite> {
 public:
   /// Makes a link around a new one of the platform's.
@@ -63,21 +63,6 @@ public:
   HRESULT STDMETHODCALLTYPE GetIconLocation(LPWSTR path, int size, int *index) noexcept override;
   HRESULT STDMETHODCALLTYPE SetIconLocation(LPCWSTR path, int index) noexcept override;
   HRESULT STDMETHODCALLTYPE SetRelativePath(LPCWSTR path, DWORD reserved) noexcept override;
-
-  // IShellLinkA
-  HRESULT STDMETHODCALLTYPE GetPath(LPSTR path, int size, WIN32_FIND_DATAA *data, DWORD flags) noexcept override;
-  HRESULT STDMETHODCALLTYPE SetPath(LPCSTR path) noexcept override;
-  HRESULT STDMETHODCALLTYPE GetDescription(LPSTR text, int size) noexcept override;
-  HRESULT STDMETHODCALLTYPE SetDescription(LPCSTR text) noexcept override;
-  HRESULT STDMETHODCALLTYPE GetWorkingDirectory(LPSTR folder, int size) noexcept override;
-  HRESULT STDMETHODCALLTYPE SetWorkingDirectory(LPCSTR folder) noexcept override;
-  HRESULT STDMETHODCALLTYPE GetArguments(LPSTR arguments, int size) noexcept override;
-  HRESULT STDMETHODCALLTYPE SetArguments(LPCSTR arguments) noexcept override;
-  HRESULT STDMETHODCALLTYPE GetIconLocation(LPSTR path, int size, int *index) noexcept override;
-  HRESULT STDMETHODCALLTYPE SetIconLocation(LPCSTR path, int index) noexcept override;
-  HRESULT STDMETHODCALLTYPE SetRelativePath(LPCSTR path, DWORD reserved) noexcept override;
-
-  // Both of them
   HRESULT STDMETHODCALLTYPE GetIDList(PIDLIST_ABSOLUTE *list) noexcept override;
   HRESULT STDMETHODCALLTYPE SetIDList(PCIDLIST_ABSOLUTE list) noexcept override;
   HRESULT STDMETHODCALLTYPE GetHotkey(WORD *key) noexcept override;

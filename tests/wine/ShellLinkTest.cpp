@@ -139,13 +139,12 @@ TEST_F(ShellLinkTest, RefusesToAnswerToNowhere) {
   EXPECT_EQ(properties->GetAt(0, nullptr), E_POINTER);
 }
 
-TEST_F(ShellLinkTest, IsOneObjectWithAllInterfacesOfThePlatforms) {
+TEST_F(ShellLinkTest, IsOneObjectWithTheInterfacesOfThePlatforms) {
   Ptr<IUnknown> identity;
   ASSERT_EQ(link.As(&identity), S_OK);
-  const IID interfaces[] = {__uuidof(IShellLinkW),       __uuidof(IShellLinkA),  __uuidof(IPropertyStore),
-                            __uuidof(IPersist),          __uuidof(IPersistFile), __uuidof(IPersistStream),
-                            __uuidof(IShellExtInit),     __uuidof(IContextMenu), __uuidof(IObjectWithSite),
-                            __uuidof(IShellLinkDataList)};
+  const IID interfaces[] = {__uuidof(IShellLinkW),  __uuidof(IPropertyStore),  __uuidof(IPersist),
+                            __uuidof(IPersistFile), __uuidof(IPersistStream),  __uuidof(IShellExtInit),
+                            __uuidof(IContextMenu), __uuidof(IObjectWithSite), __uuidof(IShellLinkDataList)};
   for (const IID &from : interfaces) {
     Ptr<IUnknown> face, identityOfFace;
     ASSERT_EQ(link->QueryInterface(from, reinterpret_cast<void **>(face.GetAddressOf())), S_OK) << from.Data1;
@@ -186,26 +185,6 @@ TEST_F(ShellLinkTest, KeepsWhatALinkKeeps) {
   EXPECT_EQ(iconIndex, 7);
   EXPECT_EQ(key, 0x641);
   EXPECT_EQ(show, SW_SHOWMAXIMIZED);
-}
-
-TEST_F(ShellLinkTest, IsTheSameLinkForProgramsOfOldTexts) {
-  const auto narrow = As<IShellLinkA>();
-  EXPECT_EQ(narrow->SetPath("C:\\windows\\notepad.exe"), S_OK);
-  EXPECT_EQ(narrow->SetArguments("x y"), S_OK);
-  EXPECT_EQ(PathOf(link), notepad);
-  EXPECT_EQ(ArgumentsOf(link), L"x y");
-  EXPECT_EQ(link->SetDescription(L"told"), S_OK);
-  EXPECT_EQ(link->SetWorkingDirectory(L"C:\\windows"), S_OK);
-  EXPECT_EQ(link->SetIconLocation(L"C:\\x.ico", 2), S_OK);
-  char description[100] = {}, folder[100] = {}, icon[100] = {};
-  int index = 0;
-  EXPECT_EQ(narrow->GetDescription(description, 100), S_OK);
-  EXPECT_EQ(narrow->GetWorkingDirectory(folder, 100), S_OK);
-  EXPECT_EQ(narrow->GetIconLocation(icon, 100, &index), S_OK);
-  EXPECT_STREQ(description, "told");
-  EXPECT_STREQ(folder, "C:\\windows");
-  EXPECT_STREQ(icon, "C:\\x.ico");
-  EXPECT_EQ(index, 2);
 }
 
 TEST_F(ShellLinkTest, SavedOneIsLoadedByAnother) {

@@ -15,8 +15,8 @@ namespace lumenor {
 
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using ButtonToolTip = ButtonOnScreen;
 
 struct Tool {
@@ -68,6 +68,18 @@ TEST_F(ButtonToolTip, IsAPopupOfTheRootWithTheNameAsItsText) {
 
 TEST_F(ButtonToolTip, IsBuiltWhenTheButtonIsAttached) { EXPECT_EQ(desk::ToolTips().size(), 1U); }
 
+TEST_F(ButtonToolTip, WaitsForTheWindowThatItPointsAt) {
+  Button other(std::make_shared<RecordingPainter>());
+  other.Name.Set(L"named early");
+  EXPECT_EQ(desk::ToolTips().size(), 1U);
+  root.canvas.AddChild(&other);
+  const auto toolTips = desk::ToolTips();
+  ASSERT_EQ(toolTips.size(), 2U);
+  EXPECT_THAT((std::vector<std::wstring>{ReadTool(toolTips[0]).text, ReadTool(toolTips[1]).text}),
+              Contains(L"named early"));
+  root.canvas.RemoveChild(&other);
+}
+
 TEST_F(ButtonToolTip, NewNameDestroysTheOldWindowBeforeItMakesANewOne) {
   button.Name.Set(L"first");
   const HWND first = desk::ToolTips().at(0);
@@ -87,13 +99,14 @@ TEST_F(ButtonToolTip, ShowsWhenTheCursorRests) {
   EXPECT_TRUE(desk::PumpUntil([&] { return ::IsWindowVisible(desk::ToolTips().at(0)) != FALSE; }));
 }
 
-TEST(Button, TakesItsToolTipAlongWhenItGoes) {
+TEST_F(ButtonToolTip, GoesWithItsButton) {
   {
-    Button button(std::make_shared<RecordingPainter>());
-    button.Name.Set(L"never attached");
-    EXPECT_EQ(desk::ToolTips().size(), 1U);
+    Button other(std::make_shared<RecordingPainter>());
+    root.canvas.AddChild(&other);
+    root.canvas.RemoveChild(&other);
+    EXPECT_EQ(desk::ToolTips().size(), 2U);
   }
-  EXPECT_THAT(desk::ToolTips(), IsEmpty());
+  EXPECT_EQ(desk::ToolTips().size(), 1U);
 }
 
 } // namespace lumenor

@@ -211,8 +211,12 @@ void Button::OnNameChanged(PropertyChangeEventArgs<std::wstring> *) { BuildToolT
 
 RECT Button::GetBounds() const { return {Left.Get(), Top.Get(), Left.Get() + Width.Get(), Top.Get() + Height.Get()}; }
 
+// A button that has no window yet is no tool to point at: its tip is built when it is attached. A tip for each name
+// that a button is given before that would be a window made in vain, which costs a start more than the button's own.
 void Button::BuildToolTip() {
   toolTipWindow.Reset();
+  if (!::IsWindow(handle))
+    return;
   const HWND root = GetRootHandle();
   toolTipWindow.Reset(::CreateWindowExW(
       WS_EX_TOPMOST | WS_EX_TRANSPARENT, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,

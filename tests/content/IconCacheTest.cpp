@@ -354,6 +354,23 @@ TEST_F(SaveIconFileTest, IsSilentWhereNoFileCanBeMade) {
   EXPECT_THAT(PictureSpy::reads, IsEmpty());
 }
 
+BOOL freesWithStream;
+decltype(&::CreateStreamOnHGlobal) formerCreateStream;
+
+HRESULT WINAPI HearStream(HGLOBAL memory, BOOL frees, LPSTREAM *stream) {
+  freesWithStream = frees;
+  return formerCreateStream(memory, frees, stream);
+}
+
+TEST_F(SaveIconFileTest, FreesTheMemoryOfItsStream) {
+  const PictureSpy picture;
+  const ImportSlot slot(&__imp_CreateStreamOnHGlobal, &HearStream);
+  formerCreateStream = slot.Former();
+  freesWithStream = FALSE;
+  SaveIconFile(icon, path);
+  EXPECT_TRUE(freesWithStream);
+}
+
 PICTDESC described;
 BOOL givenAway;
 decltype(&::OleCreatePictureIndirect) formerCreatePicture;

@@ -25,6 +25,7 @@ public:
     associated = hasAssociated ? MakeIcon() : nullptr;
     ownAsked.clear();
     associatedAsked.clear();
+    ownIndex = 99;
     destroyed.clear();
     formerDestroy = destroySlot.Former();
   }
@@ -34,11 +35,13 @@ public:
   static inline HICON own = nullptr;
   static inline HICON associated = nullptr;
   static inline std::vector<std::wstring> ownAsked, associatedAsked;
+  static inline UINT ownIndex = 0; // that was asked for last
   static inline std::vector<HICON> destroyed;
 
 private:
-  static HICON WINAPI Own(HINSTANCE, LPCWSTR path, UINT) {
+  static HICON WINAPI Own(HINSTANCE, LPCWSTR path, UINT index) {
     ownAsked.emplace_back(path);
+    ownIndex = index;
     return own;
   }
 

@@ -119,6 +119,23 @@ TEST_F(JumpListTest, LogsEachFlyout) {
                           "INFO: Jumplist: Add tasks", "INFO: Jumplist: Commit list"));
 }
 
+TEST_F(JumpListTest, ReadsTheUsersButtonsThenEachFlyoutBehindItsLine) {
+  const std::wstring stubs = folders.CommonFolder() + L"\\LangRes\\xx_xx\\";
+  for (const std::wstring name : {L"Second", L"First", userDocument})
+    WriteText(stubs + name + L".1.dstb", L"<UIRoot><" + name + L"><Elements><Element><Head>Head</Head></Element>" +
+                                             L"</Elements></" + name + L"></UIRoot>");
+  ASSERT_EQ(S_OK, CreateJumpList({Entry(L"xml", L"First"), Entry(L"xml", L"Second")}, {}));
+  std::vector<std::string> lines = log.AllLines();
+  std::erase_if(lines, [](const std::string &line) {
+    return line.find("conditions met") == std::string::npos && !line.starts_with("INFO: Jumplist: ");
+  });
+  const std::string met = "INFO: DockStub: conditions met for " + Utf8(stubs);
+  EXPECT_THAT(lines, ElementsAre("INFO: Jumplist: Co-creating destination list", "INFO: Jumplist: Setting APP_ID",
+                                 "INFO: Jumplist: Beginning list", met + Utf8(userDocument) + ".1.dstb",
+                                 "INFO: Jumplist: Add tasks", met + "First.1.dstb", "INFO: Jumplist: Add tasks",
+                                 met + "Second.1.dstb", "INFO: Jumplist: Add tasks", "INFO: Jumplist: Commit list"));
+}
+
 TEST_F(JumpListTest, ALastFlyoutWithoutEntriesLeavesTheUsersButtons) {
   const std::wstring file = MakeFile(L"a.exe");
   SaveDocument({Entry(L"exe", file, L"First")}, L"First");

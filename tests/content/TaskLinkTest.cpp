@@ -95,6 +95,7 @@ TEST_F(CreateTaskLinkTest, DestroysTheIconThatTellsOfTheFilesOwn) {
   ASSERT_EQ(S_OK, Create(program));
   EXPECT_EQ(program, Described(link.Get()).icon);
   EXPECT_THAT(IconSpy::ownAsked, ElementsAre(program));
+  EXPECT_EQ(0U, IconSpy::ownIndex) << "the first of the file";
   EXPECT_THAT(IconSpy::associatedAsked, IsEmpty());
   EXPECT_THAT(IconSpy::destroyed, ElementsAre(IconSpy::own));
 }
@@ -295,14 +296,16 @@ TEST_F(CopyShortcutTest, ReturnsTheFailureOfEachStepAndGoesNoFurther) {
   }
 }
 
+std::wstring loadedPath;
 HWND resolveWindow;
-DWORD resolveFlags, pathFlags;
+DWORD loadMode, resolveFlags, pathFlags;
 int pathSize, argumentsSize, folderSize, descriptionSize;
 
 /// Hears what the source is asked with.
 class ArgumentSpy {
 public:
   ArgumentSpy() {
+    formerLoad = file.Exchange(5, &Load);
     spy.Exchange(19, &Resolve);
     formerGetPath = spy.Exchange(3, &GetPath);
     formerGetArguments = spy.Exchange(10, &GetArguments);
@@ -313,6 +316,11 @@ public:
 private:
   using GetText = HRESULT(STDMETHODCALLTYPE *)(IShellLinkW *, LPWSTR, int);
 
+  static HRESULT STDMETHODCALLTYPE Load(IPersistFile *self, LPCOLESTR path, DWORD mode) {
+    loadedPath = path;
+    loadMode = mode;
+    return formerLoad(self, path, mode);
+  }
   static HRESULT STDMETHODCALLTYPE Resolve(IShellLinkW *, HWND window, DWORD flags) {
     resolveWindow = window;
     resolveFlags = flags;
@@ -339,13 +347,17 @@ private:
 
   static inline HRESULT(STDMETHODCALLTYPE *formerGetPath)(IShellLinkW *, LPWSTR, int, WIN32_FIND_DATAW *, DWORD);
   static inline GetText formerGetArguments, formerGetFolder, formerGetDescription;
+  static inline HRESULT(STDMETHODCALLTYPE *formerLoad)(IPersistFile *, LPCOLESTR, DWORD);
 
   OperationSpy spy{MakeObject<IShellLinkW>(CLSID_ShellLink).Get()};
+  OperationSpy file{MakeObject<IPersistFile>(CLSID_ShellLink).Get()};
 };
 
 TEST_F(CopyShortcutTest, AsksTheSourceSilentlyForRawPathsWithTheShellsLimits) {
   const ArgumentSpy spy;
   ASSERT_EQ(S_OK, Create(shortcut));
+  EXPECT_EQ(shortcut, loadedPath);
+  EXPECT_EQ(0U, loadMode);
   EXPECT_EQ(::GetDesktopWindow(), resolveWindow);
   EXPECT_EQ(static_cast<DWORD>(SLR_NO_UI), resolveFlags);
   EXPECT_EQ(static_cast<DWORD>(SLGP_RAWPATH), pathFlags);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <map>
 #include <vector>
 
 #include "system/HResultError.h"
@@ -33,78 +34,72 @@ void WriteBytes(HBITMAP bitmap, const Bytes &bytes) {
   ThrowIfFalse(::SetBitmapBits(bitmap, static_cast<DWORD>(bytes.size()), bytes.data()) != 0);
 }
 
-/// How strong the glow of a source pixel is on the pixels around it. The powers are taken once, the strengths once for
-/// every alpha that the picture has, so that the walk over the picture only compares bytes.
+/// The disc of light around a pixel: the pixels that it falls on, and how strong it is there. Pixels at one distance
+/// share a level, so that the power is taken once for each distance and the rounding once for each alpha there.
 class GlowDisc {
 public:
-  /// The pixels of one row of the disc: `length` of them, from `left` of the square around the disc on.
-  struct Row {
-    int left;
-    int length;
+  /// A pixel of the disc, counted from the upper left corner of the square around it.
+  struct Spot {
+    std::size_t x;
+    std::size_t y;
+    std::size_t level;
   };
+  using Strengths = std::array<unsigned char, 256>; // by the alpha of the pixel in the middle
 
   GlowDisc(int radius, float falloff) {
+    std::map<int, std::size_t> levelOfSquare;
     for (int dy = -radius; dy <= radius; ++dy)
-      AddRow(dy, radius, falloff);
+      for (int dx = -radius; dx <= radius; ++dx) {
+        const int square = dx * dx + dy * dy;
+        const float distance = ::sqrtf(static_cast<float>(square));
+        if (static_cast<float>(radius) < distance)
+          continue;
+        const auto [entry, added] = levelOfSquare.try_emplace(square, levels.size());
+        if (added)
+          levels.push_back(StrengthsOf(::powf(falloff, distance)));
+        spots.push_back({static_cast<std::size_t>(dx + radius), static_cast<std::size_t>(dy + radius), entry->second});
+      }
   }
 
-  const std::vector<Row> &Rows() const { return rows; }
-
-  /// The strengths that a source pixel of this alpha gives, row after row.
-  const unsigned char *Strengths(unsigned char alpha) {
-    Bytes &strengths = strengthsOfAlpha[alpha];
-    if (strengths.empty()) {
-      strengths.resize(fractions.size());
-      std::transform(fractions.begin(), fractions.end(), strengths.begin(),
-                     [alpha](float fraction) { return Rounded(static_cast<float>(alpha) * fraction); });
-    }
-    return strengths.data();
-  }
+  const std::vector<Spot> &Spots() const { return spots; }
+  const std::vector<Strengths> &Levels() const { return levels; }
 
 private:
-  void AddRow(int dy, int radius, float falloff) {
-    Row row{0, 0};
-    for (int dx = -radius; dx <= radius; ++dx) {
-      const float distance = ::sqrtf(static_cast<float>(dx * dx + dy * dy));
-      if (static_cast<float>(radius) < distance)
-        continue;
-      if (row.length++ == 0)
-        row.left = dx + radius;
-      fractions.push_back(::powf(falloff, distance));
-    }
-    rows.push_back(row);
+  static Strengths StrengthsOf(float fraction) {
+    Strengths strengths;
+    for (std::size_t alpha = 0; alpha < strengths.size(); ++alpha)
+      strengths[alpha] = Rounded(static_cast<float>(alpha) * fraction);
+    return strengths;
   }
 
+  // A strength is never below 0, where cutting the fraction off is the floor.
   static unsigned char Rounded(float strength) {
-    return static_cast<unsigned char>(static_cast<int>(std::floor(static_cast<double>(strength) + 0.5)));
+    return static_cast<unsigned char>(static_cast<int>(static_cast<double>(strength) + 0.5));
   }
 
-  std::vector<Row> rows;
-  std::vector<float> fractions;
-  std::array<Bytes, 256> strengthsOfAlpha;
+  std::vector<Spot> spots;
+  std::vector<Strengths> levels;
 };
 
-void RaiseTo(unsigned char *values, const unsigned char *floor, int count) {
-  for (int i = 0; i < count; ++i)
+void RaiseTo(unsigned char *values, const Bytes &floor) {
+  for (std::size_t i = 0; i < floor.size(); ++i)
     values[i] = std::max(values[i], floor[i]);
 }
 
-/// The alphas of the halo alone, `haloWidth` of them a row. The order of the source's pixels doesn't matter, since the
-/// strongest wins and all of them have one colour.
+/// The alphas of the halo alone, `haloWidth` of them a row. Whole rows of the picture are moved over the disc, since
+/// the strongest wins, in any order, and all of them have one colour.
 Bytes DrawHalo(const BITMAP &source, const Bytes &bytes, std::size_t haloWidth, std::size_t haloHeight,
-               GlowDisc &disc) {
+               const GlowDisc &disc) {
   Bytes halo(haloWidth * haloHeight);
   const std::size_t stride = static_cast<std::size_t>(source.bmWidthBytes);
-  for (std::size_t index = alphaOffset; index < bytes.size(); index += bytesPerPixel) {
-    if (bytes[index] == 0)
-      continue;
-    const unsigned char *strengths = disc.Strengths(bytes[index]);
-    unsigned char *haloRow = halo.data() + index / stride * haloWidth + index % stride / bytesPerPixel;
-    for (const GlowDisc::Row &row : disc.Rows()) {
-      RaiseTo(haloRow + row.left, strengths, row.length);
-      strengths += row.length;
-      haloRow += haloWidth;
-    }
+  std::vector<Bytes> rowOfLevel(disc.Levels().size(), Bytes(stride / bytesPerPixel));
+  unsigned char *haloRow = halo.data();
+  for (auto row = bytes.begin(); row != bytes.end(); row += stride, haloRow += haloWidth) {
+    for (std::size_t level = 0; level < rowOfLevel.size(); ++level)
+      for (std::size_t i = 0; i < rowOfLevel[level].size(); ++i)
+        rowOfLevel[level][i] = disc.Levels()[level][row[i * bytesPerPixel + alphaOffset]];
+    for (const GlowDisc::Spot &spot : disc.Spots())
+      RaiseTo(haloRow + spot.y * haloWidth + spot.x, rowOfLevel[spot.level]);
   }
   return halo;
 }
@@ -134,7 +129,7 @@ BitmapHandle COuterGlowShader::Shade(HBITMAP source) const {
   if (record.bmWidthBytes % bytesPerPixel != 0)
     throw HResultError(E_INVALIDARG);
 
-  GlowDisc disc(radius, falloff);
+  const GlowDisc disc(radius, falloff);
   const Bytes halo = DrawHalo(record, bytes, static_cast<std::size_t>(width), static_cast<std::size_t>(height), disc);
   Bytes pixels(halo.size() * bytesPerPixel);
   for (std::size_t i = 0; i < halo.size(); ++i) {

@@ -1,5 +1,7 @@
 #include "ShellLink.h"
 
+#include "LinkFile.h"
+
 using Microsoft::WRL::ComPtr;
 
 namespace lumenor::services {
@@ -74,6 +76,8 @@ HRESULT STDMETHODCALLTYPE ShellLink::GetClassID(CLSID *id) noexcept { return pla
 HRESULT STDMETHODCALLTYPE ShellLink::IsDirty() noexcept { return platform.file->IsDirty(); }
 
 HRESULT STDMETHODCALLTYPE ShellLink::Load(LPCOLESTR path, DWORD mode) noexcept {
+  if (path != nullptr && HasBrokenItemList(path))
+    return E_FAIL; // as of any other file that is no link
   return Loaded(platform.file->Load(path, mode));
 }
 

@@ -16,7 +16,8 @@ namespace lumenor::services {
 namespace {
 
 constexpr PROPERTYKEY otherKey{{0xF29F85E0, 0x4FF9, 0x1068, {0xAB, 0x91, 0x08, 0x00, 0x2B, 0x27, 0xB3, 0xD9}}, 3};
-constexpr DWORD hasArguments = 0x20; // SLDF_HAS_ARGS
+constexpr DWORD hasArguments = 0x20;   // SLDF_HAS_ARGS
+constexpr std::size_t headerSize = 76; // of a link's file; the list of items comes next
 constexpr wchar_t notepad[] = L"C:\\windows\\notepad.exe";
 
 class ShellLinkTest : public ::testing::Test {
@@ -234,6 +235,32 @@ TEST_F(ShellLinkTest, FileThatCantBeLoadedChangesNothing) {
   const std::wstring gone = folders.Root() + L"\\gone.lnk";
   EXPECT_EQ(As<IPersistFile>()->Load(gone.c_str(), STGM_READ), HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
   EXPECT_EQ(TitleOf(link), L"title");
+}
+
+// The platform itself would read on behind the end.
+TEST_F(ShellLinkTest, FileWhoseItemsBreakOffIsRefused) {
+  ASSERT_EQ(link->SetPath(notepad), S_OK);
+  const std::string whole = tests::ReadBytes(SavedLink());
+  const std::size_t listEnd = headerSize + 2 + static_cast<unsigned char>(whole[headerSize]) +
+                              256u * static_cast<unsigned char>(whole[headerSize + 1]);
+  ASSERT_LT(headerSize + 50, listEnd);
+  ASSERT_LE(listEnd, whole.size());
+  const std::wstring path = folders.Root() + L"\\broken.lnk";
+  const auto load = [&](const std::string &bytes) {
+    tests::WriteBytes(path, bytes);
+    return As<IPersistFile>()->Load(path.c_str(), STGM_READ);
+  };
+  SetTitle(link, L"title");
+  for (std::size_t size = headerSize; size < listEnd; ++size)
+    EXPECT_EQ(load(whole.substr(0, size)), E_FAIL) << size;
+  std::string tooLong = whole;
+  tooLong[headerSize + 2] = tooLong[headerSize + 3] = '\xFF'; // the first item's size
+  EXPECT_EQ(load(tooLong), E_FAIL);
+  std::string endless = whole;
+  endless[listEnd - 2] = 1; // the size that ends the list
+  EXPECT_EQ(load(endless), E_FAIL);
+  EXPECT_EQ(TitleOf(link), L"title");
+  EXPECT_EQ(load(whole), S_OK);
 }
 
 TEST_F(ShellLinkTest, TellsTheClassOfAllLinks) {

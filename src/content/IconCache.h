@@ -10,7 +10,7 @@
 namespace lumenor {
 
 /// Where the icon of `target` is kept: a file named by the target's whole file name with ".ico" behind it. Targets of
-/// one file name share one.
+/// one file name share one. Makes the folder where it is missing.
 std::wstring CachedIconPath(const std::wstring &target);
 
 /// Keeps the icon that the shell shows for the file `target`, unless there is one of its name already. Returns where it

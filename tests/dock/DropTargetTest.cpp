@@ -9,6 +9,7 @@
 #include "dock/DropTarget.h"
 #include "support/ComApartment.h"
 #include "support/FailingClass.h"
+#include "support/OperationSpy.h"
 #include "system/HResultError.h"
 #include "system/WindowException.h"
 #include "toolkit/WindowImpl.h"
@@ -234,10 +235,16 @@ TEST_F(DropTarget, CutsPathsThatAreTooLong) {
 }
 
 TEST_F(DropTarget, AddsThousandsOfFiles) {
-  const auto many = MakeFileData(std::vector<std::wstring>(5000, L"C:\\" + std::wstring(256, L'x')));
+  std::vector<std::wstring> paths;
+  Arrivals expected;
+  for (int i = 0; i < 5000; ++i) {
+    paths.push_back(L"C:\\" + std::wstring(252, L'x') + std::to_wstring(1000 + i));
+    expected.push_back({1025, packedPlace, paths.back()});
+  }
+  const auto many = MakeFileData(paths);
   Enter(many.Get());
   EXPECT_EQ(S_OK, Drop(many.Get()));
-  EXPECT_EQ(5000U, window.Take().size());
+  EXPECT_TRUE(expected == window.Take()) << "too many to be printed";
 }
 
 TEST_F(DropTarget, TellsOfADroppedButtonAndAddsNothing) {
@@ -289,6 +296,46 @@ TEST_F(DropTarget, RefusesNullArguments) {
   EXPECT_EQ(E_INVALIDARG, target->DragOver(0, place, nullptr));
   EXPECT_EQ(E_INVALIDARG, target->Drop(nullptr, 0, place, &effect));
   EXPECT_EQ(E_INVALIDARG, target->Drop(files.Get(), 0, place, nullptr));
+}
+
+// What the platform's helper, which shows the pictures of drags, is told.
+
+std::vector<std::string> told;
+
+std::string At(const POINT &point) { return " " + std::to_string(point.x) + " " + std::to_string(point.y); }
+
+HRESULT STDMETHODCALLTYPE NoteEnter(IDropTargetHelper *, HWND window, IDataObject *data, POINT *point, DWORD) {
+  told.push_back("enter" + At(*point) + (::IsWindow(window) && data != nullptr ? "" : " nothing"));
+  return S_OK;
+}
+HRESULT STDMETHODCALLTYPE NoteLeave(IDropTargetHelper *) {
+  told.emplace_back("leave");
+  return S_OK;
+}
+HRESULT STDMETHODCALLTYPE NoteOver(IDropTargetHelper *, POINT *point, DWORD) {
+  told.push_back("over" + At(*point));
+  return S_OK;
+}
+HRESULT STDMETHODCALLTYPE NoteDrop(IDropTargetHelper *, IDataObject *data, POINT *point, DWORD) {
+  told.push_back("drop" + At(*point) + (data != nullptr ? "" : " nothing"));
+  return S_OK;
+}
+
+TEST_F(DropTarget, TellsThePlatformsHelperOfEveryStep) {
+  ComPtr<IDropTargetHelper> helper;
+  ASSERT_EQ(S_OK, ::CoCreateInstance(CLSID_DragDropHelper, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&helper)));
+  tests::OperationSpy spy(helper.Get());
+  spy.Exchange(3, &NoteEnter);
+  spy.Exchange(4, &NoteLeave);
+  spy.Exchange(5, &NoteOver);
+  spy.Exchange(6, &NoteDrop);
+  told.clear();
+  Enter(files.Get());
+  Over();
+  EXPECT_EQ(S_OK, target->DragLeave());
+  Enter(files.Get());
+  Drop(files.Get());
+  EXPECT_EQ((std::vector<std::string>{"enter 300 40", "over 300 40", "leave", "enter 300 40", "drop 300 40"}), told);
 }
 
 TEST_F(DropTarget, OutlivesItsWindow) {

@@ -201,6 +201,7 @@ TEST_F(Drag, OfNoButtonMovesNothing) {
   StartWith(3);
   Over(FirstHalf(2));
   EXPECT_EQ(0, Notify(4, FirstHalf(2)));
+  EXPECT_EQ((Texts{L"Head 0", L"Head 1", L"Head 2"}), Heads());
   draggedButton = dock->handle;
   EXPECT_EQ(0, Notify(4, FirstHalf(2)));
   EXPECT_EQ((Texts{L"Head 0", L"Head 1", L"Head 2"}), Heads());

@@ -1,6 +1,7 @@
 // The row of user buttons, longer than its room, and its two arrows.
 
 #include <algorithm>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -38,6 +39,17 @@ protected:
 
   bool RowComesTo(const DockProcess &dock, LONG left) {
     return WaitFor([&] { return dock.RowLeft() == left; });
+  }
+
+  /// Where the row stands when it has stood still for longer than a slide takes.
+  static LONG WhereTheRowRests(const DockProcess &dock) {
+    LONG place = dock.RowLeft();
+    const auto isMoving = [&] {
+      const LONG now = dock.RowLeft();
+      return std::exchange(place, now) != now;
+    };
+    EXPECT_TRUE(WaitFor([&] { return HoldsFor([&] { return !isMoving(); }, std::chrono::milliseconds(700)); }));
+    return place;
   }
 
   const Installation installation;
@@ -87,23 +99,27 @@ TEST_F(Scroll, TheScreenShowsTheRowWhereItsWindowsStand) {
   EXPECT_TRUE(WaitFor([&] { return Capture({icon.left - step, icon.top, icon.right - step, icon.bottom}) == before; }));
 }
 
+// On a busy machine a slide may be over before the click that was meant to come during it, or be seen at its end only.
+// Then it was two slides one after the other, which is as far as two clicks can bring the row, and the hand tries
+// again.
 TEST_F(Scroll, AClickDuringTheSlideStartsFromWhereTheRowIs) {
   DockProcess dock(installation);
   ASSERT_NE(nullptr, dock.WaitForBar());
   const HWND arrow = dock.RightArrow();
   ASSERT_NE(nullptr, arrow);
 
-  ClickArrow(arrow);
-  ASSERT_TRUE(WaitFor([&] { return dock.RowLeft() < 0; }));
-  ClickArrow(arrow);
-
-  LONG before = 1;
-  ASSERT_TRUE(WaitFor([&] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(500)); // a slide takes 300
-    return std::exchange(before, dock.RowLeft()) == dock.RowLeft();
-  }));
-  EXPECT_LT(dock.RowLeft(), -step);
-  EXPECT_GT(dock.RowLeft(), -2 * step);
+  bool wasInTime = false;
+  for (int round = 0; round < 10 && !wasInTime; ++round) {
+    const LONG start = dock.RowLeft();
+    ClickArrow(arrow);
+    ASSERT_TRUE(WaitFor([&] { return dock.RowLeft() < start; }));
+    ClickArrow(arrow);
+    ASSERT_TRUE(WaitFor([&] { return dock.RowLeft() < start - step; })) << "at " << dock.RowLeft();
+    const LONG end = WhereTheRowRests(dock);
+    ASSERT_GE(end, start - 2 * step);
+    wasInTime = end > start - 2 * step;
+  }
+  EXPECT_TRUE(wasInTime) << "no click ever found the row under way";
 }
 
 TEST_F(Scroll, ARowThatFitsHasNoArrows) {

@@ -128,11 +128,14 @@ RECT ButtonFlyoutRect(POINT corner, LONG buttonHeight, LONG flyoutHeight, const 
   return flyout;
 }
 
+// The position button says bottom of a bar that another program has sent to the top. A modal dialog over that bar would
+// be above the screen, and nobody could answer it.
 RECT ResetDialogRect(const RECT &dockRect, bool atTop, LONG barTop, const DesignScale &scale) {
+  const bool under = atTop || barTop < scale.Y(resetDialogHeight);
   const LONG centre = dockRect.left + (dockRect.right - dockRect.left) / 2;
   RECT dialog = {centre - scale.X(200), 0, centre + scale.X(200), 0};
-  dialog.top = atTop ? scale.Y(barHeight) : barTop - scale.Y(resetDialogHeight);
-  dialog.bottom = atTop ? scale.Y(barHeight + resetDialogHeight) : barTop;
+  dialog.top = under ? scale.Y(barHeight) : barTop - scale.Y(resetDialogHeight);
+  dialog.bottom = under ? scale.Y(barHeight + resetDialogHeight) : barTop;
   return dialog;
 }
 

@@ -54,7 +54,8 @@ RECT SearchProviderFlyoutRect(const RECT &window, int barWidth, LONG desiredHeig
 RECT ButtonFlyoutRect(POINT corner, LONG buttonHeight, LONG flyoutHeight, const RECT &workArea,
                       const DesignScale &scale);
 
-/// The reset dialog's rectangle, centred against `dockRect`, under a bar at the top or over one whose top is `barTop`.
+/// The reset dialog's rectangle, centred against `dockRect`, under a bar at the top or over one whose top is `barTop`;
+/// under it too where it wouldn't be on the screen over it.
 RECT ResetDialogRect(const RECT &dockRect, bool atTop, LONG barTop, const DesignScale &scale);
 
 /// "Top", "Bottom" or whatever text stands in the registry; "Top" when none can be read. Never raises for a registry

@@ -184,6 +184,12 @@ TEST(ResetDialogRect, LiesOverABarAtTheBottom) {
   EXPECT_EQ(Rect(440, 775, 840, 947), ResetDialogRect(barAtTop, false, 947, normal));
 }
 
+TEST(ResetDialogRect, StaysOnTheScreenWhenTheButtonSaysBottomOfABarAtTheTop) {
+  EXPECT_EQ(Rect(440, 77, 840, 249), ResetDialogRect(barAtTop, false, 1, normal));
+  EXPECT_EQ(Rect(440, 77, 840, 249), ResetDialogRect(barAtTop, false, 171, normal));
+  EXPECT_EQ(Rect(440, 0, 840, 172), ResetDialogRect(barAtTop, false, 172, normal));
+}
+
 TEST(ResetDialogRect, IsScaledOnADenseScreen) {
   EXPECT_EQ(Rect(660, 154, 1260, 498), ResetDialogRect({285, 1, 1635, 155}, true, 1, dense));
   EXPECT_EQ(Rect(660, 582, 1260, 926), ResetDialogRect({285, 1, 1635, 155}, false, 926, dense));

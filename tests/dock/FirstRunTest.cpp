@@ -66,6 +66,11 @@ TEST_F(FirstRun, IsForAOneOfTheExpandingType) {
   EXPECT_EQ(L"0", Value()); // as a plain text
 }
 
+TEST_F(FirstRun, IsNotForAZeroOfTheExpandingType) {
+  registry.SetText(welcomeValue, L"0", REG_EXPAND_SZ);
+  EXPECT_FALSE(CheckFirstRun());
+}
+
 TEST_F(FirstRun, IsForAValueOfAnotherType) {
   registry.SetNumber(welcomeValue, 0);
   EXPECT_TRUE(CheckFirstRun());

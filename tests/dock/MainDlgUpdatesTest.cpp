@@ -199,6 +199,23 @@ TEST_F(Updates, KeepAnOpenListAgainstABarAtTheBottom) {
   EXPECT_EQ(160, place.bottom - place.top);
 }
 
+TEST_F(Updates, KeepAnOpenChoiceOfSearchProvidersAgainstABarAtTheBottom) {
+  registry.SetText(L"DockPosition", L"Bottom");
+  WriteSearchProviders({L"First"});
+  StartUnwatched();
+  const HWND button = BarTree(*dock).searchProviderButton.GetHandle();
+  ::SendMessageW(button, WM_COMMAND, 0, reinterpret_cast<LPARAM>(button));
+  auto &flyout = FlyoutOf<SearchProviderFlyout>([](const SearchProviderFlyout &) { return true; });
+  RECT before{}, after{};
+  ::GetWindowRect(flyout.handle, &before);
+  EXPECT_EQ(40, before.bottom - before.top);
+  WriteSearchProviders({L"First", L"Second", L"Third"});
+  Refresh(RefreshSearchProviderMessage);
+  ::GetWindowRect(flyout.handle, &after);
+  EXPECT_EQ(before.bottom, after.bottom);
+  EXPECT_EQ(120, after.bottom - after.top);
+}
+
 TEST_F(Updates, LeaveAHiddenListHidden) {
   StartUnwatched();
   WriteForYou({L"One"});

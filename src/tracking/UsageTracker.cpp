@@ -8,6 +8,7 @@
 #include "system/FileReading.h"
 #include "system/HResultError.h"
 #include "system/Log.h"
+#include "system/Owner.h"
 #include "system/Paths.h"
 #include "system/Registry.h"
 #include "system/Text.h"
@@ -61,17 +62,22 @@ ULONGLONG FileTimeOf(const SYSTEMTIME &time) {
   return *fileTime;
 }
 
+/// A text that the platform's identifiers come as.
+struct RpcTextTraits {
+  using Handle = RPC_WSTR;
+  static Handle Empty() noexcept { return nullptr; }
+  static void Close(Handle text) noexcept { ::RpcStringFreeW(&text); }
+};
+
 /// The text form of a new identifier; nothing when the platform has none to give.
 std::optional<std::wstring> NewUuid() {
   UUID uuid = {};
   const RPC_STATUS made = ::UuidCreate(&uuid);
-  RPC_WSTR text = nullptr;
+  Owner<RpcTextTraits> text;
   // One that is unique on this machine only is better than none: it still tells its sessions apart.
-  if ((made != RPC_S_OK && made != RPC_S_UUID_LOCAL_ONLY) || ::UuidToStringW(&uuid, &text) != RPC_S_OK)
+  if ((made != RPC_S_OK && made != RPC_S_UUID_LOCAL_ONLY) || ::UuidToStringW(&uuid, text.Put()) != RPC_S_OK)
     return std::nullopt;
-  std::wstring result = reinterpret_cast<const wchar_t *>(text);
-  ::RpcStringFreeW(&text);
-  return result;
+  return reinterpret_cast<const wchar_t *>(text.Get());
 }
 
 /// A button's event; its name is what the user reads on it.
@@ -155,8 +161,8 @@ void UsageTracker::LoadNextTransferTime() {
   if (!OpenOrCreateRegistryPath(settingsKey32, holder, KEY_READ))
     return;
   const SYSTEMTIME read = ParseTime(ReadRegistryString(holder.key.Get(), nextTransferValue).value_or(std::wstring()));
-  // A text of numbers that are no date would fail at every look at it, and no payload would ever be due.
-  if (read.wMonth != 0 && ToFileTime(read))
+  // What is no date, the zeros of an empty text among it, would fail at every look at it.
+  if (ToFileTime(read))
     nextTransferTime = read;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 // How the dock is used: what the user did is merged by what it was, counted, written to a payload file in batches and
-// handed to the collector. Without the user's consent, which only the start of the process asks for, every operation
-// but the first returns at once. One object for the whole process; user-interface thread, COM initialised.
+// handed to the collector. Without the user's consent, which only the start of the process asks for, nothing is
+// recorded, written or handed over. One object for the whole process; user-interface thread, COM initialised.
 
 #include <cstdint>
 #include <string>

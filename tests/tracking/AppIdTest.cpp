@@ -7,6 +7,7 @@ extern "C" {
 extern decltype(&::RegCreateKeyExW) __imp_RegCreateKeyExW;
 extern decltype(&::RegSetValueExW) __imp_RegSetValueExW;
 extern decltype(&::UuidToStringW) __imp_UuidToStringW;
+extern decltype(&::RpcStringFreeW) __imp_RpcStringFreeW;
 }
 
 namespace lumenor {
@@ -108,6 +109,23 @@ TEST_F(AppId, APlatformWithoutTheirTextsIsLogged) {
   tracker.LoadAppId();
   EXPECT_THAT(log.Lines(), ElementsAre("FATAL: Failed to create AppID"));
   EXPECT_EQ(std::nullopt, user.Text(L"AppID"));
+}
+
+TEST_F(AppId, TheTextOfTheIdentifierIsGivenBackToThePlatform) {
+  static wchar_t text[] = L"an id";
+  static std::vector<void *> givenBack;
+  givenBack.clear();
+  const tests::ImportSlot making(&__imp_UuidToStringW, [](auto *, RPC_WSTR *made) RPC_ENTRY -> RPC_STATUS {
+    *made = reinterpret_cast<RPC_WSTR>(text);
+    return RPC_S_OK;
+  });
+  const tests::ImportSlot freeing(&__imp_RpcStringFreeW, [](RPC_WSTR *gone) RPC_ENTRY -> RPC_STATUS {
+    givenBack.push_back(*gone);
+    return RPC_S_OK;
+  });
+  tracker.LoadAppId();
+  EXPECT_EQ(L"an id", user.Text(L"AppID"));
+  EXPECT_THAT(givenBack, ElementsAre(text));
 }
 
 TEST_F(AppId, AnIdentifierOfThisMachineAloneDoes) {

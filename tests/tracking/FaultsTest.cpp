@@ -92,6 +92,26 @@ TEST_F(Faults, AFileThatIsLockedAltogetherIsLeftAlone) {
   ExpectAllWritten({"before 1 1", "Button 1 2", "Button 2 3"});
 }
 
+TEST_F(Faults, ADuePayloadThatIsLockedAltogetherStaysAndIsStillDue) {
+  AddButtons(1, L"before ");
+  tracker.Flush();
+  const std::string before = OpenPayload();
+  AddButtons(1);
+  MakeDue();
+  {
+    const FileHandle locked = Lock(0);
+    ASSERT_TRUE(locked);
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION), FlushFailure());
+    EXPECT_THAT(Summary(tracker.GetRecords()), ElementsAre("Button 1 2"));
+    EXPECT_TRUE(tracker.IsTransferDue());
+    EXPECT_THAT(starts.All(), IsEmpty());
+  }
+  EXPECT_EQ(before, OpenPayload());
+  EXPECT_EQ(S_OK, FlushFailure());
+  EXPECT_THAT(Elements(ClosedPayload()), ElementsAre("before 1 1", "Button 1 2"));
+  EXPECT_THAT(tracker.GetRecords(), IsEmpty());
+}
+
 TEST_F(Faults, AFileThatOthersReadCannotBeWritten) {
   AddButtons(1, L"before ");
   tracker.Flush();

@@ -3,6 +3,7 @@
 #include "tracking/Tracking.h"
 
 #include "system/Handles.h"
+#include "system/HResultError.h"
 #include "tracking/Collector.h"
 
 #include <psapi.h>
@@ -235,6 +236,12 @@ TEST_F(OptIn, WithoutTheTextNothingIsRecordedOrWritten) {
   EXPECT_EQ(std::nullopt, settings32.Text(L"NextElementSeq"));
   EXPECT_THAT(starts.All(), IsEmpty());
   EXPECT_EQ(firstId, user.Text(L"AppID"));
+}
+
+TEST_F(OptIn, WithoutConsentNoTimeIsSetAtWhichAPayloadIsDue) {
+  Start();
+  tracker.SetNextTransferTime();
+  EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_INVALID_PARAMETER), HResultOf([&] { tracker.IsTransferDue(); }));
 }
 
 TEST_F(OptIn, APayloadThatIsThereStaysWithoutConsent) {

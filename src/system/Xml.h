@@ -77,6 +77,7 @@ XmlNodePtr FirstChild(const XmlNodePtr &parent);
 /// Puts `child` ahead of `reference`, a child of `parent`; behind the last one when `reference` is null.
 void InsertBefore(const XmlNodePtr &parent, const XmlNodePtr &child, const XmlNodePtr &reference);
 
+/// Takes `child` out of `parent`; it stays whole and may be put in again elsewhere.
 void RemoveChild(const XmlNodePtr &parent, const XmlNodePtr &child);
 
 /// Puts `child` behind the last child of `parent`.

@@ -96,6 +96,16 @@ TEST_F(Drag, ShowsNoMarkerOffTheRow) {
   ExpectNoMarker();
 }
 
+TEST_F(Drag, ShowsNoMarkerOnceAButtonIsAdded) {
+  StartWith(3);
+  Over(FirstHalf(1));
+  ExpectMarker(RowLeft() + 85 - 6);
+  dock->AddButton(PictureElement(L"New"), 0);
+  dock->Invalidate();
+  desk::PumpAll();
+  ExpectNoMarker();
+}
+
 TEST_F(Drag, ShowsNoMarkerAtTheButtonsOwnPlace) {
   StartWith(4);
   draggedButton = WindowOf(1);

@@ -85,15 +85,16 @@ protected:
     tests::WritePicture(PicturePath(name), tests::SolidPicture(width, height, 0xFF203050));
   }
 
-  /// Each text is its own id.
-  void WriteTexts() const {
+  /// Each text is its own id, but for the close button's label where there is another.
+  void WriteTexts(const std::wstring &closeLabel = L"TextBlock.ButtonClose") const {
     std::wstring elements;
     for (const wchar_t *id :
          {L"TextBlock.WindowTitle", L"TextBlock.FeaturesHeading", L"TextBlock.Feature1a", L"TextBlock.Feature1b",
           L"TextBlock.Feature2a", L"TextBlock.Feature2b", L"TextBlock.Feature3a", L"TextBlock.Feature3b",
           L"TextBlock.Feature4a", L"TextBlock.Feature4b", L"TextBlock.ViewTour", L"TextBlock.OptOutPreferences",
-          L"TextBlock.AllowToUpdate", L"TextBlock.OptOutLabel", L"TextBlock.ButtonClose", L"Button.Tooltip.Close"})
+          L"TextBlock.AllowToUpdate", L"TextBlock.OptOutLabel", L"Button.Tooltip.Close"})
       elements += L"<Element ID=\"" + std::wstring(id) + L"\"><Head>" + id + L"</Head></Element>";
+    elements += L"<Element ID=\"TextBlock.ButtonClose\"><Head>" + closeLabel + L"</Head></Element>";
     tests::WriteText(folders.UserFolder() + L"\\Lumenor.MainFrame.Controls.WelcomeWindow.xml",
                      L"<UIRoot><Lumenor.MainFrame.Controls.WelcomeWindow><Elements>" + elements +
                          L"</Elements></Lumenor.MainFrame.Controls.WelcomeWindow></UIRoot>");
@@ -364,6 +365,7 @@ RECT LitBounds(const RECT &area) {
 }
 
 TEST_F(WelcomeScreen, ShowsTheLabelsOfItsButtons) {
+  WriteTexts(L"HH"); // a long one is in the middle wherever it begins
   const DialogTree tree = OpenDialog();
   desk::PumpAll();
   const RECT close = ScreenRect(tree.closeButton.handle), box = ScreenRect(tree.updateCheckBox.handle);

@@ -8,6 +8,7 @@
 #include "system/Handles.h"
 #include "system/HResultError.h"
 #include "system/ImagePath.h"
+#include "system/Instance.h"
 #include "system/Paths.h"
 
 #include <olectl.h>
@@ -29,7 +30,7 @@ IconHandle AssociatedIcon(const std::wstring &path) {
     return {};
   std::copy(path.begin(), path.end(), buffer.begin());
   WORD index = 0;
-  return IconHandle(::ExtractAssociatedIconW(::GetModuleHandleW(nullptr), buffer.data(), &index));
+  return IconHandle(::ExtractAssociatedIconW(instanceHandle, buffer.data(), &index));
 }
 
 ComPtr<IPicture> PictureOf(HICON icon) {

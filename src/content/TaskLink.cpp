@@ -6,6 +6,7 @@
 #include "content/IconCache.h"
 #include "system/Handles.h"
 #include "system/HResultError.h"
+#include "system/Instance.h"
 #include "system/Log.h"
 
 #include <propkey.h>
@@ -29,7 +30,7 @@ template <typename Buffer> int SizeOf(const Buffer &buffer) { return static_cast
 
 /// Whether the file holds an icon of its own.
 bool HoldsIcon(const std::wstring &path) {
-  const HICON icon = ::ExtractIconW(::GetModuleHandleW(nullptr), path.c_str(), 0);
+  const HICON icon = ::ExtractIconW(instanceHandle, path.c_str(), 0);
   if (reinterpret_cast<UINT_PTR>(icon) <= 1) // 1 stands for a file of a kind that holds none
     return false;
   const IconHandle owned(icon);

@@ -14,6 +14,7 @@
 #include "dock/RegistryListener.h"
 #include "resources/resource.h"
 #include "system/HResultError.h"
+#include "system/Instance.h"
 #include "system/LanguageResources.h"
 #include "system/Log.h"
 #include "toolkit/drawing/CommandNotFoundException.h"
@@ -53,7 +54,7 @@ RECT TextRect() {
 void SetControlId(Button &button, LONG id) { ::SetWindowLongW(button.GetHandle(), GWL_ID, id); }
 
 void SetWindowIcon(HWND window) {
-  const HICON icon = ::LoadIconW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(MainIconId));
+  const HICON icon = ::LoadIconW(instanceHandle, MAKEINTRESOURCEW(MainIconId));
   ::SendMessageW(window, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
 }
 

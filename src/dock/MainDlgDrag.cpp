@@ -17,6 +17,7 @@
 #include "resources/resource.h"
 #include "system/Desktop.h"
 #include "system/HResultError.h"
+#include "system/Instance.h"
 #include "system/Launch.h"
 #include "system/Log.h"
 #include "toolkit/drawing/CommandNotFoundException.h"
@@ -38,7 +39,7 @@ constexpr LONG indicatorNearSide = 3;
 constexpr LONG indicatorInset = 3; // from the bar's upper and lower edge
 
 ComPtr<CDragSource> MakeDragSource() {
-  return MakeOleObject<CDragSource>(::LoadCursorW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(DragCursorId)));
+  return MakeOleObject<CDragSource>(::LoadCursorW(instanceHandle, MAKEINTRESOURCEW(DragCursorId)));
 }
 
 /// What a dragged button carries: a list of files that isn't there. The drop target asks for the format alone.

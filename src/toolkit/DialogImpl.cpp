@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "system/Instance.h"
 #include "system/WindowException.h"
 
 namespace lumenor {
@@ -106,8 +107,8 @@ DLGPROC CDialog::GetDialogProc() { return DialogProcedure; }
 
 HWND CreateDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
   const DialogStart start(object);
-  const HWND window = ::CreateDialogParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(dialogId), parentWindow,
-                                           StartDialogProcedure, 0);
+  const HWND window =
+      ::CreateDialogParamW(instanceHandle, MAKEINTRESOURCEW(dialogId), parentWindow, StartDialogProcedure, 0);
   RethrowWindowException();
   return ::IsWindow(window) ? window : nullptr;
 }
@@ -116,7 +117,7 @@ INT_PTR RunDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
   const EnabledOwner owner(parentWindow);
   const DialogStart start(object);
   const INT_PTR answer =
-      ::DialogBoxParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(dialogId), parentWindow, StartDialogProcedure, 0);
+      ::DialogBoxParamW(instanceHandle, MAKEINTRESOURCEW(dialogId), parentWindow, StartDialogProcedure, 0);
   RethrowWindowException();
   return answer;
 }

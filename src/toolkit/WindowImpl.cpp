@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "system/HResultError.h"
+#include "system/Instance.h"
 #include "system/WindowException.h"
 
 namespace lumenor {
@@ -89,7 +90,7 @@ WindowClass RegisterWindowClass(const std::wstring &superClassName) {
   const std::wstring name = L"Lumenor" + (superClassName.empty() ? L"Panel" : superClassName);
   description.lpfnWndProc = StartWindowProcedure;
   description.lpszClassName = name.c_str();
-  description.hInstance = ::GetModuleHandleW(nullptr);
+  description.hInstance = instanceHandle;
   const ATOM atom = ::RegisterClassExW(&description);
   ThrowIfFalse(atom);
   return {superClassName, atom, defaultProcedure};
@@ -162,9 +163,9 @@ HWND CreateObjectWindow(CWindow *object, const wchar_t *superClassName, DWORD st
                         const RECT *rectangle, const wchar_t *title, UINT_PTR controlId) {
   const ATOM atom = ClassAtom(superClassName == nullptr ? L"" : superClassName);
   const RECT area = rectangle == nullptr ? RECT{} : *rectangle;
-  const HWND window = ::CreateWindowExW(exStyle, MAKEINTATOM(atom), title, style, area.left, area.top,
-                                        area.right - area.left, area.bottom - area.top, parent,
-                                        reinterpret_cast<HMENU>(controlId), ::GetModuleHandleW(nullptr), object);
+  const HWND window =
+      ::CreateWindowExW(exStyle, MAKEINTATOM(atom), title, style, area.left, area.top, area.right - area.left,
+                        area.bottom - area.top, parent, reinterpret_cast<HMENU>(controlId), instanceHandle, object);
   RethrowWindowException();
   return window;
 }

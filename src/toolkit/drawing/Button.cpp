@@ -4,6 +4,7 @@
 
 #include <commctrl.h>
 
+#include "system/Instance.h"
 #include "toolkit/drawing/IButtonPainter.h"
 
 namespace lumenor {
@@ -218,9 +219,9 @@ void Button::BuildToolTip() {
   if (!::IsWindow(handle))
     return;
   const HWND root = GetRootHandle();
-  toolTipWindow.Reset(::CreateWindowExW(
-      WS_EX_TOPMOST | WS_EX_TRANSPARENT, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
-      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, root, nullptr, ::GetModuleHandleW(nullptr), nullptr));
+  toolTipWindow.Reset(::CreateWindowExW(WS_EX_TOPMOST | WS_EX_TRANSPARENT, TOOLTIPS_CLASSW, nullptr,
+                                        WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
+                                        CW_USEDEFAULT, CW_USEDEFAULT, root, nullptr, instanceHandle, nullptr));
   if (!toolTipWindow)
     return;
   ::SetWindowPos(toolTipWindow.Get(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
@@ -235,7 +236,7 @@ void Button::AddToToolTip(HWND root) {
   info.hwnd = root;
   info.uId = reinterpret_cast<UINT_PTR>(handle);
   info.rect = GetBounds();
-  info.hinst = ::GetModuleHandleW(nullptr);
+  info.hinst = instanceHandle;
   info.lpszText = text.data();
   ::SendMessageW(toolTipWindow.Get(), TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&info));
 }

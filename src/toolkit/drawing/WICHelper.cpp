@@ -2,6 +2,7 @@
 
 #include "system/HResultError.h"
 #include "system/ImagePath.h"
+#include "system/Instance.h"
 #include "system/Log.h"
 #include "system/Paths.h"
 
@@ -107,11 +108,10 @@ struct ResourceBytes {
 };
 
 ResourceBytes LockImageResource(const std::wstring &name, const std::wstring &type) {
-  const HMODULE program = ::GetModuleHandleW(nullptr);
-  const HRSRC resource = ::FindResourceW(program, name.c_str(), type.c_str());
-  const HGLOBAL loaded = resource != nullptr ? ::LoadResource(program, resource) : nullptr;
+  const HRSRC resource = ::FindResourceW(instanceHandle, name.c_str(), type.c_str());
+  const HGLOBAL loaded = resource != nullptr ? ::LoadResource(instanceHandle, resource) : nullptr;
   void *const data = loaded != nullptr ? ::LockResource(loaded) : nullptr;
-  const DWORD size = data != nullptr ? ::SizeofResource(program, resource) : 0;
+  const DWORD size = data != nullptr ? ::SizeofResource(instanceHandle, resource) : 0;
   if (size == 0)
     throw HResultError(E_FAIL);
   return {static_cast<BYTE *>(data), size};

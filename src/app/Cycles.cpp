@@ -18,6 +18,7 @@ constexpr DWORD failedCyclePauseMs = 1000;
 
 /// Runs until WM_QUIT. A window handler keeps its failures to itself; what comes out here ends the cycle.
 void RunMessageLoop(CMainDlg &dock, MSG &message) {
+  messageLoopRunning = 1;
   while (::GetMessageW(&message, nullptr, 0, 0) != 0) {
     if (!::IsDialogMessageW(dock.GetHandle(), &message)) {
       ::TranslateMessage(&message);

@@ -4,6 +4,10 @@
 
 namespace lumenor {
 
+/// 1 from the first message loop of the process on. Nothing in the program reads it: it tells who looks at a dump how
+/// far the start had come.
+inline int messageLoopRunning = 0;
+
 /// Runs cycles and returns the exit code: that of the last WM_QUIT, or, where a cycle failed, the wParam of the last
 /// message that was fetched, 0 when there was none. Raises nothing.
 int RunCycles();

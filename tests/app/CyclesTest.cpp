@@ -6,6 +6,8 @@
 #include <optional>
 #include <stdexcept>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -124,6 +126,21 @@ TEST_F(CyclesTest, AClosedDockEndsWithZero) {
   EXPECT_EQ(0, RunCycles());
   EXPECT_EQ(CycleThatComesUp(), CycleLines());
   EXPECT_EQ(Texts{}, eventLog.Reports());
+}
+
+TEST_F(CyclesTest, TheLoopIsNotedInEveryCycle) {
+  std::vector<int> running;
+  HWND last = nullptr;
+  onBar = [&](HWND bar) {
+    if (bar == last)
+      return;
+    last = bar;
+    running.push_back(std::exchange(messageLoopRunning, 0));
+    const UINT next = running.size() == 1 ? UINT{ResetDockMessage} : UINT{WM_CLOSE};
+    ::PostMessageW(bar, next, 0, 0);
+  };
+  EXPECT_EQ(0, RunCycles());
+  EXPECT_EQ((std::vector<int>{1, 1}), running);
 }
 
 TEST_F(CyclesTest, AResetBuildsANewBarInTheSameProcess) {

@@ -60,8 +60,9 @@ StartFigures MeasureStart(const std::wstring &commandLine, POINT spot, const REC
   StartFigures figures = {};
   const auto begin = Clock::now();
   const Started program(commandLine);
-  while (PixelAt(spot) == before && Clock::now() - begin < std::chrono::seconds(30)) {
-  }
+  // Looked at once a millisecond: a look without a pause is work for the display, and the program would wait for that.
+  while (PixelAt(spot) == before && Clock::now() - begin < std::chrono::seconds(30))
+    ::Sleep(1);
   figures.microseconds = std::chrono::duration<double, std::micro>(Clock::now() - begin).count();
   e2e::CaptureSettled(area);
   figures.peakMegabytes = program.PeakPrivateMegabytes();

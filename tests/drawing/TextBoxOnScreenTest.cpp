@@ -52,10 +52,12 @@ protected:
     PumpDialogUntil([this] {
       ::SetForegroundWindow(window.handle);
       ::SetFocus(box->GetHandle());
-      return ::GetForegroundWindow() == window.handle && ::GetFocus() == box->GetHandle();
+      return HasTheFocus();
     });
     PumpDialog();
   }
+
+  bool HasTheFocus() const { return ::GetForegroundWindow() == window.handle && ::GetFocus() == box->GetHandle(); }
 
   void Compose() {
     box = std::make_unique<TextBox>(window.Target(), 111);
@@ -96,10 +98,24 @@ protected:
     PumpDialogUntil([this] { return !::GetUpdateRect(box->GetHandle(), nullptr, FALSE); });
   }
 
+  /// Presses a key until the field has seen it: one that comes while the display has the focus elsewhere is lost.
+  bool Press(WORD key) {
+    for (int tries = 0; tries < 5; ++tries) {
+      paintsBeforePress = window.paints;
+      desk::PressKey(key);
+      if (PumpDialogUntil([&] { return ::GetKeyState(key) < 0; }, 2000))
+        return true;
+      if (HasTheFocus())
+        return false;
+      desk::ReleaseKey(key);
+      TakeTheFocus();
+    }
+    return false;
+  }
+
   /// Presses and releases a key, and pumps until the field has seen both.
   void Type(WORD key) {
-    desk::PressKey(key);
-    ASSERT_TRUE(PumpDialogUntil([&] { return ::GetKeyState(key) < 0; }));
+    ASSERT_TRUE(Press(key));
     PumpDialog();
     desk::ReleaseKey(key);
     ASSERT_TRUE(PumpDialogUntil([&] { return ::GetKeyState(key) >= 0; }));
@@ -128,6 +144,7 @@ protected:
 
   tests::ImportSlot<decltype(&::GetCaretBlinkTime)> blinkTime{&__imp_GetCaretBlinkTime, &BlinkOnceAMinute};
   std::unique_ptr<TextBox> box;
+  int paintsBeforePress = 0;
   std::vector<TextBox *> senders;
   std::function<void()> onAccept;
   std::shared_ptr<TypedEventListener<TextBoxOnScreen, TextBoxEventArgs>> acceptListener =
@@ -145,15 +162,14 @@ TEST_F(TextBoxOnScreen, TakesTypedText) {
 
 TEST_F(TextBoxOnScreen, KeyPressCostsAtMostTwoRepaints) {
   for (const WORD key : std::initializer_list<WORD>{'A', 'B', VK_BACK, VK_HOME, VK_DELETE}) {
-    const int before = window.paints;
     Type(key);
-    EXPECT_THAT(window.paints - before, AllOf(Ge(1), Le(2))) << key;
+    EXPECT_THAT(window.paints - paintsBeforePress, AllOf(Ge(1), Le(2))) << key;
   }
   EXPECT_EQ(Text(), L"");
 }
 
 TEST_F(TextBoxOnScreen, TypedTextIsSeenBeforeTheKeyIsReleased) {
-  desk::PressKey('A');
+  ASSERT_TRUE(Press('A'));
   ASSERT_TRUE(PumpDialogUntil([&] { return Text() == L"a"; }));
   const std::optional<RECT> caret = ReadEditCaret(box->GetHandle());
   ASSERT_TRUE(caret.has_value());

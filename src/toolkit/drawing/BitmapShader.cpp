@@ -68,13 +68,8 @@ private:
   static Strengths StrengthsOf(float fraction) {
     Strengths strengths;
     for (std::size_t alpha = 0; alpha < strengths.size(); ++alpha)
-      strengths[alpha] = Rounded(static_cast<float>(alpha) * fraction);
+      strengths[alpha] = static_cast<unsigned char>(std::lround(static_cast<float>(alpha) * fraction));
     return strengths;
-  }
-
-  // A strength is never below 0, where cutting the fraction off is the floor.
-  static unsigned char Rounded(float strength) {
-    return static_cast<unsigned char>(static_cast<int>(static_cast<double>(strength) + 0.5));
   }
 
   std::vector<Spot> spots;

@@ -7,6 +7,7 @@
 #include "dock/DragState.h"
 #include "dock/DropTarget.h"
 #include "dock/Placement.h"
+#include "dock/RegistryListener.h"
 #include "resources/resource.h"
 #include "system/Desktop.h"
 #include "system/LanguageResources.h"
@@ -102,11 +103,10 @@ CMainDlg::~CMainDlg() {
 }
 
 /// The thread sleeps in a wait that nothing else ends: its event belongs to the registry's notification and has a name
-/// that the next cycle's thread shares, so signalling it can't mean an end. It holds no lock there and shares nothing
-/// with this one, so killing it in its wait is safe; its key, its event and its context stay as they are.
+/// that the next cycle's thread shares, so signalling it can't mean an end.
 void CMainDlg::StopRegistryThread() {
   if (registryThread)
-    ::TerminateThread(registryThread.Get(), 0);
+    EndRegistryListener(registryThread.Get(), registryThreadSleeping.Get());
 }
 
 // The message map: what a row doesn't handle goes on to the root window.

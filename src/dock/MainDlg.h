@@ -188,6 +188,7 @@ private:
   SearchProvider searchProvider;
   SearchProviderFlyout searchProviderFlyout;
   Element selectedProvider;
+  KernelHandle registryThreadSleeping;
   KernelHandle registryThread;
   std::shared_ptr<TypedEventListener<CMainDlg, ButtonEventArgs>> clickListener;
   std::shared_ptr<TypedEventListener<CMainDlg, ButtonEventArgs>> dragBeginListener;

@@ -256,7 +256,8 @@ void CMainDlg::AcceptDrops() {
 
 void CMainDlg::StartRegistryThread() {
   KernelHandle registryEvent(::CreateEventW(nullptr, FALSE, FALSE, registryListenerEventName));
-  registryThread = StartRegistryListener(std::move(registryEvent), handle);
+  registryThreadSleeping.Reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  registryThread = StartRegistryListener(std::move(registryEvent), handle, registryThreadSleeping.Get());
 }
 
 /// The bar comes up at the top; a user who wants it at the bottom gets it moved there before it shows.

@@ -1,6 +1,6 @@
 #pragma once
 // The thread that watches the registry value of the dock's edge and tells the dock's window by a posted message. One
-// runs per life of the main window, which ends it with TerminateThread while it sleeps.
+// runs per life of the main window, which kills it in its sleep.
 
 #include "system/Handles.h"
 #include "system/Windows.h"
@@ -16,7 +16,7 @@ struct RegistryListenerContext {
   HWND window;
   UINT topMessage;
   UINT bottomMessage;
-  HANDLE watching; // borrowed from the starter, who waits for it; null when nobody does
+  HANDLE sleeping; // borrowed from the starter, until the thread has ended
 };
 
 /// The thread's entry: `context` is a RegistryListenerContext on the heap. Returns E_FAIL when the key can't be opened,
@@ -24,8 +24,12 @@ struct RegistryListenerContext {
 DWORD WINAPI RegistryListenerThread(void *context);
 
 /// Starts the thread on `event` for the dock's `window` and returns the thread's handle, empty when there is none to be
-/// had. Comes back when the thread has read the present value and its watch stands, or when it has ended: from then on
-/// no change is missed, and the thread is safe to terminate.
-KernelHandle StartRegistryListener(KernelHandle event, HWND window);
+/// had. `sleeping` is a manual-reset event that is set while the thread sleeps; it outlives the thread. Comes back when
+/// the thread has read the present value and its watch stands, or when it has ended: from then on no change is missed.
+KernelHandle StartRegistryListener(KernelHandle event, HWND window, HANDLE sleeping);
+
+/// Kills the thread with TerminateThread, in its sleep, where it holds no lock; one that doesn't come back to its sleep
+/// within a second, anywhere. Its key, its event and its context stay as they are.
+void EndRegistryListener(HANDLE thread, HANDLE sleeping);
 
 } // namespace lumenor

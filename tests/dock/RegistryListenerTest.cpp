@@ -1,16 +1,21 @@
 #include "dock/RegistryListener.h"
 
+#include <atomic>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "dock/DockMessages.h"
+#include "support/ImportSlot.h"
 #include "support/KeptRegistryKey.h"
 #include "system/WindowException.h"
+
+extern "C" decltype(&::TerminateThread) __imp_TerminateThread;
 
 namespace lumenor {
 
@@ -18,6 +23,16 @@ namespace {
 
 constexpr DWORD deadlineMs = 10'000;
 constexpr wchar_t positionValue[] = L"DockPosition";
+
+decltype(&::TerminateThread) platformTerminateThread = nullptr;
+HANDLE toBeAsleep = nullptr;
+std::vector<bool> wasAsleep;
+
+/// Notes whether the thread sleeps, and spares one that doesn't, since the test has to go on.
+BOOL WINAPI KillIfAsleep(HANDLE thread, DWORD exitCode) {
+  wasAsleep.push_back(::WaitForSingleObject(toBeAsleep, 0) == WAIT_OBJECT_0);
+  return wasAsleep.back() ? platformTerminateThread(thread, exitCode) : FALSE;
+}
 
 /// A thread that watches a registry of the test's own and posts to a window of the test.
 class RegistryListener : public ::testing::Test {
@@ -31,16 +46,17 @@ protected:
   void Start(const wchar_t *eventName = registryListenerEventName) {
     StopThread();
     KernelHandle event(::CreateEventW(nullptr, FALSE, FALSE, eventName));
-    thread = StartRegistryListener(std::move(event), window);
+    thread = StartRegistryListener(std::move(event), window, sleeping.Get());
     ASSERT_TRUE(thread);
   }
 
   void StopThread() {
     if (!thread)
       return;
-    ::TerminateThread(thread.Get(), 0);
+    EndRegistryListener(thread.Get(), sleeping.Get());
     ::WaitForSingleObject(thread.Get(), deadlineMs);
     thread.Reset();
+    ::ResetEvent(sleeping.Get());
   }
 
   /// The messages of the thread up to and including `last`.
@@ -73,6 +89,7 @@ protected:
 
   const tests::KeptRegistryKey registry{HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick\\Lumenor"};
   HWND window = ::CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+  const KernelHandle sleeping{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   KernelHandle thread;
 };
 
@@ -179,7 +196,7 @@ TEST_F(RegistryListener, LeavesAFailureOfTheWindowsAlone) {
 }
 
 TEST_F(RegistryListener, EndsWhenItsWaitFails) {
-  thread = StartRegistryListener(KernelHandle(), window);
+  thread = StartRegistryListener(KernelHandle(), window, sleeping.Get());
   EXPECT_EQ(0u, ExitCode());
 }
 
@@ -206,6 +223,35 @@ TEST_F(RegistryListener, StartsAgainOnTheEventOfTheKilledOne) {
   Start();
   registry.SetText(positionValue, L"Bottom");
   EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
+}
+
+// A thread that is killed at work may hold the heap's lock, and then nothing in the process goes on.
+TEST_F(RegistryListener, IsKilledInItsSleepWhileChangesPourIn) {
+  std::atomic<bool> ended = false;
+  std::thread writer([&] {
+    for (int round = 0; !ended; ++round)
+      registry.SetText(positionValue, round % 2 == 0 ? L"Top" : L"Bottom");
+  });
+  {
+    const tests::ImportSlot slot(&__imp_TerminateThread, &KillIfAsleep);
+    platformTerminateThread = slot.Former();
+    wasAsleep.clear();
+    toBeAsleep = sleeping.Get();
+    for (int round = 0; round < 100; ++round)
+      Start();
+    StopThread();
+  }
+  ended = true;
+  writer.join();
+  EXPECT_EQ(std::vector<bool>(100, true), wasAsleep);
+}
+
+TEST_F(RegistryListener, IsKilledAllTheSameWhenItDoesNotComeBackToItsSleep) {
+  Start();
+  ::ResetEvent(sleeping.Get());
+  const KernelHandle killed = KernelHandle(std::exchange(thread, KernelHandle()));
+  EndRegistryListener(killed.Get(), sleeping.Get());
+  EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(killed.Get(), deadlineMs));
 }
 
 TEST_F(RegistryListener, CanBeKilledAsSoonAsItsStartComesBack) {

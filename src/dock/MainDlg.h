@@ -188,7 +188,7 @@ private:
   SearchProvider searchProvider;
   SearchProviderFlyout searchProviderFlyout;
   Element selectedProvider;
-  KernelHandle registryThreadSleeping;
+  KernelHandle registryThreadSleeping; // an event, set while the thread sleeps
   KernelHandle registryThread;
   std::shared_ptr<TypedEventListener<CMainDlg, ButtonEventArgs>> clickListener;
   std::shared_ptr<TypedEventListener<CMainDlg, ButtonEventArgs>> dragBeginListener;

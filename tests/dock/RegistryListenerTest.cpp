@@ -249,7 +249,7 @@ TEST_F(RegistryListener, IsKilledInItsSleepWhileChangesPourIn) {
 TEST_F(RegistryListener, IsKilledAllTheSameWhenItDoesNotComeBackToItsSleep) {
   Start();
   ::ResetEvent(sleeping.Get());
-  const KernelHandle killed = KernelHandle(std::exchange(thread, KernelHandle()));
+  const KernelHandle killed = std::exchange(thread, KernelHandle());
   EndRegistryListener(killed.Get(), sleeping.Get());
   EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(killed.Get(), deadlineMs));
 }

@@ -222,7 +222,7 @@ protected:
   std::uint32_t PixelAt(int x, int y) { return desk::PixelAt({root.Left.Get() + x, root.Top.Get() + y}); }
 
   bool Shows(int x, int y, std::uint32_t color) {
-    return desk::PumpUntil([=, this] { return PixelAt(x, y) == color; }, std::chrono::seconds(3));
+    return desk::PumpUntil([=, this] { return PixelAt(x, y) == color; });
   }
 
   tests::TestFolders folders;

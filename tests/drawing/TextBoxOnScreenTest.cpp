@@ -81,7 +81,7 @@ protected:
     return true;
   }
 
-  template <typename Condition> bool PumpDialogUntil(Condition condition, ULONGLONG limitMs = 8000) {
+  template <typename Condition> bool PumpDialogUntil(Condition condition, ULONGLONG limitMs = 60000) {
     const ULONGLONG deadline = ::GetTickCount64() + limitMs;
     while (::GetTickCount64() < deadline) {
       if (DispatchOne())
@@ -98,15 +98,16 @@ protected:
     PumpDialogUntil([this] { return !::GetUpdateRect(box->GetHandle(), nullptr, FALSE); });
   }
 
-  /// Presses a key until the field has seen it: one that comes while the display has the focus elsewhere is lost.
+  /// Presses a key until the field has seen it: one that comes while the display has the focus elsewhere is lost. A key
+  /// that is only late is waited for, since a second press would be a second letter.
   bool Press(WORD key) {
+    const auto isSeen = [key] { return ::GetKeyState(key) < 0; };
     for (int tries = 0; tries < 5; ++tries) {
       paintsBeforePress = window.paints;
       desk::PressKey(key);
-      if (PumpDialogUntil([&] { return ::GetKeyState(key) < 0; }, 2000))
+      PumpDialogUntil([&] { return isSeen() || !HasTheFocus(); });
+      if (isSeen())
         return true;
-      if (HasTheFocus())
-        return false;
       desk::ReleaseKey(key);
       TakeTheFocus();
     }

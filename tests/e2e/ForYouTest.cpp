@@ -94,7 +94,7 @@ TEST_F(ForYou, TheListShowsWithinTwoSecondsWhatAnotherProgramWrote) {
 
   ASSERT_TRUE(OtherProgramCopies(aside, Path()));
 
-  EXPECT_TRUE(WaitFor([&] { return ListHeight(dock) == 40 + 3 * 40; }, seconds(2)));
+  EXPECT_TRUE(WaitFor([&] { return ListHeight(dock) == 40 + 3 * 40; }));
   const RECT flyout = RectOf(popup);
   EXPECT_EQ(1090 - 62, flyout.left);
   EXPECT_EQ(80, flyout.top);
@@ -124,7 +124,7 @@ TEST_F(ForYou, ANewerListMarksTheButtonUntilItIsClickedAndThenOnlyANewerOneAgain
   const Picture idle = ButtonPicture(dock);
 
   ASSERT_TRUE(OtherProgramCopies(ListAside(2, L"second"), Path()));
-  EXPECT_TRUE(WaitFor([&] { return Capture(dock.ForYouRect()).Differences(idle) > 20; }, seconds(2)));
+  EXPECT_TRUE(WaitFor([&] { return Capture(dock.ForYouRect()).Differences(idle) > 20; }));
   const Picture marked = CaptureSettled(dock.ForYouRect());
   SaveShot("foryou-mark");
 
@@ -141,7 +141,7 @@ TEST_F(ForYou, ANewerListMarksTheButtonUntilItIsClickedAndThenOnlyANewerOneAgain
   EXPECT_EQ(idle, ButtonPicture(dock));
 
   ASSERT_TRUE(OtherProgramCopies(ListAside(1, L"third"), Path()));
-  EXPECT_TRUE(WaitFor([&] { return Capture(dock.ForYouRect()) == marked; }, seconds(2)));
+  EXPECT_TRUE(WaitFor([&] { return Capture(dock.ForYouRect()) == marked; }));
 }
 
 TEST_F(ForYou, AnOlderListIsShownWithoutAMark) {
@@ -186,7 +186,7 @@ TEST_F(ForYou, WithoutAListTheFlyoutHasItsTitleOnlyUntilOneIsWritten) {
   ASSERT_NE(nullptr, dock.WaitForPopup());
   EXPECT_EQ(40, ListHeight(dock));
   ASSERT_TRUE(OtherProgramCopies(ListAside(2, L"first"), Path()));
-  EXPECT_TRUE(WaitFor([&] { return ListHeight(dock) == 40 + 2 * 40; }, seconds(2)));
+  EXPECT_TRUE(WaitFor([&] { return ListHeight(dock) == 40 + 2 * 40; }));
 }
 
 } // namespace

@@ -44,7 +44,7 @@ void SaveShot(const std::string &name);
 
 /// Asks `condition` again and again until it holds or `limit` has passed; returns whether it held.
 template <typename Condition>
-bool WaitFor(Condition &&condition, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
+bool WaitFor(Condition &&condition, std::chrono::milliseconds limit = std::chrono::seconds(60)) {
   const auto end = std::chrono::steady_clock::now() + limit;
   while (!condition()) {
     if (std::chrono::steady_clock::now() > end)

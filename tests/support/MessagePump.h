@@ -10,6 +10,6 @@ namespace lumenor::tests {
 void PumpMessages();
 
 /// Pumps until `condition` holds, at most for `limit`; returns whether it held.
-bool PumpUntil(const std::function<bool()> &condition, std::chrono::milliseconds limit = std::chrono::seconds(8));
+bool PumpUntil(const std::function<bool()> &condition, std::chrono::milliseconds limit = std::chrono::seconds(60));
 
 } // namespace lumenor::tests

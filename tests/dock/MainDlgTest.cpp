@@ -178,7 +178,7 @@ TEST_F(MainDlg, EndsItsRegistryThread) {
   EXPECT_EQ(0U, endedThreads.size());
   dock.reset();
   ASSERT_EQ(1U, endedThreads.size());
-  EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(endedThreads[0].Get(), 10'000));
+  EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(endedThreads[0].Get(), 60'000));
   endedThreads.clear();
 }
 

@@ -322,7 +322,7 @@ TEST(ScreenPlacement, FailsWithoutATaskBar) {
   const tests::TestFolders folders;
   const tests::LogCapture log(folders);
   const KernelHandle thread(::CreateThread(nullptr, 0, PlaceWithoutTaskBar, nullptr, 0, nullptr));
-  ASSERT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(thread.Get(), 20'000));
+  ASSERT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(thread.Get(), 60'000));
   DWORD result = S_OK;
   ::GetExitCodeThread(thread.Get(), &result);
   // Not to find a window is no error to the test platform, and no error is raised as the one that says nothing.

@@ -1,7 +1,5 @@
 #include "e2e/DockProcess.h"
 
-#include <chrono>
-
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
 
@@ -9,6 +7,7 @@ namespace lumenor::e2e {
 namespace {
 
 constexpr wchar_t barTitle[] = L"Lumenor Dock";
+constexpr DWORD exitLimitMs = 60'000;
 
 std::wstring ClassOf(HWND window) {
   wchar_t name[64] = {};
@@ -66,7 +65,7 @@ DockProcess::~DockProcess() {
   if (bar != nullptr)
     ::PostMessageW(bar, WM_CLOSE, 0, 0);
   // Without its bar it is on its way out already, or will never go.
-  if (::WaitForSingleObject(process.Get(), bar != nullptr ? 5000 : 1000) != WAIT_OBJECT_0) {
+  if (::WaitForSingleObject(process.Get(), bar != nullptr ? exitLimitMs : 1000) != WAIT_OBJECT_0) {
     ::TerminateProcess(process.Get(), 99);
     ::WaitForSingleObject(process.Get(), 5000);
   }
@@ -76,14 +75,14 @@ bool DockProcess::IsRunning() const { return process && ::WaitForSingleObject(pr
 
 std::optional<DWORD> DockProcess::WaitForExit() const {
   DWORD code = 0;
-  if (!process || ::WaitForSingleObject(process.Get(), 10000) != WAIT_OBJECT_0 ||
+  if (!process || ::WaitForSingleObject(process.Get(), exitLimitMs) != WAIT_OBJECT_0 ||
       !::GetExitCodeProcess(process.Get(), &code))
     return std::nullopt;
   return code;
 }
 
 HWND DockProcess::WaitForBar() {
-  if (!WaitFor([&] { return Bar() != nullptr || !IsRunning(); }, std::chrono::seconds(30)) || Bar() == nullptr)
+  if (!WaitFor([&] { return Bar() != nullptr || !IsRunning(); }) || Bar() == nullptr)
     return nullptr;
   if (!WaitForPaint(BarRect()))
     return nullptr;

@@ -14,7 +14,7 @@ bool Runs(std::wstring commandLine) {
     return false;
   const KernelHandle process(started.hProcess), thread(started.hThread);
   DWORD code = 1;
-  return ::WaitForSingleObject(process.Get(), 10000) == WAIT_OBJECT_0 && ::GetExitCodeProcess(process.Get(), &code) &&
+  return ::WaitForSingleObject(process.Get(), 60000) == WAIT_OBJECT_0 && ::GetExitCodeProcess(process.Get(), &code) &&
          code == 0;
 }
 

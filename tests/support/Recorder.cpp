@@ -6,7 +6,7 @@ namespace lumenor::tests {
 
 namespace {
 
-constexpr DWORD waitMs = 10000;
+constexpr DWORD waitMs = 60000;
 constexpr DWORD stepMs = 10;
 
 /// The recorder is built beside the test programs.

@@ -50,8 +50,9 @@ struct Range {
 Range VisibleRange(HWND window, const RECT &client, std::size_t length) {
   if (length <= unseenCharacters)
     return {0, length};
+  // The list makes it a pair of values: of two arguments it would be one of references, to what is gone by then.
   const auto [first, last] =
-      std::minmax(CharacterAt(window, client.left), CharacterAt(window, std::max(client.right - 1, 0L)));
+      std::minmax({CharacterAt(window, client.left), CharacterAt(window, std::max(client.right - 1, 0L))});
   return {std::min(first - std::min(first, unseenCharacters), length),
           std::min(last + std::min(length, unseenCharacters), length)};
 }

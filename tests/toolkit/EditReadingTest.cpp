@@ -1,0 +1,56 @@
+#include "toolkit/EditReading.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "toolkit/TextBoxScene.h"
+
+namespace lumenor {
+
+namespace {
+
+class LongEditReading : public tests::TextBoxScene {
+protected:
+  /// A text whose every character tells its index.
+  LongEditReading() {
+    Open();
+    ::SendMessageW(box.handle, EM_SETLIMITTEXT, length, 0);
+    std::wstring text;
+    for (std::size_t i = 0; i < length; ++i)
+      text += static_cast<wchar_t>(firstCharacter + i);
+    SetText(text);
+  }
+
+  static std::size_t IndexOf(wchar_t character) { return static_cast<std::size_t>(character - firstCharacter); }
+
+  /// The index of the character at `x` in the field.
+  std::size_t IndexAt(int x) const { return LOWORD(::SendMessageW(box.handle, EM_CHARFROMPOS, 0, MAKELPARAM(x, 1))); }
+
+  static constexpr std::size_t length = 3000;
+  static constexpr std::size_t unseen = 256; // on each side
+  static constexpr wchar_t firstCharacter = 0x4E00;
+};
+
+TEST_F(LongEditReading, HoldsWhatIsInSightAndSomeOnBothSides) {
+  Select(1500, 1500);
+  const std::size_t first = IndexAt(0), last = IndexAt(FieldWidth() - 1);
+  ASSERT_GT(last, first);
+  ASSERT_GT(first, unseen);
+  const EditReading reading = ReadEdit(box.handle);
+  EXPECT_EQ(first - unseen, IndexOf(reading.text.front()));
+  EXPECT_EQ(last + unseen - 1, IndexOf(reading.text.back()));
+  EXPECT_EQ(last - first + 2 * unseen, reading.text.size());
+}
+
+TEST_F(LongEditReading, BeginsWithTheTextWhereThatIsInSight) {
+  Select(0, 0);
+  const std::size_t last = IndexAt(FieldWidth() - 1);
+  const EditReading reading = ReadEdit(box.handle);
+  EXPECT_EQ(0u, IndexOf(reading.text.front()));
+  EXPECT_EQ(last + unseen, reading.text.size());
+}
+
+} // namespace
+
+} // namespace lumenor

@@ -44,32 +44,43 @@ EditTextElement::EditTextElement(RenderTargetPtr renderTarget, BrushPtr highligh
     : TextElement(std::move(renderTarget)), highlightBrush(std::move(highlightBrush)),
       highlightTextBrush(std::move(highlightTextBrush)) {}
 
+// Whatever may fail comes before the first change: a reading is never kept beside the glyphs of another text.
 void EditTextElement::Show(EditReading newReading) {
   const bool shaped = newReading.text == reading.text;
+  std::vector<GlyphRun> newRuns = shaped ? std::vector<GlyphRun>() : Shape(newReading.text);
+  std::vector<Cell> newCells = PlaceCells(newReading, shaped ? runs : newRuns);
+  Text.Set(newReading.text);
   reading = std::move(newReading);
-  if (!shaped) {
-    Text.Set(reading.text);
-    runs = ShapeText(Drawable(reading.text), textFormat.Get());
-  }
-  PlaceCells();
+  cells = std::move(newCells);
+  if (!shaped)
+    runs = std::move(newRuns);
 }
 
 void EditTextElement::Update() {
   TextElement::Update();
-  if (!IsUpdating())
-    runs = ShapeText(Drawable(reading.text), textFormat.Get());
+  if (IsUpdating())
+    return;
+  std::vector<GlyphRun> newRuns = Shape(reading.text);
+  cells = PlaceCells(reading, newRuns);
+  runs = std::move(newRuns);
 }
 
-void EditTextElement::PlaceCells() {
-  cells.assign(reading.text.size(), {});
+std::vector<GlyphRun> EditTextElement::Shape(const std::wstring &text) const {
+  return ShapeText(Drawable(text), textFormat.Get());
+}
+
+std::vector<EditTextElement::Cell> EditTextElement::PlaceCells(const EditReading &reading,
+                                                               const std::vector<GlyphRun> &runs) {
+  std::vector<Cell> cells(reading.text.size());
   for (const GlyphRun &run : runs)
     for (std::size_t i = 0; i < run.length; ++i)
-      cells[run.start + i] = CellInRun(run, run.start + i);
+      cells[run.start + i] = CellInRun(reading, run, run.start + i);
+  return cells;
 }
 
 // A character reaches to the next one of its run. The one at the run's end has its own width: what follows may stand
 // anywhere.
-EditTextElement::Cell EditTextElement::CellInRun(const GlyphRun &run, std::size_t index) const {
+EditTextElement::Cell EditTextElement::CellInRun(const EditReading &reading, const GlyphRun &run, std::size_t index) {
   const long edge = reading.positions[index];
   const long width = reading.widths[index];
   const bool last = index + 1 == run.start + run.length;

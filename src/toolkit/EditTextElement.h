@@ -19,7 +19,7 @@ public:
   /// The brushes are those of the selection and of the text on it. Raises HResultError.
   EditTextElement(RenderTargetPtr renderTarget, BrushPtr highlightBrush, BrushPtr highlightTextBrush);
 
-  /// What the next Paint shows; Text follows. Raises HResultError.
+  /// What the next Paint shows; Text follows. Raises HResultError, and then the former reading stays.
   void Show(EditReading newReading);
 
   void Update() override;
@@ -34,8 +34,9 @@ private:
     long left = 0, right = 0;
   };
 
-  void PlaceCells();
-  Cell CellInRun(const GlyphRun &run, std::size_t index) const;
+  static std::vector<Cell> PlaceCells(const EditReading &reading, const std::vector<GlyphRun> &runs);
+  static Cell CellInRun(const EditReading &reading, const GlyphRun &run, std::size_t index);
+  std::vector<GlyphRun> Shape(const std::wstring &text) const;
   std::vector<Cell> SelectedCells() const;
   void DrawGlyphs(D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) const;
   void DrawRun(const GlyphRun &run, D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) const;

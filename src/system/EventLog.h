@@ -6,10 +6,11 @@
 
 namespace lumenor {
 
-/// Opens the event log of the source "LumenorPanel". When that fails, reports are dropped silently.
+/// Opens the event log of the source "LumenorPanel". When that fails, reports go to the rolling log only.
 void OpenDockEventLog();
 
-/// Reports `text` as an error with event id 100; does nothing while the event log isn't open.
+/// Reports `text` as an error with event id 100. What can't be reported, as while the event log isn't open, gets a line
+/// in the rolling log.
 void ReportEventLogError(const std::wstring &text);
 
 } // namespace lumenor

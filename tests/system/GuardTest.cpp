@@ -1,5 +1,6 @@
 #include "system/Guard.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -8,10 +9,13 @@
 
 #include "ChildRun.h"
 #include "support/ImportSlot.h"
+#include "support/LogCapture.h"
 #include "system/EventLog.h"
 #include "system/HResultError.h"
 
+extern "C" decltype(&::DeregisterEventSource) __imp_DeregisterEventSource;
 extern "C" decltype(&::OpenEventLogW) __imp_OpenEventLogW;
+extern "C" decltype(&::RegisterEventSourceW) __imp_RegisterEventSourceW;
 extern "C" decltype(&::ReportEventW) __imp_ReportEventW;
 
 namespace lumenor {
@@ -34,12 +38,25 @@ struct Report {
 /// Stands between the program and the event log: the test platform keeps nothing that could be read back.
 class EventLogSpy {
 public:
-  EventLogSpy() { reports = {}, opened = {}, handle = reinterpret_cast<HANDLE>(0x1234); }
+  EventLogSpy() {
+    reports = {}, opened = {}, registered = {}, refused = {}, openSources = 0;
+    handle = reinterpret_cast<HANDLE>(0x1234);
+    source = reinterpret_cast<HANDLE>(0x5678);
+  }
 
   static const std::vector<Report> &Reports() { return reports; }
   static const std::vector<std::wstring> &Opened() { return opened; }
   static HANDLE Handle() { return handle; }
   static void RefuseToOpen() { handle = nullptr; }
+
+  /// The handle of a registered source, the names that were asked for, and how many weren't closed.
+  static HANDLE Source() { return source; }
+  static const std::vector<std::wstring> &Registered() { return registered; }
+  static int OpenSources() { return openSources; }
+  static void RefuseToRegister() { source = nullptr; }
+
+  /// Takes no report by `log`.
+  static void Refuse(HANDLE log) { refused.push_back(log); }
 
 private:
   static HANDLE WINAPI Open(LPCWSTR machine, LPCWSTR source) {
@@ -51,15 +68,32 @@ private:
   static BOOL WINAPI Hear(HANDLE log, WORD type, WORD category, DWORD id, PSID user, WORD count, DWORD size,
                           LPCWSTR *texts, LPVOID data) {
     reports.push_back({log, type, category, id, user != nullptr, size != 0 || data != nullptr, {texts, texts + count}});
+    return std::find(refused.begin(), refused.end(), log) == refused.end();
+  }
+
+  static HANDLE WINAPI Register(LPCWSTR machine, LPCWSTR name) {
+    if (machine == nullptr)
+      registered.emplace_back(name);
+    openSources += source != nullptr;
+    return source;
+  }
+
+  static BOOL WINAPI Deregister(HANDLE closed) {
+    openSources -= closed == source;
     return TRUE;
   }
 
   static inline std::vector<Report> reports;
-  static inline std::vector<std::wstring> opened;
-  static inline HANDLE handle;
+  static inline std::vector<std::wstring> opened, registered;
+  static inline std::vector<HANDLE> refused;
+  static inline HANDLE handle, source;
+  static inline int openSources;
 
   const tests::ImportSlot<decltype(__imp_OpenEventLogW)> openSlot{&__imp_OpenEventLogW, &Open};
   const tests::ImportSlot<decltype(__imp_ReportEventW)> reportSlot{&__imp_ReportEventW, &Hear};
+  const tests::ImportSlot<decltype(__imp_RegisterEventSourceW)> registerSlot{&__imp_RegisterEventSourceW, &Register};
+  const tests::ImportSlot<decltype(__imp_DeregisterEventSource)> deregisterSlot{&__imp_DeregisterEventSource,
+                                                                                &Deregister};
 };
 
 auto Text(const std::wstring &text) { return testing::Field(&Report::texts, ElementsAre(text)); }
@@ -183,6 +217,66 @@ TEST(EventLog, WithoutItReportsAreDropped) {
   OpenDockEventLog();
   ReportEventLogError(L"unheard");
   EXPECT_THAT(EventLogSpy::Reports(), IsEmpty());
+}
+
+auto By(HANDLE log, const std::wstring &text) {
+  return testing::AllOf(testing::Field(&Report::log, log), testing::Field(&Report::type, EVENTLOG_ERROR_TYPE),
+                        testing::Field(&Report::id, 100u), Text(text));
+}
+
+class EventLogAndRollingLog : public testing::Test {
+protected:
+  const tests::TestFolders folders;
+  const tests::LogCapture log{folders};
+  const EventLogSpy spy;
+};
+
+TEST_F(EventLogAndRollingLog, AReportThatIsTakenIsMadeOnce) {
+  OpenDockEventLog();
+  ReportEventLogError(L"taken");
+  EXPECT_THAT(spy.Reports(), ElementsAre(By(spy.Handle(), L"taken")));
+  EXPECT_THAT(spy.Registered(), IsEmpty());
+  EXPECT_THAT(log.Lines(), IsEmpty());
+}
+
+TEST_F(EventLogAndRollingLog, AReportThatIsRefusedIsMadeByARegisteredSource) {
+  spy.Refuse(spy.Handle());
+  OpenDockEventLog();
+  ReportEventLogError(L"first");
+  ReportEventLogError(L"second");
+  EXPECT_THAT(spy.Reports(), ElementsAre(By(spy.Handle(), L"first"), By(spy.Source(), L"first"),
+                                         By(spy.Handle(), L"second"), By(spy.Source(), L"second")));
+  EXPECT_THAT(spy.Registered(), ElementsAre(L"LumenorPanel", L"LumenorPanel"));
+  EXPECT_EQ(0, spy.OpenSources());
+  EXPECT_THAT(log.Lines(), IsEmpty());
+}
+
+TEST_F(EventLogAndRollingLog, AReportThatNobodyTakesGetsALogLine) {
+  spy.Refuse(spy.Handle());
+  spy.Refuse(spy.Source());
+  OpenDockEventLog();
+  ReportEventLogError(L"lost");
+  EXPECT_THAT(spy.Reports(), ElementsAre(By(spy.Handle(), L"lost"), By(spy.Source(), L"lost")));
+  EXPECT_EQ(0, spy.OpenSources());
+  EXPECT_THAT(log.Lines(), ElementsAre("ERROR: EventLog: Could not report: lost"));
+}
+
+TEST_F(EventLogAndRollingLog, AReportWhoseSourceCannotBeRegisteredGetsALogLine) {
+  spy.Refuse(spy.Handle());
+  spy.RefuseToRegister();
+  OpenDockEventLog();
+  ReportEventLogError(L"lost");
+  EXPECT_THAT(spy.Reports(), ElementsAre(By(spy.Handle(), L"lost")));
+  EXPECT_THAT(log.Lines(), ElementsAre("ERROR: EventLog: Could not report: lost"));
+}
+
+TEST_F(EventLogAndRollingLog, AReportWithoutAnEventLogIsALogLineAlone) {
+  spy.RefuseToOpen();
+  OpenDockEventLog();
+  Guarded(L"OnTest", [] { throw 5; });
+  EXPECT_THAT(spy.Reports(), IsEmpty());
+  EXPECT_THAT(spy.Registered(), IsEmpty());
+  EXPECT_THAT(log.Lines(), ElementsAre("ERROR: EventLog: Could not report: caught an unhandled exception in OnTest"));
 }
 
 TEST(EventLog, BeforeItIsOpenReportsAreDropped) {

@@ -4,6 +4,7 @@
 
 #include "system/Launch.h"
 #include "system/Paths.h"
+#include "system/WebAddress.h"
 
 namespace lumenor {
 
@@ -38,7 +39,7 @@ std::wstring CategoryArguments(const std::wstring &text) { return categoryArgume
 
 void RunElementAction(const Element &element) {
   if (element.ActionType == L"url")
-    OpenWithShell(element.ActionParams, {});
+    OpenAddress(nullptr, element.ActionParams, nullptr);
   else if (element.ActionType == L"exe")
     RunProgram(element.ActionParams);
   else if (element.ActionType == L"eccategory")

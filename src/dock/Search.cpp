@@ -2,11 +2,11 @@
 
 #include <string_view>
 
-#include <shellapi.h>
 #include <wrl/client.h>
 
 #include "system/ComText.h"
 #include "system/HResultError.h"
+#include "system/WebAddress.h"
 #include "tracking/UsageTracker.h"
 
 namespace lumenor {
@@ -88,8 +88,7 @@ void SearchFor(HWND owner, const Element &provider, const std::wstring &text) {
     SearchHelp(text);
     usageTracker.TrackHelpSearch(); // whether or not there was anything to search for
   } else if (provider.ActionType == L"url") {
-    const std::wstring url = provider.ActionParams + UrlEncode(text);
-    ::ShellExecuteW(owner, L"open", url.c_str(), L"", nullptr, SW_SHOW);
+    OpenAddress(owner, provider.ActionParams + UrlEncode(text), L"");
     usageTracker.TrackUrlSearch();
   }
 }

@@ -1,5 +1,8 @@
 #include "system/Launch.h"
 
+#include <algorithm>
+
+#include "system/Log.h"
 #include "system/Paths.h"
 #include "system/Windows.h"
 
@@ -14,6 +17,9 @@ constexpr std::size_t none = std::wstring::npos;
 // The platform finds files by paths of up to 260 characters; this leaves room for the names of variables. Without an
 // end, a long text of many words would keep the user waiting for minutes.
 constexpr std::size_t longestProgram = 1024;
+
+// In characters. The buffer has room for 1,024, and the shell adds some of its own.
+constexpr std::size_t longestForShell = 900;
 
 std::wstring Resolve(const std::wstring &program) { return ExpandPath(MapProgramFiles(program)); }
 
@@ -46,7 +52,13 @@ CommandLine SplitCommandLine(const std::wstring &commandLine) {
   return {Resolve(commandLine.substr(begin, length)), FromFirstNonBlank(commandLine, end + 1)};
 }
 
+bool FitsShell(const std::wstring &text) { return std::max(text.size(), ExpandPath(text).size()) <= longestForShell; }
+
 void OpenWithShell(const std::wstring &program, const std::wstring &arguments) {
+  if (!FitsShell(program)) {
+    LogError("Launch: A program's name of %u characters is too long", static_cast<unsigned>(program.size()));
+    return;
+  }
   ::ShellExecuteW(nullptr, L"open", program.c_str(), arguments.empty() ? nullptr : arguments.c_str(), nullptr, SW_SHOW);
 }
 

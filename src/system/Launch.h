@@ -15,8 +15,13 @@ struct CommandLine {
 /// before it is an existing file. The program comes back mapped and expanded, the arguments as they stand.
 CommandLine SplitCommandLine(const std::wstring &commandLine);
 
-/// Opens `program` (a file or an address) through the shell, in a normal window; `arguments` may be empty. A failure is
-/// silent by design: the user sees that nothing opened.
+/// Whether the shell can be given `text` to open. A longer one, with its variables expanded, is written past the end of
+/// a buffer by some versions of the shell, within this process.
+bool FitsShell(const std::wstring &text);
+
+/// Opens the file `program` through the shell, in a normal window; `arguments` may be empty. A failure is silent by
+/// design: the user sees that nothing opened. A program whose name doesn't fit the shell isn't opened and gets a log
+/// line.
 void OpenWithShell(const std::wstring &program, const std::wstring &arguments);
 
 } // namespace lumenor

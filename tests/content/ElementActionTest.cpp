@@ -6,6 +6,8 @@
 
 #include "support/ComApartment.h"
 #include "support/ImportSlot.h"
+#include "support/KeptRegistryKey.h"
+#include "support/LogCapture.h"
 #include "support/Recorder.h"
 #include "support/TestFolders.h"
 
@@ -93,6 +95,100 @@ TEST_F(RunElementActionTest, AnAddressMayBeAFile) {
   EXPECT_THAT(Run(L"url", folders.Root() + L"\\page.exe"), ElementsAre(testing::HasSubstr(L"page.exe")));
 }
 
+/// A machine whose browser is a recorder, registered as browsers are.
+class LongAddress : public RunElementActionTest {
+protected:
+  LongAddress() {
+    recorder.InstallAs(Browser());
+    Register(L"\"" + Browser() + L"\" -open \"%1\"");
+  }
+
+  std::wstring Browser() const { return folders.Root() + L"\\The browser\\browse.exe"; }
+  void Register(const std::wstring &command) const { http.SetText(L"", command); }
+
+  /// The command line of the browser with these arguments.
+  std::wstring Started(const std::wstring &arguments) const { return L"\"" + Browser() + L"\" " + arguments; }
+
+  static std::wstring Address(std::size_t length) {
+    const std::wstring start = L"http://a.example/?q=100%25&x=%61&y=";
+    return start + std::wstring(length - start.size(), L'z');
+  }
+
+  void ExpectRefused(const std::wstring &type, const std::wstring &params, const std::string &line) const {
+    log.Clear();
+    RunElementAction(Action(type, params));
+    EXPECT_THAT(log.Lines(), ElementsAre(line));
+    EXPECT_THAT(recorder.CommandLines(), IsEmpty());
+  }
+
+  const tests::KeptRegistryKey http{HKEY_LOCAL_MACHINE, L"Software\\Classes\\http\\shell\\open\\command"};
+  const tests::LogCapture log{folders};
+};
+
+TEST_F(LongAddress, Of1222CharactersReachesTheBrowser) {
+  EXPECT_THAT(Run(L"url", Address(1222)), ElementsAre(Started(L"-open \"" + Address(1222) + L"\"")));
+}
+
+TEST_F(LongAddress, Of2083CharactersReachesTheBrowser) {
+  EXPECT_THAT(Run(L"url", Address(2083)), ElementsAre(Started(L"-open \"" + Address(2083) + L"\"")));
+}
+
+TEST_F(LongAddress, Of2084CharactersIsRefusedWithALogLine) {
+  ExpectRefused(L"url", Address(2084), "ERROR: Launch: An address of 2084 characters is too long");
+}
+
+TEST_F(LongAddress, ThatOnlyItsVariablesMakeLongReachesTheBrowserAsItStands) {
+  const tests::EnvironmentValue variable(L"LUMENOR_LONG", std::wstring(1500, L'v'));
+  const std::wstring address = L"HTTP://a.example/?q=%LUMENOR_LONG%";
+  EXPECT_THAT(Run(L"url", address), ElementsAre(Started(L"-open \"" + address + L"\"")));
+}
+
+TEST_F(LongAddress, StaysOneArgumentWhateverItHolds) {
+  const std::wstring escaped = L"%22%20-evil%20%22x%09%5C%22%3C%3E%7C%5E%5C";
+  const std::wstring address = Address(1000) + L"\" -evil \"x\t\\\"<>|^\\";
+  EXPECT_THAT(Run(L"url", address), ElementsAre(Started(L"-open \"" + Address(1000) + escaped + L"\"")));
+}
+
+TEST_F(LongAddress, StaysOneArgumentOfACommandWithoutQuotationMarks) {
+  Register(L"\"" + Browser() + L"\" --one-argument %1");
+  EXPECT_THAT(Run(L"url", Address(1000) + L" -evil"),
+              ElementsAre(Started(L"--one-argument " + Address(1000) + L"%20-evil")));
+}
+
+TEST_F(LongAddress, IsPutInEveryPlaceForItButNotIntoItself) {
+  Register(L"\"" + Browser() + L"\" %1 %1");
+  const std::wstring address = Address(1000) + L"%1";
+  EXPECT_THAT(Run(L"url", address), ElementsAre(Started(address + L" " + address)));
+}
+
+TEST_F(LongAddress, IsRefusedWhereNoBrowserTakesIt) {
+  const std::string line = "ERROR: Launch: An address of 1000 characters is too long";
+  Register(L"\"" + Browser() + L"\" -open");
+  ExpectRefused(L"url", Address(1000), line);
+  http.Delete();
+  ExpectRefused(L"url", Address(1000), line);
+}
+
+TEST_F(LongAddress, OfAnotherSchemeOrAFileIsRefused) {
+  const std::string line = "ERROR: Launch: An address of 1100 characters is too long";
+  for (const std::wstring start : {L"mailto:a@b.example?subject=", L"httpfile://a", L"http:a", L"C:\\folder\\", L""})
+    ExpectRefused(L"url", start + std::wstring(1100 - start.size(), L'z'), line);
+}
+
+TEST_F(LongAddress, OfAProgramIsRefused) {
+  ExpectRefused(L"exe", L"\"C:\\" + std::wstring(1097, L'z') + L"\" -x",
+                "ERROR: Launch: A program's name of 1100 characters is too long");
+}
+
+TEST_F(LongAddress, ArgumentsMayBeLongAll) {
+  const std::wstring arguments(20000, L'x');
+  recorder.InstallAs(folders.InstallFolder() + L"\\Lumenor.exe");
+  EXPECT_THAT(Run(L"exe", L"\"" + Browser() + L"\" " + arguments), ElementsAre(Started(arguments)));
+  RunElementAction(Action(L"eccategory", arguments));
+  ASSERT_EQ(2u, recorder.WaitForCommandLines(2).size());
+  EXPECT_TRUE(recorder.CommandLines()[1].ends_with(L" category=" + arguments));
+}
+
 struct ShellCall {
   HWND owner;
   std::wstring verb;
@@ -138,6 +234,18 @@ TEST(RunElementAction, AnAddressIsOpenedAsItStands) {
   ASSERT_EQ(1u, ShellSpy::Calls().size());
   EXPECT_EQ(L"http://a.example/?q=%TEMP% x", ShellSpy::Calls()[0].program);
   EXPECT_EQ(std::nullopt, ShellSpy::Calls()[0].arguments);
+}
+
+TEST(RunElementAction, AnAddressOfUpTo900CharactersIsTheShells) {
+  const ShellSpy spy;
+  const std::wstring address = L"http://a.example/" + std::wstring(883, L'z');
+  RunElementAction(Action(L"url", address));
+  ASSERT_EQ(1u, ShellSpy::Calls().size());
+  EXPECT_EQ(address, ShellSpy::Calls()[0].program);
+  EXPECT_EQ(std::nullopt, ShellSpy::Calls()[0].arguments);
+  RunElementAction(Action(L"url", address + L"z"));
+  ASSERT_EQ(2u, ShellSpy::Calls().size());
+  EXPECT_NE(std::nullopt, ShellSpy::Calls()[1].arguments);
 }
 
 TEST(RunElementAction, AnyOtherTypeDoesNothing) {

@@ -51,6 +51,26 @@ TEST_F(Searching, OpensTheUrlWithTheTextBehindIt) {
   EXPECT_EQ(std::vector<Launch>{Opened(L"http://search.invalid/?q=%c3%a4%20b")}, shell.Launches());
 }
 
+TEST_F(Searching, HandsALongAddressToTheBrowserItself) {
+  const std::wstring start = L"http://search.invalid/?q=";
+  SearchFor(::GetDesktopWindow(), Provider(L"url", start.c_str()), std::wstring(109, L'\u691c'));
+  std::wstring address = start;
+  for (int i = 0; i < 109; ++i)
+    address += L"%e6%a4%9c";
+  ASSERT_EQ(1u, shell.Launches().size());
+  const Launch &launch = shell.Launches()[0];
+  EXPECT_EQ(::GetDesktopWindow(), launch.owner);
+  EXPECT_EQ(L"C:\\windows\\system32\\winebrowser.exe", launch.program); // as the test platform registers it
+  EXPECT_EQ(L"\"" + address + L"\"", launch.arguments);
+  EXPECT_EQ(SW_SHOW, launch.showCommand);
+}
+
+TEST_F(Searching, OpensNoAddressThatIsTooLong) {
+  const std::wstring start = L"http://search.invalid/" + std::wstring(2062, L'x');
+  SearchFor(::GetDesktopWindow(), Provider(L"url", start.c_str()), L"");
+  EXPECT_EQ(std::vector<Launch>{}, shell.Launches());
+}
+
 TEST_F(Searching, DoesNothingForAnEmptyProvider) {
   SearchFor(::GetDesktopWindow(), Element(), L"text");
   EXPECT_EQ(std::vector<Launch>{}, shell.Launches());

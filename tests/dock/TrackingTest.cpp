@@ -229,6 +229,18 @@ TEST_F(TrackedDock, TellsOfSearchesButNotForWhat) {
   EXPECT_EQ(L"helpSearch", usageTracker.GetRecords()[2].Type);
 }
 
+TEST_F(TrackedDock, TellsOfASearchThoughItsAddressIsTooLong) {
+  Start();
+  Element provider;
+  provider.ActionType = L"url";
+  provider.ActionParams = L"http://search.invalid/" + std::wstring(2100, L'x');
+  ::SendMessageW(dock->handle, SetSearchProviderMessage, reinterpret_cast<WPARAM>(&provider), 0);
+  ::SetWindowTextW(BarTree(*dock).textBox.GetHandle(), L"text");
+  Press(BarTree(*dock).searchButton.GetHandle());
+  EXPECT_EQ((Texts{opened, L"Search Search    1"}), Waiting());
+  EXPECT_EQ(std::vector<Launch>{}, shell.Launches());
+}
+
 TEST_F(TrackedDock, TellsOfAHelpSearchForBlanksThoughItOpensNothing) {
   const HelpPaneRegistration help;
   Start();

@@ -60,6 +60,20 @@ TEST_F(Search, TheSearchButtonOpensTheAddress) {
   EXPECT_TRUE(HoldsFor([&] { return browser.Addresses().size() == 1; }, std::chrono::milliseconds(500)));
 }
 
+TEST_F(Search, ALongAddressReachesTheBrowserAndTheDockLivesOn) {
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EnterText(dock, std::wstring(109, L'\u691c'));
+  PressKey(VK_RETURN);
+
+  std::wstring address = L"http://first.example/find?q=";
+  for (int i = 0; i < 109; ++i)
+    address += L"%e6%a4%9c";
+  EXPECT_EQ(Addresses{address}, browser.WaitForAddresses(1));
+  EXPECT_TRUE(dock.IsRunning());
+  EXPECT_NE(nullptr, dock.Bar());
+}
+
 TEST_F(Search, AnEmptyFieldOpensNothing) {
   DockProcess dock(installation);
   ASSERT_NE(nullptr, dock.WaitForBar());

@@ -1,0 +1,101 @@
+#include "system/WebAddress.h"
+
+#include <cwchar>
+#include <string_view>
+
+#include <shellapi.h>
+#include <shlwapi.h>
+
+#include "system/Launch.h"
+#include "system/Log.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr std::size_t longestAddress = 2083; // in characters: the platform's own limit
+
+constexpr std::wstring_view addressMark = L"%1"; // where a registered command wants the address
+
+constexpr ASSOCF forProtocol = 0x1000; // ASSOCF_IS_PROTOCOL, which platforms before Windows 8 don't know
+
+bool BeginsWith(const std::wstring &text, const std::wstring &start) {
+  return ::_wcsnicmp(text.c_str(), start.c_str(), start.size()) == 0;
+}
+
+/// "http" or "https"; empty for an address of another kind. Other schemes may name any program, and one that takes its
+/// command line apart in its own way.
+std::wstring WebSchemeOf(const std::wstring &address) {
+  for (const wchar_t *scheme : {L"http", L"https"})
+    if (BeginsWith(address, std::wstring(scheme) + L"://"))
+      return scheme;
+  return {};
+}
+
+/// The command line that opens addresses of `scheme` on this machine; empty when there is none.
+std::wstring RegisteredCommand(const std::wstring &scheme) {
+  for (const ASSOCF flags : {forProtocol, ASSOCF{ASSOCF_NONE}}) {
+    DWORD size = 0;
+    ::AssocQueryStringW(flags, ASSOCSTR_COMMAND, scheme.c_str(), L"open", nullptr, &size);
+    std::wstring command(size, L'\0');
+    if (size != 0 &&
+        SUCCEEDED(::AssocQueryStringW(flags, ASSOCSTR_COMMAND, scheme.c_str(), L"open", command.data(), &size)))
+      return command.c_str();
+  }
+  return {};
+}
+
+/// Whether `character` might end a word of a command line or what it is quoted with. No address needs it as it stands.
+bool EndsWord(wchar_t character) {
+  return character <= L' ' || character == 0x7F ||
+         std::wstring_view(L"\"\\<>^`{|}").find(character) != std::wstring::npos;
+}
+
+/// `address` with what might end the word escaped as addresses escape it, so that it stays one argument whether or not
+/// the command has quotation marks around it.
+std::wstring AsOneWord(const std::wstring &address) {
+  constexpr wchar_t digits[] = L"0123456789ABCDEF";
+  std::wstring word;
+  for (const wchar_t character : address)
+    if (EndsWord(character))
+      word += {L'%', digits[character >> 4U], digits[character & 15U]};
+    else
+      word += character;
+  return word;
+}
+
+/// `arguments` with `word` in every place that is meant for it; empty when there is none.
+std::wstring PutAddress(std::wstring arguments, const std::wstring &word) {
+  std::size_t at = arguments.find(addressMark);
+  if (at == std::wstring::npos)
+    return {};
+  for (; at != std::wstring::npos; at = arguments.find(addressMark, at + word.size()))
+    arguments.replace(at, addressMark.size(), word);
+  return arguments;
+}
+
+/// What starts the user's browser with `address`; without arguments when nothing can.
+CommandLine BrowserFor(const std::wstring &address) {
+  const std::wstring scheme = WebSchemeOf(address);
+  if (scheme.empty() || address.size() > longestAddress)
+    return {};
+  const CommandLine command = SplitCommandLine(RegisteredCommand(scheme));
+  return {command.program, PutAddress(command.arguments, AsOneWord(address))};
+}
+
+void Open(HWND owner, const std::wstring &program, const wchar_t *arguments) {
+  ::ShellExecuteW(owner, L"open", program.c_str(), arguments, nullptr, SW_SHOW);
+}
+
+} // namespace
+
+void OpenAddress(HWND owner, const std::wstring &address, const wchar_t *arguments) {
+  if (FitsShell(address))
+    return Open(owner, address, arguments);
+  const CommandLine browser = BrowserFor(address);
+  if (!browser.arguments.empty() && FitsShell(browser.program))
+    return Open(owner, browser.program, browser.arguments.c_str());
+  LogError("Launch: An address of %u characters is too long", static_cast<unsigned>(address.size()));
+}
+
+} // namespace lumenor

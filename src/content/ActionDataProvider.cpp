@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "content/Documents.h"
-#include "system/FolderWatcher.h"
 #include "system/HResultError.h"
 #include "system/LanguageResources.h"
 #include "system/Log.h"
@@ -41,8 +40,10 @@ Element ReadSearchElement(const XmlNodePtr &node) {
 } // namespace
 
 void FileDataProvider::Watch(HWND window, UINT message) {
-  // The former thread isn't ended, only no longer held: it stays to watch for as long as the process runs.
-  watchThread = StartFolderWatch(window, message);
+  // The newer watch stands before the former one ends, so that no change falls between the two. Without a newer one the
+  // former stays.
+  if (FolderWatch watch = StartFolderWatch(window, message))
+    watchThread = std::move(watch);
 }
 
 ElementList FileDataProvider::GetElements() {

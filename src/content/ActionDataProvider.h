@@ -7,7 +7,7 @@
 #include <string>
 
 #include "content/Element.h"
-#include "system/Handles.h"
+#include "system/FolderWatcher.h"
 #include "system/Windows.h"
 #include "system/Xml.h"
 
@@ -26,7 +26,8 @@ public:
   IActionDataProvider &operator=(const IActionDataProvider &) = delete;
   virtual ~IActionDataProvider() = default;
 
-  /// Has `message` sent to `window` at each change in the user's folder. Every call adds one more watch.
+  /// Has `message` sent to `window` at each change in the user's folder, in the place of what was asked for before: a
+  /// provider has one watch, which ends with it. A change behind this call is told of.
   virtual void Watch(HWND window, UINT message) = 0;
 
   /// Reads the data anew if there are any. Raises HResultError when the DOM fails; the list then stays.
@@ -48,7 +49,7 @@ protected:
   void ReadFile(const std::wstring &path, const std::wstring &query, Element (*readElement)(const XmlNodePtr &));
 
 private:
-  KernelHandle watchThread; // the last one started; closed, never ended
+  FolderWatch watchThread;
   ElementList elements;
   FILETIME lastReadTime = {}; // always 0
 };

@@ -15,7 +15,7 @@ namespace {
 
 constexpr wchar_t watchedFolder[] = L"%appdata%\\Tarnwick\\Lumenor";
 
-/// These threads add up over the life of the process and need little, so each reserves little of the address space.
+/// The threads need little, so each reserves little of the address space.
 constexpr SIZE_T stackReserveBytes = 128 * 1024;
 
 ChangeHandle OpenWatch() {
@@ -23,50 +23,86 @@ ChangeHandle OpenWatch() {
       ::FindFirstChangeNotificationW(ExpandPath(watchedFolder).c_str(), FALSE, FILE_NOTIFY_CHANGE_LAST_WRITE));
 }
 
-/// One change from the watch to the message; false when the folder can't be watched. The handle is good for one change
-/// only, and what is written while the window handles the message isn't seen by this thread: that is all there is
-/// against a writer that comes back quickly.
-bool TellOfNextChange(FolderWatchContext &context) {
-  const ChangeHandle change = OpenWatch();
-  if (!change)
-    return false; // its value is also the one that stands for the process itself, whose end the wait would wait for
-  if (const HANDLE watching = std::exchange(context.watching, nullptr); watching != nullptr)
-    ::SetEvent(watching);
-  if (::WaitForSingleObject(change.Get(), INFINITE) != WAIT_OBJECT_0)
-    return false;
-  ::SendMessageW(context.window, context.message, 0, 0);
-  return true;
+/// False for the window of another program too, which may have been given the number of one that is gone.
+bool IsOwnWindow(HWND window) {
+  DWORD process = 0;
+  ::GetWindowThreadProcessId(window, &process);
+  return process == ::GetCurrentProcessId();
+}
+
+/// False when the thread is to end instead, also when the wait fails.
+bool WaitForChange(HANDLE ending, HANDLE change) {
+  const std::array<HANDLE, 2> either = {ending, change}; // the end goes first when there are both
+  return ::WaitForMultipleObjects(static_cast<DWORD>(either.size()), either.data(), FALSE, INFINITE) ==
+         WAIT_OBJECT_0 + 1;
+}
+
+bool IsToEnd(const FolderWatchContext &context) {
+  return ::WaitForSingleObject(context.ending.Get(), 0) != WAIT_TIMEOUT;
+}
+
+/// Each handle is good for one change only, and what is written while the window handles the message isn't seen by this
+/// thread: that is all there is against a writer that comes back quickly.
+void TellOfChanges(FolderWatchContext &context) {
+  ChangeHandle change = std::move(context.firstChange);
+  while (change && WaitForChange(context.ending.Get(), change.Get()) && IsOwnWindow(context.window)) {
+    ::SendMessageW(context.window, context.message, 0, 0);
+    change.Reset();
+    if (IsToEnd(context))
+      return; // a newer watch stands since before the window read anew
+    change = OpenWatch();
+  }
+}
+
+/// Two handles of one event, so that neither the starter nor the thread has to outlive the other. Both empty on
+/// failure.
+std::pair<EndingEvent, KernelHandle> MakeEndingEvent() {
+  EndingEvent ending(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  KernelHandle ofThread;
+  const HANDLE process = ::GetCurrentProcess();
+  if (!ending || !::DuplicateHandle(process, ending.Get(), process, ofThread.Put(), SYNCHRONIZE, FALSE, 0))
+    return {};
+  return {std::move(ending), std::move(ofThread)};
+}
+
+KernelHandle StartThread(std::unique_ptr<FolderWatchContext> context) {
+  KernelHandle thread(::CreateThread(nullptr, stackReserveBytes, FolderWatchThread, context.get(),
+                                     STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
+  if (thread)
+    context.release(); // the thread's from now on
+  return thread;
+}
+
+FolderWatch LogNoThread() {
+  LogError("FolderWatcher: can't start a thread, error %u", static_cast<unsigned>(::GetLastError()));
+  return {};
 }
 
 } // namespace
 
-/// Goes on with a window that no longer exists: the sending then fails at once, and nothing else is done. Nobody ends
-/// these threads, the process takes them along. So their number grows by one with every Watch: wanted, since a thread
-/// can't be ended safely while it waits for the window's answer, and the answer is cheap.
 DWORD WINAPI FolderWatchThread(void *context) {
   const std::unique_ptr<FolderWatchContext> owned(static_cast<FolderWatchContext *>(context));
   try {
-    while (TellOfNextChange(*owned)) {
-    }
+    TellOfChanges(*owned);
   } catch (...) {
     ReportUnhandledException(L"FolderWatchThread"); // not by a guard: that one belongs to the windows' thread
   }
   return 0;
 }
 
-KernelHandle StartFolderWatch(HWND window, UINT message) {
-  const KernelHandle watching(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
-  auto context = std::make_unique<FolderWatchContext>(FolderWatchContext{window, message, watching.Get()});
-  KernelHandle thread(::CreateThread(nullptr, stackReserveBytes, FolderWatchThread, context.get(),
-                                     STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
-  if (!thread) {
-    LogError("FolderWatcher: can't start a thread, error %u", static_cast<unsigned>(::GetLastError()));
-    return thread;
-  }
-  context.release();
-  const std::array<HANDLE, 2> either = {watching.Get(), thread.Get()};
-  ::WaitForMultipleObjects(static_cast<DWORD>(either.size()), either.data(), FALSE, INFINITE);
-  return thread;
+FolderWatch StartFolderWatch(HWND window, UINT message) {
+  // The failure's value of this handle also stands for the process itself, whose end a wait would wait for.
+  ChangeHandle change = OpenWatch();
+  if (!change)
+    return {};
+  auto [ending, endingOfThread] = MakeEndingEvent();
+  if (!endingOfThread)
+    return LogNoThread();
+  KernelHandle thread = StartThread(std::make_unique<FolderWatchContext>(
+      FolderWatchContext{window, message, std::move(change), std::move(endingOfThread)}));
+  if (!thread)
+    return LogNoThread();
+  return {std::move(thread), std::move(ending)};
 }
 
 } // namespace lumenor

@@ -1,26 +1,48 @@
 #pragma once
 // The threads that watch the folder of the user's content and tell a window by a sent message that something in it was
-// written. Any thread may start one; none is ever ended by the program.
+// written. Any thread may start one; it ends with the FolderWatch that its start returned.
 
 #include "system/Handles.h"
 #include "system/Windows.h"
 
 namespace lumenor {
 
+/// Traits of an event that means an end: whoever owns it raises it by letting it go.
+struct EndingEventTraits {
+  using Handle = HANDLE;
+  static Handle Empty() noexcept { return nullptr; }
+  static void Close(Handle handle) noexcept {
+    ::SetEvent(handle);
+    ::CloseHandle(handle);
+  }
+};
+
+using EndingEvent = Owner<EndingEventTraits>;
+
+/// A watch under way; empty when there is none. Its thread ends when this goes or is assigned to: at once while it
+/// waits for a change, and behind its message while the window handles that. Nobody waits for the thread.
+struct FolderWatch {
+  KernelHandle thread;
+  EndingEvent ending;
+
+  explicit operator bool() const noexcept { return static_cast<bool>(thread); }
+};
+
 /// What a thread is handed; it owns and frees it.
 struct FolderWatchContext {
   HWND window;
   UINT message;
-  HANDLE watching; // borrowed from the starter, who waits for it; null when nobody does
+  ChangeHandle firstChange; // the watch for the first change, which stands already
+  KernelHandle ending;      // the thread's own handle of its end
 };
 
 /// The thread's entry: `context` is a FolderWatchContext on the heap. Sends the message once for each change that it
-/// sees, and ends with 0 when the folder can't be watched.
+/// sees. Ends with 0 when it is told to, when the window is gone, and when the folder can't be watched any more.
 DWORD WINAPI FolderWatchThread(void *context);
 
-/// Starts a thread that sends `message` to `window` when a file in the user's folder is written, and returns its
-/// handle; a handle closed early leaves the thread alone. Empty, with a line in the log, when the platform has no
-/// thread to give. Comes back when the watch stands, or the thread has ended: from then on no first change is missed.
-KernelHandle StartFolderWatch(HWND window, UINT message);
+/// Starts a thread that sends `message` to `window` when a file in the user's folder is written. The watch stands when
+/// this comes back: from then on no first change is missed. Empty when the folder can't be watched, and with a line in
+/// the log when the platform has no thread to give.
+FolderWatch StartFolderWatch(HWND window, UINT message);
 
 } // namespace lumenor

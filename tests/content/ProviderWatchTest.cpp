@@ -23,13 +23,14 @@ namespace lumenor {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testing::SizeIs;
 
 constexpr UINT told = WM_USER + 11;
 
 class ProviderWatch : public ProviderData {
 protected:
-  ProviderWatch() { tests::MakeFolders(folders.UserFolder()); }
+  ProviderWatch() { tests::WriteBytes(Other(), "content"); }
 
   bool Hears(std::size_t count) {
     return tests::PumpUntil([&] { return messages.size() >= count; });
@@ -39,6 +40,14 @@ protected:
   bool Settles() {
     return tests::PumpUntil([&] { return threads.StandingWatches() == threads.Alive(); });
   }
+
+  /// Waits until there are `count` threads.
+  bool Comes(std::size_t count) {
+    return tests::PumpUntil([&] { return threads.Alive() == count; });
+  }
+
+  std::wstring Other() const { return folders.UserFolder() + L"\\other.txt"; }
+  void Touch() const { tests::TouchFile(Other()); }
 
   std::vector<UINT> messages;
   std::function<void()> onMessage;
@@ -60,35 +69,82 @@ TEST_F(ProviderWatch, TellsOfAWrittenFile) {
   EXPECT_THAT(messages, ElementsAre(told));
 }
 
-TEST_F(ProviderWatch, AddsOneThreadEachTime) {
+TEST_F(ProviderWatch, KeepsOneThreadHoweverOftenItIsAskedFor) {
   SearchProvider provider;
-  for (std::size_t count = 1; count <= 4; ++count) {
+  for (int count = 1; count <= 20; ++count) {
     provider.Watch(window.Get(), told);
-    EXPECT_EQ(count, threads.Alive());
+    ASSERT_TRUE(Comes(1)) << threads.Alive();
   }
-  WriteForYou("");
-  EXPECT_TRUE(Hears(4));
-}
-
-TEST_F(ProviderWatch, GoesOnWhenTheProviderIsGone) {
-  auto provider = std::make_unique<ForYouProvider>();
-  provider->Watch(window.Get(), told);
-  provider.reset();
-  EXPECT_EQ(1u, threads.Alive());
   WriteForYou("");
   EXPECT_TRUE(Hears(1));
 }
 
-TEST_F(ProviderWatch, HoldsNoThreadButTheLast) {
+TEST_F(ProviderWatch, KeepsOneThreadOverManyChanges) {
   ForYouProvider provider;
   provider.Watch(window.Get(), told);
-  WriteForYou("");
-  ASSERT_TRUE(Hears(1));
-  ASSERT_TRUE(Settles());
-  const int before = tests::CountKernelHandles();
+  onMessage = [&] { provider.Watch(window.Get(), told); };
+  for (std::size_t change = 1; change <= 50; ++change) {
+    Touch();
+    ASSERT_TRUE(Hears(change));
+    ASSERT_TRUE(Comes(1)) << threads.Alive();
+  }
+  EXPECT_EQ(50u, messages.size());
+}
+
+TEST_F(ProviderWatch, StandsAnewBeforeTheFormerOneEnds) {
+  ForYouProvider provider;
   provider.Watch(window.Get(), told);
-  // A watch is one handle; the test keeps one of its own for each thread.
-  EXPECT_EQ(before + 2, tests::CountKernelHandles());
+  std::vector<std::size_t> standing;
+  onMessage = [&] {
+    provider.Watch(window.Get(), told);
+    standing.push_back(threads.StandingWatches());
+  };
+  Touch();
+  ASSERT_TRUE(Hears(1));
+  ASSERT_TRUE(Comes(1));
+  EXPECT_THAT(standing, ElementsAre(2u)); // the former one's handle is open as long as its message is answered
+}
+
+TEST_F(ProviderWatch, EndsWithTheProvider) {
+  auto provider = std::make_unique<ForYouProvider>();
+  provider->Watch(window.Get(), told);
+  provider.reset();
+  EXPECT_TRUE(Comes(0));
+  Touch();
+  tests::PumpMessages();
+  EXPECT_THAT(messages, IsEmpty());
+}
+
+TEST_F(ProviderWatch, EndsWithAProviderThatGoesDuringItsMessage) {
+  auto provider = std::make_unique<ForYouProvider>();
+  provider->Watch(window.Get(), told);
+  onMessage = [&] { provider.reset(); };
+  Touch();
+  ASSERT_TRUE(Hears(1));
+  EXPECT_TRUE(Comes(0));
+  EXPECT_THAT(messages, ElementsAre(told));
+}
+
+TEST_F(ProviderWatch, LeavesNoThreadOfManyProviders) {
+  const int before = tests::CountKernelHandles();
+  for (int cycle = 0; cycle < 50; ++cycle) {
+    ForYouProvider provider;
+    provider.Watch(window.Get(), told);
+  }
+  EXPECT_TRUE(Comes(0));
+  EXPECT_EQ(before + 50, tests::CountKernelHandles()); // the test keeps a handle of its own for each thread
+}
+
+TEST_F(ProviderWatch, HoldsNothingOfItsFormerThreads) {
+  ForYouProvider provider;
+  const auto handlesAfterAWatch = [&] {
+    provider.Watch(window.Get(), told);
+    EXPECT_TRUE(Comes(1));
+    return tests::CountKernelHandles();
+  };
+  handlesAfterAWatch();
+  const int before = handlesAfterAWatch();
+  EXPECT_EQ(before + 1, handlesAfterAWatch()); // the test's own of the thread
 }
 
 HANDLE WINAPI RefuseThread(SECURITY_ATTRIBUTES *, SIZE_T, LPTHREAD_START_ROUTINE, void *, DWORD, DWORD *) {
@@ -117,12 +173,12 @@ TEST_F(ProviderWatch, LosesNoLastStateOfAThousandWrites) {
   for (int i = 1; i <= 1000; ++i) {
     WriteForYou("<Element><Head>" + std::to_string(i) + "</Head></Element>");
     if (i % 250 == 0 && i < 1000) {
-      ASSERT_TRUE(Hears(messages.size() + 1)); // somewhere amid the answers of several threads
+      ASSERT_TRUE(Hears(messages.size() + 1)); // somewhere amid the answers
     }
   }
   EXPECT_TRUE(tests::PumpUntil([&] { return seen == L"1000"; }));
   ASSERT_TRUE(Settles());
-  EXPECT_EQ(1 + messages.size(), threads.Alive());
+  EXPECT_TRUE(Comes(1)) << threads.Alive();
 }
 
 TEST_F(ProviderWatch, MissesNoWriteBehindTheReading) {

@@ -6,7 +6,6 @@
 #include "e2e/Input.h"
 #include "e2e/OtherProgram.h"
 #include "e2e/OtherWindow.h"
-#include "e2e/ProcessFigures.h"
 #include "e2e/Screen.h"
 #include "system/Handles.h"
 
@@ -17,6 +16,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr RECT elsewhere = {300, 700, 900, 950};
+constexpr UINT answerLimitMs = 10'000;
 constexpr LONGLONG ticksPerHour = 36'000'000'000LL;
 
 /// Gives the file another time of its last write, so many hours away from the one that it has.
@@ -75,9 +75,10 @@ protected:
     return CaptureSettled(dock.ForYouRect());
   }
 
-  /// True when the bar has taken notice of the folder: each pass leaves a watcher more per list.
-  static bool HasNoticed(const DockProcess &dock, int threadsBefore) {
-    return WaitFor([&] { return ThreadCount(dock.Id()) >= threadsBefore + 2; });
+  /// True when the bar has taken notice of the folder and done what it does about that.
+  bool HasNoticed(const DockProcess &dock, int readingsBefore) const {
+    return WaitFor([&] { return installation.ForYouReadings() >= readingsBefore + 2; }) &&
+           ::SendMessageTimeoutW(dock.Bar(), WM_NULL, 0, 0, SMTO_NORMAL, answerLimitMs, nullptr) != 0;
   }
 
   const Installation installation;
@@ -135,9 +136,9 @@ TEST_F(ForYou, ANewerListMarksTheButtonUntilItIsClickedAndThenOnlyANewerOneAgain
   MoveCursor(dock.Rest());
   EXPECT_TRUE(WaitFor([&] { return Capture(dock.ForYouRect()) == idle; }));
 
-  const int threads = ThreadCount(dock.Id());
+  const int readings = installation.ForYouReadings();
   TouchFolder(); // the list is as old as it was
-  ASSERT_TRUE(HasNoticed(dock, threads));
+  ASSERT_TRUE(HasNoticed(dock, readings));
   EXPECT_EQ(idle, ButtonPicture(dock));
 
   ASSERT_TRUE(OtherProgramCopies(ListAside(1, L"third"), Path()));
@@ -148,14 +149,14 @@ TEST_F(ForYou, AnOlderListIsShownWithoutAMark) {
   DockProcess dock(installation);
   ASSERT_NE(nullptr, dock.WaitForBar());
   const Picture idle = ButtonPicture(dock);
-  const int threads = ThreadCount(dock.Id());
+  const int readings = installation.ForYouReadings();
   const std::wstring aside = ListAside(2, L"older");
   ShiftWriteTime(aside, -1);
 
   PutUnseen(aside);
   TouchFolder();
 
-  ASSERT_TRUE(HasNoticed(dock, threads));
+  ASSERT_TRUE(HasNoticed(dock, readings));
   EXPECT_EQ(idle, ButtonPicture(dock));
   Click(dock.ForYouButton());
   ASSERT_NE(nullptr, dock.WaitForPopup());
@@ -166,12 +167,12 @@ TEST_F(ForYou, ADeletedListGivesNoMarkAndStaysAsItWas) {
   DockProcess dock(installation);
   ASSERT_NE(nullptr, dock.WaitForBar());
   const Picture idle = ButtonPicture(dock);
-  const int threads = ThreadCount(dock.Id());
+  const int readings = installation.ForYouReadings();
 
   ASSERT_TRUE(OtherProgramDeletes(Path()));
   TouchFolder();
 
-  ASSERT_TRUE(HasNoticed(dock, threads));
+  ASSERT_TRUE(HasNoticed(dock, readings));
   EXPECT_EQ(idle, ButtonPicture(dock));
   Click(dock.ForYouButton());
   ASSERT_NE(nullptr, dock.WaitForPopup());

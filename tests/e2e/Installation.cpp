@@ -257,6 +257,14 @@ std::vector<std::string> Installation::LogLines() const {
   return lines;
 }
 
+int Installation::ForYouReadings() const {
+  const std::vector<std::string> lines = LogLines();
+  return static_cast<int>(std::count_if(lines.begin(), lines.end(), [](const std::string &line) {
+    return line.find("Getting last modified time for ") != std::string::npos &&
+           line.find("DockPopup.ForYou.xml") != std::string::npos;
+  }));
+}
+
 std::vector<RecordedStart> Installation::RecordedStarts() const {
   const std::string bytes = ReadBytes(commonFolder + L"\\recorded.txt");
   std::wstring text(bytes.size(), L'\0');

@@ -99,6 +99,9 @@ public:
   /// Every line of the log files, in order.
   std::vector<std::string> LogLines() const;
 
+  /// How often the log says that the time of the For You list was asked for: twice at each change in its folder.
+  int ForYouReadings() const;
+
   /// What recorders were started with since the start of the test, in order.
   std::vector<RecordedStart> RecordedStarts() const;
 

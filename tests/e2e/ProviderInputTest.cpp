@@ -7,7 +7,6 @@
 #include "e2e/Browser.h"
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
-#include "e2e/ProcessFigures.h"
 #include "e2e/Screen.h"
 
 namespace lumenor::e2e {
@@ -95,9 +94,9 @@ TEST_F(ProviderInput, AMalformedListWhileTheBarStandsKeepsTheLastOne) {
   installation.WriteDocument(forYouList, {RecorderEntry(L"one"), RecorderEntry(L"two")});
   DockProcess dock(installation);
   ASSERT_NE(nullptr, dock.WaitForBar());
-  const int threads = ThreadCount(dock.Id());
+  const int readings = installation.ForYouReadings();
   WriteBytes(ForYouPath(), malformed);
-  ASSERT_TRUE(WaitFor([&] { return ThreadCount(dock.Id()) >= threads + 2; }));
+  ASSERT_TRUE(WaitFor([&] { return installation.ForYouReadings() >= readings + 2; }));
   EXPECT_EQ(40 + 2 * 40, OpenForYou(dock));
   ExpectUsable(dock);
 }

@@ -1,8 +1,11 @@
-// The watched folder under load, and what the watchers cost: every pass leaves one more of them per list.
+// The watched folder under load, and what the watching costs.
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <optional>
 #include <thread>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -21,14 +24,6 @@ using std::chrono::seconds;
 using std::chrono::steady_clock;
 
 constexpr RECT elsewhere = {300, 700, 900, 950};
-
-/// Writes one byte over the file's first: a change of one event, unlike making a file anew.
-void Touch(const std::wstring &path) {
-  const FileHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  DWORD written = 0;
-  ASSERT_TRUE(::WriteFile(file.Get(), "x", 1, &written, nullptr));
-}
 
 /// Puts `bytes` into the file in the place of what it holds, as often as it takes: a reader may have it just then.
 void Overwrite(const std::wstring &path, const std::string &bytes) {
@@ -79,42 +74,64 @@ protected:
     ASSERT_NE(nullptr, dock.WaitForBar());
   }
 
-  /// Waits until the process's threads have been the same for a while.
-  static int SettledThreads(const DockProcess &dock) {
-    int last = -1;
-    WaitFor(
-        [&] {
-          const int before = last;
-          last = ThreadCount(dock.Id());
-          std::this_thread::sleep_for(milliseconds(before == last ? 0 : 1000));
-          return before == last;
-        },
-        seconds(120));
+  /// A list of so many entries.
+  std::vector<Entry> ListOf(int count) const { return std::vector<Entry>(static_cast<std::size_t>(count), List(0)[0]); }
+
+  /// What the process has once it has so many threads again and nothing of it changes any more.
+  static Figures SettledFigures(const DockProcess &dock, int threads) {
+    Figures last = {};
+    EXPECT_TRUE(WaitFor([&] {
+      const Figures before = std::exchange(last, FiguresOf(dock));
+      return before.threads == threads && last.threads == threads && before.handles == last.handles;
+    })) << last.threads
+        << " threads";
     return last;
   }
 
   const Installation installation;
 };
 
-TEST_F(WatchedFolder, EachSeparateChangeDoublesTheWatchersAndCostsNothingElse) {
+/// How long a list of another length took to be on the screen; nothing when it didn't come.
+std::optional<milliseconds> TimeUntilShown(const std::wstring &path, const std::vector<Entry> &list, HWND flyout) {
+  const auto begin = steady_clock::now();
+  const LONG height = 40 + 40 * static_cast<LONG>(list.size());
+  Overwrite(path, DocumentXml(forYouList, list));
+  if (!WaitFor([&] { return RectOf(flyout).bottom - RectOf(flyout).top == height; }))
+    return std::nullopt;
+  return std::chrono::duration_cast<milliseconds>(steady_clock::now() - begin);
+}
+
+TEST_F(WatchedFolder, TwoHundredSeparateChangesAreShownAndLeaveNothingBehind) {
+  constexpr int changes = 200;
+  constexpr double megabytesOfChance = 4; // the heap's own; 200 watchers that stay would take 400
   MakeDocuments();
   DockProcess dock(installation);
   ASSERT_NE(nullptr, dock.WaitForBar());
-  const Figures start = FiguresOf(dock);
-  Print("at the start", start);
-  int watchers = 2; // one for each of the two lists
-  for (int change = 1; change <= 4; ++change) {
-    Touch(Other());
-    ASSERT_TRUE(WaitFor([&] { return ThreadCount(dock.Id()) >= start.threads - 2 + 2 * watchers; }))
-        << "change " << change << ", " << ThreadCount(dock.Id()) << " threads";
-    watchers *= 2;
-    EXPECT_EQ(start.threads - 2 + watchers, SettledThreads(dock)) << "change " << change;
+  Click(dock.ForYouButton());
+  const HWND flyout = dock.WaitForPopup();
+  ASSERT_NE(nullptr, flyout);
+  const int threads = ThreadCount(dock.Id());
+  Figures second = {};
+  std::vector<milliseconds> times;
+  for (int change = 1; change <= changes; ++change) {
+    // 2, 3, 1, 2, 3 entries and so on: each list differs from the one before, and the 200th is as long as the second.
+    const auto shown = TimeUntilShown(installation.DocumentPath(forYouList), ListOf(change % 3 + 1), flyout);
+    ASSERT_TRUE(shown) << "change " << change;
+    times.push_back(*shown);
+    if (change == 2) {
+      second = SettledFigures(dock, threads);
+      ASSERT_EQ(threads, second.threads);
+    }
   }
-  const Figures end = FiguresOf(dock);
-  Print("after four changes", end);
-  // A watcher has its change handle and what the platform needs of a thread.
-  EXPECT_LE(end.handles - start.handles, 4 * (end.threads - start.threads) + 10);
-  EXPECT_NE(nullptr, dock.Bar());
+  const Figures last = SettledFigures(dock, threads);
+  Print("after the second change", second);
+  Print("after the last change", last);
+  EXPECT_EQ(second.handles, last.handles);
+  EXPECT_GT(second.megabytes + megabytesOfChance, last.megabytes);
+  std::sort(times.begin(), times.end());
+  std::printf("    shown after %lld ms, at worst %lld ms\n", static_cast<long long>(times[changes / 2].count()),
+              static_cast<long long>(times.back().count()));
+  EXPECT_GT(seconds(1), times[changes / 2]);
 }
 
 TEST_F(WatchedFolder, TenThousandWritesLoseNoLastStateWhileTheListIsClicked) {
@@ -144,7 +161,7 @@ TEST_F(WatchedFolder, TenThousandWritesLoseNoLastStateWhileTheListIsClicked) {
   std::printf("    %d writes in %.1f s, the list shown %d times meanwhile\n", writes,
               std::chrono::duration<double>(steady_clock::now() - begin).count(), shown);
   Print("after the last write", FiguresOf(dock));
-  SettledThreads(dock);
+  EXPECT_TRUE(WaitFor([&] { return ThreadCount(dock.Id()) == start.threads; })) << ThreadCount(dock.Id());
   std::printf("    settled after %.1f s\n", std::chrono::duration<double>(steady_clock::now() - begin).count());
   Print("once all is settled", FiguresOf(dock));
 

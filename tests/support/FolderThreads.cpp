@@ -1,7 +1,6 @@
 #include "support/FolderThreads.h"
 
 #include <algorithm>
-#include <array>
 
 #include "support/MessagePump.h"
 #include "system/FolderWatcher.h"
@@ -10,7 +9,7 @@ extern "C" {
 extern decltype(&::CreateThread) __imp_CreateThread;
 extern decltype(&::FindFirstChangeNotificationW) __imp_FindFirstChangeNotificationW;
 extern decltype(&::FindCloseChangeNotification) __imp_FindCloseChangeNotification;
-extern decltype(&::WaitForSingleObject) __imp_WaitForSingleObject;
+extern decltype(&::WaitForMultipleObjects) __imp_WaitForMultipleObjects;
 }
 
 namespace lumenor::tests {
@@ -42,7 +41,7 @@ FolderThreads::FolderThreads()
       createThread((current = this, &__imp_CreateThread), &CreateThreadNoted),
       openWatch(&__imp_FindFirstChangeNotificationW, &OpenWatchNoted),
       closeWatch(&__imp_FindCloseChangeNotification, &CloseWatchNoted),
-      wait(&__imp_WaitForSingleObject, &WaitUnlessEnded) {}
+      wait(&__imp_WaitForMultipleObjects, &WaitUnlessEnded) {}
 
 FolderThreads::~FolderThreads() { End(); }
 
@@ -63,8 +62,8 @@ std::size_t FolderThreads::StandingWatches() const {
 
 std::size_t FolderThreads::Alive() const {
   const Locked locked(lock);
-  return static_cast<std::size_t>(std::count_if(threads.begin(), threads.end(), [this](const KernelHandle &thread) {
-    return wait.Former()(thread.Get(), 0) == WAIT_TIMEOUT;
+  return static_cast<std::size_t>(std::count_if(threads.begin(), threads.end(), [](const KernelHandle &thread) {
+    return ::WaitForSingleObject(thread.Get(), 0) == WAIT_TIMEOUT;
   }));
 }
 
@@ -101,17 +100,19 @@ BOOL WINAPI FolderThreads::CloseWatchNoted(HANDLE watch) {
   return current->closeWatch.Former()(watch);
 }
 
-DWORD WINAPI FolderThreads::WaitUnlessEnded(HANDLE handle, DWORD milliseconds) {
+DWORD WINAPI FolderThreads::WaitUnlessEnded(DWORD count, const HANDLE *handles, BOOL all, DWORD milliseconds) {
+  std::vector<HANDLE> any(handles, handles + count);
   bool isWatch = false;
   {
     const Locked locked(current->lock);
-    isWatch = std::count(current->standing.begin(), current->standing.end(), handle) != 0;
+    isWatch =
+        std::find_first_of(any.begin(), any.end(), current->standing.begin(), current->standing.end()) != any.end();
   }
   if (!isWatch)
-    return current->wait.Former()(handle, milliseconds);
-  const std::array<HANDLE, 2> either = {current->ended.Get(), handle};
-  const DWORD answer = ::WaitForMultipleObjects(static_cast<DWORD>(either.size()), either.data(), FALSE, milliseconds);
-  return answer == WAIT_OBJECT_0 + 1 ? WAIT_OBJECT_0 : WAIT_FAILED;
+    return current->wait.Former()(count, handles, all, milliseconds);
+  any.push_back(current->ended.Get());
+  const DWORD answer = current->wait.Former()(count + 1, any.data(), FALSE, milliseconds);
+  return answer == WAIT_OBJECT_0 + count ? WAIT_FAILED : answer;
 }
 
 } // namespace lumenor::tests

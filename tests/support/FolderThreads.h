@@ -1,6 +1,6 @@
 #pragma once
-// The folder threads that start while this lives: how many there are, what they watch, and their end, which the product
-// itself leaves to the process's. One at a time.
+// The folder threads that start while this lives: how many there are, what they watch, and their end by a wait that
+// fails. One at a time.
 
 #include <string>
 #include <vector>
@@ -53,7 +53,7 @@ private:
                                          void *context, DWORD flags, DWORD *id);
   static HANDLE WINAPI OpenWatchNoted(const wchar_t *folder, BOOL subtree, DWORD filter);
   static BOOL WINAPI CloseWatchNoted(HANDLE watch);
-  static DWORD WINAPI WaitUnlessEnded(HANDLE handle, DWORD milliseconds);
+  static DWORD WINAPI WaitUnlessEnded(DWORD count, const HANDLE *handles, BOOL all, DWORD milliseconds);
 
   static inline FolderThreads *current = nullptr;
 
@@ -66,7 +66,7 @@ private:
   ImportSlot<decltype(&::CreateThread)> createThread;
   ImportSlot<decltype(&::FindFirstChangeNotificationW)> openWatch;
   ImportSlot<decltype(&::FindCloseChangeNotification)> closeWatch;
-  ImportSlot<decltype(&::WaitForSingleObject)> wait;
+  ImportSlot<decltype(&::WaitForMultipleObjects)> wait;
 };
 
 } // namespace lumenor::tests

@@ -104,6 +104,14 @@ void WriteBytes(const std::wstring &path, const std::string &bytes) {
 
 void WriteText(const std::wstring &path, const std::wstring &text) { WriteBytes(path, Utf8(text)); }
 
+void TouchFile(const std::wstring &path) {
+  const FileHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  DWORD written = 0;
+  if (!::WriteFile(file.Get(), "x", 1, &written, nullptr))
+    std::abort();
+}
+
 std::string ReadBytes(const std::wstring &path) {
   const FileHandle file(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));

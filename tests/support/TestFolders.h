@@ -79,6 +79,9 @@ void WriteBytes(const std::wstring &path, const std::string &bytes);
 /// The same with `text` as UTF-8.
 void WriteText(const std::wstring &path, const std::wstring &text);
 
+/// Writes one byte over the first of a file that is there: a change of one event, unlike making a file anew.
+void TouchFile(const std::wstring &path);
+
 /// The file's bytes; empty when it can't be read.
 std::string ReadBytes(const std::wstring &path);
 

@@ -1,6 +1,7 @@
 #include "system/FolderWatcher.h"
 
 #include <algorithm>
+#include <atomic>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -30,9 +31,12 @@ using testing::IsEmpty;
 
 constexpr UINT told = WM_USER + 11;
 
-DWORD ExitCode(const KernelHandle &thread) {
+std::atomic<int> sendings;
+decltype(&::CreateThread) createThread = nullptr;
+
+DWORD ExitCode(const FolderWatch &watch) {
   DWORD code = STILL_ACTIVE;
-  ::GetExitCodeThread(thread.Get(), &code);
+  ::GetExitCodeThread(watch.thread.Get(), &code);
   return code;
 }
 
@@ -53,6 +57,11 @@ protected:
         [&] { return threads.Watches().size() >= count && threads.StandingWatches() == threads.Alive(); });
   }
 
+  /// Waits for the end of the thread, which is a good one.
+  static bool Ends(const FolderWatch &watch) {
+    return tests::PumpUntil([&] { return ExitCode(watch) == 0; });
+  }
+
   const tests::TestFolders folders;
   std::vector<MSG> messages;
   std::function<void()> onMessage;
@@ -66,8 +75,8 @@ protected:
 };
 
 TEST_F(FolderWatcher, SendsItsMessageWhenAFileIsWritten) {
-  const KernelHandle thread = StartFolderWatch(window.Get(), told);
-  EXPECT_TRUE(thread);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  EXPECT_TRUE(watch);
   Write();
   ASSERT_TRUE(Hears(1));
   EXPECT_EQ(told, messages[0].message);
@@ -76,13 +85,13 @@ TEST_F(FolderWatcher, SendsItsMessageWhenAFileIsWritten) {
 }
 
 TEST_F(FolderWatcher, WatchesTheLastWritesInTheUsersFolderAlone) {
-  StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   EXPECT_THAT(threads.Watches(),
               ElementsAre(tests::FolderThreads::Watch{folders.UserFolder(), FALSE, FILE_NOTIFY_CHANGE_LAST_WRITE}));
 }
 
 TEST_F(FolderWatcher, WatchesAnewAfterEachChange) {
-  StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   for (std::size_t round = 1; round <= 20; ++round) {
     Write();
     ASSERT_TRUE(Hears(round));
@@ -94,8 +103,9 @@ TEST_F(FolderWatcher, WatchesAnewAfterEachChange) {
 }
 
 TEST_F(FolderWatcher, StandsWhenItsStartComesBack) {
+  std::vector<FolderWatch> watches;
   for (std::size_t round = 1; round <= 20; ++round) {
-    StartFolderWatch(window.Get(), told);
+    watches.push_back(StartFolderWatch(window.Get(), told));
     ASSERT_EQ(round, threads.StandingWatches());
   }
 }
@@ -107,7 +117,7 @@ TEST_F(FolderWatcher, HasNoWatchWhileTheWindowAnswers) {
       Write();
     standing.push_back(threads.StandingWatches());
   };
-  StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   Write();
   ASSERT_TRUE(Hears(1));
   ASSERT_TRUE(Asks(2));
@@ -121,7 +131,7 @@ TEST_F(FolderWatcher, HasNoWatchWhileTheWindowAnswers) {
 }
 
 TEST_F(FolderWatcher, TellsManyWritesAtMostOnceAPass) {
-  StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   for (int i = 0; i < 1000; ++i)
     Write(std::to_string(i)); // the thread waits for the answer from the first one on
   ASSERT_TRUE(Hears(1));
@@ -132,9 +142,8 @@ TEST_F(FolderWatcher, TellsManyWritesAtMostOnceAPass) {
 }
 
 TEST_F(FolderWatcher, SendsFromEveryThreadOnTheNextChange) {
-  StartFolderWatch(window.Get(), told);
-  StartFolderWatch(window.Get(), told + 1);
-  StartFolderWatch(window.Get(), told);
+  const FolderWatch watches[] = {StartFolderWatch(window.Get(), told), StartFolderWatch(window.Get(), told + 1),
+                                 StartFolderWatch(window.Get(), told)};
   Write();
   ASSERT_TRUE(Hears(3));
   ASSERT_TRUE(Asks(6));
@@ -145,7 +154,7 @@ TEST_F(FolderWatcher, SendsFromEveryThreadOnTheNextChange) {
 }
 
 TEST_F(FolderWatcher, ExpandsTheFolderAtEachPass) {
-  StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   const std::wstring other = folders.Root() + L"\\other";
   tests::MakeFolders(other + L"\\Tarnwick\\Lumenor");
   const tests::EnvironmentValue appData(L"APPDATA", other);
@@ -155,37 +164,98 @@ TEST_F(FolderWatcher, ExpandsTheFolderAtEachPass) {
   EXPECT_EQ(other + L"\\Tarnwick\\Lumenor", threads.Watches()[1].folder);
 }
 
-TEST_F(FolderWatcher, GoesOnWithAWindowThatIsGone) {
-  StartFolderWatch(window.Get(), told);
+TEST_F(FolderWatcher, EndsAtTheNextChangeWhenItsWindowIsGone) {
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   ::DestroyWindow(window.Get());
-  for (std::size_t round = 1; round <= 5; ++round) {
-    Write();
-    ASSERT_TRUE(Asks(round + 1));
-  }
-  EXPECT_EQ(1u, threads.Alive());
+  Write();
+  EXPECT_TRUE(Ends(watch));
+  EXPECT_EQ(0u, threads.StandingWatches());
   EXPECT_THAT(messages, IsEmpty());
 }
 
-TEST_F(FolderWatcher, EndsWithoutTheFolder) {
+LRESULT WINAPI NoteSending(HWND, UINT, WPARAM, LPARAM) {
+  ++sendings;
+  return 0;
+}
+
+// The number of a window that is gone may be given to another one later.
+TEST_F(FolderWatcher, SendsNothingToTheWindowOfAnotherProgram) {
+  const FolderWatch watch = StartFolderWatch(::GetDesktopWindow(), told);
+  const tests::ImportSlot sendMessage(&__imp_SendMessageW, &NoteSending);
+  sendings = 0;
+  Write();
+  EXPECT_TRUE(Ends(watch));
+  EXPECT_EQ(0, sendings);
+}
+
+TEST_F(FolderWatcher, EndsAtOnceWhenItIsLetGo) {
+  { const FolderWatch watch = StartFolderWatch(window.Get(), told); }
+  EXPECT_TRUE(tests::PumpUntil([&] { return threads.Alive() == 0; }));
+  EXPECT_EQ(0u, threads.StandingWatches());
+  EXPECT_THAT(messages, IsEmpty());
+}
+
+TEST_F(FolderWatcher, EndsBehindItsMessageWhenItIsLetGoDuringIt) {
+  FolderWatch watch = StartFolderWatch(window.Get(), told);
+  std::size_t alive = 0;
+  onMessage = [&] {
+    watch = {};
+    alive = threads.Alive();
+  };
+  Write();
+  ASSERT_TRUE(Hears(1));
+  EXPECT_EQ(1u, alive);
+  EXPECT_TRUE(tests::PumpUntil([&] { return threads.Alive() == 0; }));
+  EXPECT_EQ(1u, messages.size());
+  EXPECT_EQ(1u, threads.Watches().size());
+}
+
+TEST_F(FolderWatcher, IsRelievedByTheOneThatIsAssignedToIt) {
+  FolderWatch watch = StartFolderWatch(window.Get(), told);
+  watch = StartFolderWatch(window.Get(), told + 1);
+  ASSERT_TRUE(tests::PumpUntil([&] { return threads.Alive() == 1; }));
+  Write();
+  ASSERT_TRUE(Hears(1));
+  EXPECT_EQ(told + 1, messages[0].message);
+}
+
+HANDLE WINAPI CreateThreadAsleep(SECURITY_ATTRIBUTES *security, SIZE_T stackBytes, LPTHREAD_START_ROUTINE start,
+                                 void *context, DWORD flags, DWORD *id) {
+  return createThread(security, stackBytes, start, context, flags | CREATE_SUSPENDED, id);
+}
+
+TEST_F(FolderWatcher, StandsBeforeItsThreadRuns) {
+  FolderWatch watch;
+  {
+    const tests::ImportSlot slot(&__imp_CreateThread, &CreateThreadAsleep);
+    createThread = slot.Former();
+    watch = StartFolderWatch(window.Get(), told);
+  }
+  Write();
+  ::ResumeThread(watch.thread.Get());
+  EXPECT_TRUE(Hears(1));
+}
+
+TEST_F(FolderWatcher, IsNotStartedWithoutTheFolder) {
   tests::DeleteTree(folders.UserFolder());
-  const KernelHandle thread = StartFolderWatch(window.Get(), told);
-  EXPECT_EQ(0u, ExitCode(thread)); // the start came back for its end
+  EXPECT_FALSE(StartFolderWatch(window.Get(), told));
+  EXPECT_EQ(0u, threads.Starts().size());
   EXPECT_EQ(0u, threads.StandingWatches());
 }
 
 TEST_F(FolderWatcher, EndsWhenTheFolderGoesMeanwhile) {
-  const KernelHandle thread = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   onMessage = [&] { tests::DeleteTree(folders.UserFolder()); };
   Write();
-  EXPECT_TRUE(tests::PumpUntil([&] { return ExitCode(thread) == 0; }));
+  EXPECT_TRUE(Ends(watch));
   EXPECT_EQ(1u, messages.size());
 }
 
 TEST_F(FolderWatcher, WatchesAFolderThatWasMadeAnew) {
-  StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   tests::DeleteTree(folders.UserFolder());
   tests::MakeFolders(folders.UserFolder());
-  StartFolderWatch(window.Get(), told + 1);
+  const FolderWatch newer = StartFolderWatch(window.Get(), told + 1);
   Write();
   // The former watch may tell of the folder's end as well, sooner or later.
   EXPECT_TRUE(tests::PumpUntil([&] {
@@ -194,15 +264,15 @@ TEST_F(FolderWatcher, WatchesAFolderThatWasMadeAnew) {
 }
 
 TEST_F(FolderWatcher, EndsWhenItsWaitFails) {
-  const KernelHandle thread = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   EXPECT_TRUE(threads.End());
-  EXPECT_EQ(0u, ExitCode(thread));
+  EXPECT_EQ(0u, ExitCode(watch));
   EXPECT_EQ(0u, threads.StandingWatches());
   EXPECT_THAT(messages, IsEmpty());
 }
 
 TEST_F(FolderWatcher, KeepsNothingOfAPass) {
-  StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   Write();
   ASSERT_TRUE(Hears(1));
   ASSERT_TRUE(Asks(2));
@@ -216,7 +286,7 @@ TEST_F(FolderWatcher, KeepsNothingOfAPass) {
 }
 
 TEST_F(FolderWatcher, ReservesLittleForItsThreads) {
-  StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   ASSERT_EQ(1u, threads.Starts().size());
   EXPECT_GE(128u * 1024, threads.Starts()[0].stackBytes);
   EXPECT_LT(0u, threads.Starts()[0].stackBytes); // 0 stands for the program's own size
@@ -248,13 +318,13 @@ LRESULT WINAPI RaiseInstead(HWND, UINT, WPARAM, LPARAM) { throw std::runtime_err
 TEST_F(FolderWatcher, LetsNoExceptionOut) {
   OpenDockEventLog();
   const desk::EventLogSpy eventLog;
-  const KernelHandle thread = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(window.Get(), told);
   {
     const tests::ImportSlot sendMessage(&__imp_SendMessageW, &RaiseInstead);
     Write();
-    EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(thread.Get(), 10'000));
+    EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(watch.thread.Get(), 10'000));
   }
-  EXPECT_EQ(0u, ExitCode(thread));
+  EXPECT_EQ(0u, ExitCode(watch));
   EXPECT_THAT(desk::EventLogSpy::Reports(), ElementsAre(L"caught an unhandled exception in FolderWatchThread"));
 }
 

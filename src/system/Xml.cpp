@@ -25,7 +25,24 @@ XmlDocumentPtr NewDocument() {
   ThrowIfFailed(document->put_async(VARIANT_FALSE));
   ThrowIfFailed(document->put_validateOnParse(VARIANT_TRUE));
   ThrowIfFailed(document->put_resolveExternals(VARIANT_TRUE));
+  VARIANT prohibited = {};
+  prohibited.vt = VT_BOOL;
+  prohibited.boolVal = VARIANT_TRUE;
+  document->setProperty(MakeBstr(L"ProhibitDTD").Get(), prohibited); // where it fails, HasDoctype tells
   return document;
+}
+
+/// Not every platform's parser refuses a DOCTYPE when it is told to, and none of the documents has any use for one: its
+/// entities would be expanded, its declarations enforced.
+bool HasDoctype(const XmlDocumentPtr &document) {
+  ComPtr<IXMLDOMDocumentType> type;
+  ThrowIfFailed(document->get_doctype(type.GetAddressOf()));
+  return type != nullptr;
+}
+
+/// The document after its parser's answer; null when it holds nothing that may be read.
+XmlDocumentPtr Parsed(const XmlDocumentPtr &document, HRESULT result, VARIANT_BOOL isParsed) {
+  return SUCCEEDED(result) && isParsed && !HasDoctype(document) ? document : nullptr;
 }
 
 bool IsHighSurrogate(wchar_t c) { return c >= 0xD800 && c <= 0xDBFF; }
@@ -55,17 +72,17 @@ void SetAttribute(const XmlDocumentPtr &document, const XmlNodePtr &node, const 
 } // namespace
 
 XmlDocumentPtr LoadXmlFile(const std::wstring &path) {
-  XmlDocumentPtr document = NewDocument();
-  VARIANT_BOOL parsed = VARIANT_FALSE;
-  const HRESULT result = document->load(Variant(path).Get(), &parsed);
-  return SUCCEEDED(result) && parsed ? document : nullptr;
+  const XmlDocumentPtr document = NewDocument();
+  VARIANT_BOOL isParsed = VARIANT_FALSE;
+  const HRESULT result = document->load(Variant(path).Get(), &isParsed);
+  return Parsed(document, result, isParsed);
 }
 
 XmlDocumentPtr LoadXmlString(const std::wstring &xml) {
-  XmlDocumentPtr document = NewDocument();
-  VARIANT_BOOL parsed = VARIANT_FALSE;
-  const HRESULT result = document->loadXML(MakeBstr(xml).Get(), &parsed);
-  return SUCCEEDED(result) && parsed ? document : nullptr;
+  const XmlDocumentPtr document = NewDocument();
+  VARIANT_BOOL isParsed = VARIANT_FALSE;
+  const HRESULT result = document->loadXML(MakeBstr(xml).Get(), &isParsed);
+  return Parsed(document, result, isParsed);
 }
 
 void SaveXmlFile(const XmlDocumentPtr &document, const std::wstring &path) {

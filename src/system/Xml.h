@@ -23,11 +23,11 @@ using XmlNodePtr = Microsoft::WRL::ComPtr<IXMLDOMNode>;
 /// Names and values of attributes, in order.
 using XmlAttributes = std::vector<std::pair<std::wstring, std::wstring>>;
 
-/// The document in the file at the expanded `path`; null, with no line logged, when it can't be read or isn't
-/// well-formed.
+/// The document in the file at the expanded `path`; null, with no line logged, when it can't be read, isn't well-formed
+/// or has a DOCTYPE.
 XmlDocumentPtr LoadXmlFile(const std::wstring &path);
 
-/// The document that `xml` holds; null when it isn't well-formed.
+/// The document that `xml` holds; null when it isn't well-formed or has a DOCTYPE.
 XmlDocumentPtr LoadXmlString(const std::wstring &xml);
 
 /// Writes the document over the file at the expanded `path`.

@@ -70,7 +70,7 @@ ElementList LoadDocument(const std::wstring &name, bool force) {
   if (!DocumentExists(name) || force)
     ApplyStubs(name);
   ElementList elements;
-  const XmlDocumentPtr document = LoadXmlFile(DocumentPath(name));
+  const XmlDocumentPtr document = LoadXmlFileWhenFree(DocumentPath(name));
   if (document == nullptr)
     return elements;
   for (const XmlNodePtr &node : SelectNodes(document, ElementsQuery(name)))

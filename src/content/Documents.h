@@ -32,8 +32,8 @@ Element NodeToElement(const XmlNodePtr &node);
 /// stubs; a broken one reads as empty and stays as it is. Raises HResultError when the DOM or the writing fails.
 ElementList LoadDocument(const std::wstring &name, bool force);
 
-/// Writes `list` over the document, making the user's folder when it is missing. Raises HResultError; nothing has been
-/// written unless the file itself couldn't be.
+/// Writes `list` over the document, whole or not at all, making the user's folder when it is missing. A file that is in
+/// use is waited for a while. Raises HResultError; the old document is then as it was.
 void SaveDocument(const ElementList &list, const std::wstring &name);
 
 } // namespace lumenor

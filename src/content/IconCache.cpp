@@ -9,7 +9,9 @@
 #include "system/HResultError.h"
 #include "system/ImagePath.h"
 #include "system/Instance.h"
+#include "system/MemoryStream.h"
 #include "system/Paths.h"
+#include "system/WholeFile.h"
 
 #include <olectl.h>
 #include <shellapi.h>
@@ -50,28 +52,26 @@ struct IconImage {
 };
 
 IconImage ImageOf(HICON icon) {
-  IconImage image;
-  ThrowIfFailed(::CreateStreamOnHGlobal(nullptr, TRUE, &image.stream));
+  IconImage image{MakeMemoryStream()};
   ThrowIfFailed(PictureOf(icon)->SaveAsFile(image.stream.Get(), TRUE, &image.size));
   ThrowIfFailed(image.stream->Seek({}, STREAM_SEEK_SET, nullptr));
   return image;
 }
 
-bool WriteBlock(HANDLE file, const void *bytes, ULONG size) {
-  DWORD written = 0;
-  return ::WriteFile(file, bytes, size, &written, nullptr) && written == size;
-}
-
-/// Ends early where the stream does, whatever size was told.
-void CopyImage(const IconImage &image, HANDLE file) {
+/// As many bytes as were told. Raises HResultError where the stream breaks off before.
+std::string BytesOfImage(const IconImage &image) {
+  std::string bytes;
   std::array<char, blockSize> block;
   for (LONG left = image.size; left > 0;) {
     ULONG read = 0;
     const ULONG wanted = static_cast<ULONG>(std::min<LONG>(left, blockSize));
-    if (FAILED(image.stream->Read(block.data(), wanted, &read)) || read == 0 || !WriteBlock(file, block.data(), read))
-      return;
+    ThrowIfFailed(image.stream->Read(block.data(), wanted, &read));
+    if (read == 0)
+      throw HResultError(E_UNEXPECTED);
+    bytes.append(block.data(), read);
     left -= static_cast<LONG>(read);
   }
+  return bytes;
 }
 
 } // namespace
@@ -90,13 +90,7 @@ std::wstring CacheAssociatedIcon(const std::wstring &target) {
 
 void SaveIconFile(HICON icon, const std::wstring &path) noexcept {
   // A task without its picture is still a task.
-  static_cast<void>(HResultOf([&] {
-    const IconImage image = ImageOf(icon);
-    const FileHandle file(
-        ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (file)
-      CopyImage(image, file.Get());
-  }));
+  static_cast<void>(HResultOf([&] { WriteWholeFile(path, BytesOfImage(ImageOf(icon))); }));
 }
 
 } // namespace lumenor

@@ -17,8 +17,7 @@ std::wstring CachedIconPath(const std::wstring &target);
 /// is kept, which tells nothing of whether it could be written; empty when the shell has no icon for it.
 std::wstring CacheAssociatedIcon(const std::wstring &target);
 
-/// Writes `icon`, which stays the caller's, to `path` over what is there. A failure is silent and may leave a file that
-/// breaks off.
+/// Writes `icon`, which stays the caller's, to `path` over what is there, whole or not at all. A failure is silent.
 void SaveIconFile(HICON icon, const std::wstring &path) noexcept;
 
 } // namespace lumenor

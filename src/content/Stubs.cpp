@@ -85,7 +85,7 @@ void ProcessStubsInLocale(const std::wstring &documentName, const std::wstring &
 }
 
 Element ReadStubFile(const std::wstring &documentName, const std::wstring &path, std::vector<Condition> &conditions) {
-  const XmlDocumentPtr document = LoadXmlFile(path);
+  const XmlDocumentPtr document = LoadXmlFileWhenFree(path);
   if (document == nullptr)
     throw InvalidDstbException();
   const XmlNodePtr node = SelectNode(document, ElementsQuery(documentName));

@@ -18,7 +18,7 @@ public:
 };
 
 /// Writes the document afresh from its stubs along the user's chain of locale folders, also when none applies. Raises
-/// HResultError; the document's file is then as it was, or what the failed writing left.
+/// HResultError; the document's file is then as it was.
 void ApplyStubs(const std::wstring &documentName);
 
 /// The bare file names of the document's stubs in a locale folder, in the order in which the platform lists them.

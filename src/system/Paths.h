@@ -15,6 +15,10 @@ std::wstring ExpandPath(const std::wstring &text);
 /// Whether the platform finds a file or folder at the expanded `path`.
 bool PathExists(const std::wstring &path);
 
+/// Whether the platform says that nothing is at the expanded `path`. False also when it can't be asked, as of a folder
+/// on a server that doesn't answer: nothing is then known, and what may be there isn't to be replaced.
+bool PathIsMissing(const std::wstring &path);
+
 /// Whether the platform finds a file at the expanded `path`; a folder isn't one.
 bool FileExists(const std::wstring &path);
 

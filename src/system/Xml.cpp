@@ -1,8 +1,11 @@
 #include "system/Xml.h"
 
 #include "system/ComText.h"
+#include "system/FileReading.h"
 #include "system/HResultError.h"
+#include "system/MemoryStream.h"
 #include "system/Text.h"
+#include "system/WholeFile.h"
 
 namespace lumenor {
 
@@ -78,6 +81,11 @@ XmlDocumentPtr LoadXmlFile(const std::wstring &path) {
   return Parsed(document, result, isParsed);
 }
 
+XmlDocumentPtr LoadXmlFileWhenFree(const std::wstring &path) {
+  const FileHandle held = OpenForReadingWhenFree(path); // nobody begins to write it while it is parsed
+  return LoadXmlFile(path);
+}
+
 XmlDocumentPtr LoadXmlString(const std::wstring &xml) {
   const XmlDocumentPtr document = NewDocument();
   VARIANT_BOOL isParsed = VARIANT_FALSE;
@@ -87,7 +95,12 @@ XmlDocumentPtr LoadXmlString(const std::wstring &xml) {
 
 void SaveXmlFile(const XmlDocumentPtr &document, const std::wstring &path) {
   RequireNode(document);
-  ThrowIfFailed(document->save(Variant(path).Get()));
+  const ComPtr<IStream> stream = MakeMemoryStream();
+  VARIANT target = {};
+  target.vt = VT_UNKNOWN;
+  target.punkVal = stream.Get(); // lent
+  ThrowIfFailed(document->save(target));
+  WriteWholeFile(path, BytesOf(stream.Get()));
 }
 
 XmlNodePtr SelectNode(const XmlNodePtr &node, const std::wstring &xpath) {

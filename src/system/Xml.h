@@ -27,10 +27,13 @@ using XmlAttributes = std::vector<std::pair<std::wstring, std::wstring>>;
 /// or has a DOCTYPE.
 XmlDocumentPtr LoadXmlFile(const std::wstring &path);
 
+/// The same of a file that other programs may have in use for a moment, which is waited for.
+XmlDocumentPtr LoadXmlFileWhenFree(const std::wstring &path);
+
 /// The document that `xml` holds; null when it isn't well-formed or has a DOCTYPE.
 XmlDocumentPtr LoadXmlString(const std::wstring &xml);
 
-/// Writes the document over the file at the expanded `path`.
+/// Writes the document over the file at the expanded `path`, whole or not at all (system/WholeFile.h).
 void SaveXmlFile(const XmlDocumentPtr &document, const std::wstring &path);
 
 /// The first node that matches; null when none does or `node` is null.

@@ -32,7 +32,7 @@ std::uint32_t ContinueChecksum(std::uint32_t checksum, std::string_view bytes) {
 }
 
 std::uint32_t FileChecksum(const std::wstring &path) {
-  const FileHandle file = OpenForReading(path);
+  const FileHandle file = OpenForReadingWhenFree(path);
   if (!file)
     return 0;
   std::uint32_t checksum = checksumStart;

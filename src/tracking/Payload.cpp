@@ -65,7 +65,7 @@ Payload::Payload(XmlDocumentPtr document, XmlNodePtr root) : document(std::move(
 
 std::optional<Payload> Payload::Open() {
   const std::wstring path = PayloadPath();
-  const XmlDocumentPtr document = PathExists(path) ? LoadXmlFile(path) : LoadXmlString(emptyPayload);
+  const XmlDocumentPtr document = PathIsMissing(path) ? LoadXmlString(emptyPayload) : LoadXmlFileWhenFree(path);
   const XmlNodePtr root = SelectNode(document, L"/payload");
   if (root == nullptr) {
     LogError("RUQMENT: no payload in %S", path.c_str());

@@ -25,7 +25,7 @@ public:
   /// Puts the record behind those that are there.
   void Append(const TrackRecord &record);
 
-  /// Writes all of it over the temporary file, whose folder is made when it is missing.
+  /// Writes all of it over the temporary file, whole or not at all; its folder is made when it is missing.
   void Save() const;
 
 private:

@@ -5,6 +5,7 @@
 
 #include <rpc.h>
 
+#include "system/FileInUse.h"
 #include "system/FileReading.h"
 #include "system/HResultError.h"
 #include "system/Log.h"
@@ -274,7 +275,7 @@ void UsageTracker::TransferPayload() {
   const std::wstring source = PayloadPath();
   const std::wstring target = ExpandPath(payloadFolder) + UIntToText(FileChecksum(source)) + payloadEnding;
   LogInfo("Attempting to move file from : %S to %S", source.c_str(), target.c_str());
-  ThrowIfFalse(::MoveFileW(source.c_str(), target.c_str()));
+  ThrowIfFalse(TryWhileInUse([&] { return ::MoveFileW(source.c_str(), target.c_str()) != FALSE; }));
   StartCollector();
 }
 

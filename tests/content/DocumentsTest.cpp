@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "support/ComApartment.h"
+#include "support/FailingDisk.h"
+#include "support/HeldFile.h"
 #include "support/LogCapture.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
@@ -293,6 +295,66 @@ TEST_F(Documents, WhileTheirFileMayOnlyBeReadSavingRaisesAndTheOldFileStays) {
       ::CreateFileW(DocumentPath(name).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
   EXPECT_LT(FailureOfSaving({Named(L"new", 1)}), 0);
   EXPECT_THAT(Load(), ElementsAre(Named(L"old", 1)));
+}
+
+TEST_F(Documents, InUseForAMomentAreReadAllTheSame) {
+  SaveDocument({Named(L"a", 1)}, name);
+  const tests::HeldFile held(DocumentPath(name), 3);
+  EXPECT_THAT(Load(), ElementsAre(Named(L"a", 1)));
+  EXPECT_FALSE(held.IsHeld());
+}
+
+TEST_F(Documents, InUseForAMomentAreSavedAllTheSame) {
+  SaveDocument({Named(L"old", 1)}, name);
+  for (const DWORD share : {0, FILE_SHARE_READ}) {
+    const tests::HeldFile held(DocumentPath(name), 3, share);
+    EXPECT_EQ(S_OK, FailureOfSaving({Named(L"new", share)}));
+    EXPECT_THAT(Load(), ElementsAre(Named(L"new", share)));
+  }
+}
+
+TEST_F(Documents, InUseForLongerThanAQuarterOfASecondFailTheSave) {
+  SaveDocument({Named(L"old", 1)}, name);
+  {
+    const tests::HeldFile held(DocumentPath(name));
+    EXPECT_LT(FailureOfSaving({Named(L"new", 1)}), 0);
+    EXPECT_EQ(250u, tests::HeldFile::WaitedMs());
+  }
+  EXPECT_THAT(Load(), ElementsAre(Named(L"old", 1)));
+  EXPECT_THAT(tests::ListFolder(folders.UserFolder()), ElementsAre(L"Some.Document.xml"));
+}
+
+TEST_F(Documents, OnAFullDiskSavingRaisesAndTheOldListStays) {
+  SaveDocument({Named(L"old", 1)}, name);
+  const ElementList longer(1000, FullElement());
+  for (const DWORD taken : {0, 100}) {
+    const tests::FullDisk full(taken);
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_DISK_FULL), FailureOfSaving(longer));
+  }
+  EXPECT_THAT(Load(), ElementsAre(Named(L"old", 1)));
+  EXPECT_THAT(tests::ListFolder(folders.UserFolder()), ElementsAre(L"Some.Document.xml"));
+}
+
+TEST_F(Documents, OnAFullDiskMissingOnesAreNotThereHalf) {
+  const tests::FullDisk full(100);
+  EXPECT_LT(FailureOfSaving({FullElement()}), 0);
+  EXPECT_THAT(tests::ListFolder(folders.UserFolder()), IsEmpty());
+}
+
+TEST_F(Documents, OnAFullDiskAResetRaisesAndTheOldListStays) {
+  WriteStub("<Element><Head>stub</Head><Position>4</Position></Element>");
+  SaveDocument({Named(L"users", 1)}, name);
+  {
+    const tests::FullDisk full(100);
+    EXPECT_THROW(LoadDocument(name, true), HResultError);
+  }
+  EXPECT_THAT(Load(), ElementsAre(Named(L"users", 1)));
+}
+
+TEST_F(Documents, WithADoctypeReadAsEmpty) {
+  tests::WriteBytes(DocumentPath(name), "<!DOCTYPE UIRoot [<!ENTITY e \"text\">]><UIRoot><Some.Document><Elements>"
+                                        "<Element><Head>&e;</Head></Element></Elements></Some.Document></UIRoot>");
+  EXPECT_THAT(Load(), IsEmpty());
 }
 
 TEST_F(Documents, OfANameThatXmlDoesNotTakeAreNotSavedAndLoadAsEmpty) {

@@ -7,6 +7,7 @@
 #include "content/IconSpy.h"
 #include "content/ShellSteps.h"
 #include "support/ComApartment.h"
+#include "support/FailingDisk.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
 
@@ -14,7 +15,6 @@
 
 extern "C" decltype(&::OleCreatePictureIndirect) __imp_OleCreatePictureIndirect;
 extern "C" decltype(&::CreateStreamOnHGlobal) __imp_CreateStreamOnHGlobal;
-extern "C" decltype(&::WriteFile) __imp_WriteFile;
 
 namespace lumenor {
 namespace {
@@ -210,13 +210,13 @@ TEST_F(SaveIconFileTest, ReadsBlocksOf4096Bytes) {
   EXPECT_THAT(PictureSpy::reads, ElementsAre(4096u, 4096u, 1808u));
 }
 
-TEST_F(SaveIconFileTest, EndsWhereTheStreamEndsBeforeTheToldSize) {
+TEST_F(SaveIconFileTest, LeavesNothingOfAStreamThatEndsBeforeTheToldSize) {
   const PictureSpy picture;
   for (const std::size_t size : {0, 100, 4096, 5000}) {
     PictureSpy::bytes = Pattern(size);
     PictureSpy::told = 20000;
     SaveIconFile(icon, path);
-    EXPECT_TRUE(Pattern(size) == ReadBytes(path)) << size;
+    EXPECT_FALSE(Exists(path)) << size;
   }
 }
 
@@ -257,66 +257,45 @@ TEST_F(SaveIconFileTest, ReplacesWhatWasThere) {
   EXPECT_TRUE(Pattern(5000) == ReadBytes(path));
 }
 
-TEST_F(SaveIconFileTest, LetsNobodyIntoTheFileMeanwhileAndEverybodyAfterwards) {
+TEST_F(SaveIconFileTest, IsThereOnlyWhenItIsWholeAndForEverybodyThen) {
   const PictureSpy picture;
   PictureSpy::bytes = Pattern(10);
-  constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  DWORD error = 0;
-  PictureSpy::onRead = [&] {
-    const FileHandle file(::CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, 0, nullptr));
-    error = file ? ERROR_SUCCESS : ::GetLastError();
-  };
+  bool isThere = true;
+  PictureSpy::onRead = [&] { isThere = Exists(path); };
   SaveIconFile(icon, path);
-  EXPECT_EQ(static_cast<DWORD>(ERROR_SHARING_VIOLATION), error);
+  EXPECT_FALSE(isThere);
   EXPECT_TRUE(FileHandle(::CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)));
+  EXPECT_THAT(ListFolder(folders.Root()), testing::Contains(L"saved.ico"));
+  EXPECT_THAT(ListFolder(folders.Root()), testing::Not(testing::Contains(L"saved.ico.new")));
 }
 
-TEST_F(SaveIconFileTest, KeepsWhatWasReadBeforeAReadThatFails) {
+TEST_F(SaveIconFileTest, LeavesNothingOfAStreamWhoseReadFails) {
   const PictureSpy picture;
   PictureSpy::bytes = Pattern(10000);
   PictureSpy::failingRead = 2;
   SaveIconFile(icon, path);
-  EXPECT_TRUE(Pattern(4096) == ReadBytes(path));
   EXPECT_EQ(2u, PictureSpy::reads.size());
+  EXPECT_FALSE(Exists(path));
 }
 
-decltype(&::WriteFile) formerWriteFile;
-int writes;
-
-BOOL WINAPI WriteHalf(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD written, LPOVERLAPPED overlapped) {
-  ++writes;
-  return formerWriteFile(file, bytes, size / 2, written, overlapped);
-}
-
-BOOL WINAPI FailToWrite(HANDLE, LPCVOID, DWORD, LPDWORD written, LPOVERLAPPED) {
-  ++writes;
-  *written = 0;
-  return FALSE;
-}
-
-TEST_F(SaveIconFileTest, EndsAtAWriteThatComesUpShort) {
+TEST_F(SaveIconFileTest, LeavesNothingOnAFullDisk) {
   const PictureSpy picture;
   PictureSpy::bytes = Pattern(10000);
-  writes = 0;
-  {
-    const ImportSlot slot(&__imp_WriteFile, &WriteHalf);
-    formerWriteFile = slot.Former();
+  const std::vector<std::wstring> before = ListFolder(folders.Root());
+  for (const DWORD taken : {0, 100}) {
+    const FullDisk full(taken);
     SaveIconFile(icon, path);
+    EXPECT_EQ(before, ListFolder(folders.Root()));
   }
-  EXPECT_EQ(1, writes);
-  EXPECT_TRUE(Pattern(2048) == ReadBytes(path));
 }
 
-TEST_F(SaveIconFileTest, EndsAtAWriteThatFails) {
+TEST_F(SaveIconFileTest, LeavesNothingOfAWriteThatComesUpShort) {
   const PictureSpy picture;
   PictureSpy::bytes = Pattern(10000);
-  writes = 0;
-  {
-    const ImportSlot slot(&__imp_WriteFile, &FailToWrite);
-    SaveIconFile(icon, path);
-  }
-  EXPECT_EQ(1, writes);
-  EXPECT_EQ("", ReadBytes(path));
+  const std::vector<std::wstring> before = ListFolder(folders.Root());
+  const HalfDisk half;
+  SaveIconFile(icon, path);
+  EXPECT_EQ(before, ListFolder(folders.Root()));
 }
 
 TEST_F(SaveIconFileTest, LeavesAFileAloneWhenThePictureCanNotBeSaved) {
@@ -351,7 +330,7 @@ TEST_F(SaveIconFileTest, IsSilentWhereNoFileCanBeMade) {
   SaveIconFile(icon, Path(L"a|b\n.ico"));
   SaveIconFile(icon, {});
   EXPECT_FALSE(Exists(Path(L"no such folder")));
-  EXPECT_THAT(PictureSpy::reads, IsEmpty());
+  EXPECT_THAT(ListFolder(folders.Root()), ElementsAre(L"A", L"D", L"P", L"X"));
 }
 
 BOOL freesWithStream;

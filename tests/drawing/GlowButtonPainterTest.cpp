@@ -8,6 +8,7 @@
 #include "drawing/ButtonStage.h"
 #include "drawing/PaintSurface.h"
 #include "drawing/Pictures.h"
+#include "support/FailingDisk.h"
 #include "support/HandleCounts.h"
 #include "support/LogCapture.h"
 #include "support/OperationSpy.h"
@@ -199,6 +200,15 @@ TEST_F(GlowButtonPainterTest, ACacheFolderThatCannotBeMadeCostsOnlyTheCache) {
   EXPECT_EQ(SolidPicture(20, 20, 0xFF181818), PaintVariant(painter, 1, 0));
   EXPECT_EQ(SolidPicture(20, 20, 0xFF0F1941), PaintVariant(painter, 0, 1));
   EXPECT_EQ("a file, not a folder", ReadBytes(folders.CommonFolder() + L"\\ImageCache"));
+}
+
+TEST_F(GlowButtonPainterTest, AFullDiskCostsOnlyTheCacheAndLeavesNothingInIt) {
+  const std::wstring picture = MakePicture(SolidPicture(20, 20, 0xFF000000));
+  const FullDisk full(20);
+  const auto painter = MakePainter(picture);
+  EXPECT_EQ(SolidPicture(20, 20, 0xFF181818), PaintVariant(painter, 1, 0));
+  EXPECT_EQ(SolidPicture(20, 20, 0xFF0F1941), PaintVariant(painter, 0, 1));
+  EXPECT_THAT(ListFolder(folders.CommonFolder() + L"\\ImageCache"), IsEmpty());
 }
 
 TEST_F(GlowButtonPainterTest, WithoutACacheTheGlowIsDrawnPixelForPixel) {

@@ -5,6 +5,7 @@
 
 #include "drawing/PaintSurface.h"
 #include "drawing/Pictures.h"
+#include "support/FailingDisk.h"
 #include "support/LogCapture.h"
 #include "support/OperationSpy.h"
 #include "support/TestFolders.h"
@@ -263,6 +264,19 @@ TEST_F(WICHelper, SavingWhereNothingCanBeWrittenRaises) {
   const BitmapHandle source = MakeDib(SolidPicture(2, 2, 0xFF336699));
   EXPECT_THROW(SaveHBitmapAsPng(source.Get(), Path(L"no such folder\\a.png")), HResultError);
   EXPECT_THROW(SaveHBitmapAsPng(source.Get(), folders.Root()), HResultError) << "a folder";
+}
+
+TEST_F(WICHelper, SavingOnAFullDiskRaisesAndLeavesWhatWasThere) {
+  const BitmapHandle source = MakeDib(SolidPicture(48, 48, 0xFF336699));
+  WriteBytes(Path(L"old.png"), "old");
+  {
+    const FullDisk full(100);
+    EXPECT_THROW(SaveHBitmapAsPng(source.Get(), Path(L"old.png")), HResultError);
+    EXPECT_THROW(SaveHBitmapAsPng(source.Get(), Path(L"new.png")), HResultError);
+  }
+  EXPECT_EQ("old", ReadBytes(Path(L"old.png")));
+  EXPECT_FALSE(Exists(Path(L"new.png")));
+  EXPECT_FALSE(Exists(Path(L"new.png.new")));
 }
 
 TEST_F(WICHelper, WritePngReturnsAFailureInsteadOfRaisingIt) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "support/ComApartment.h"
+#include "support/FailingDisk.h"
 #include "support/ImportSlot.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
@@ -304,6 +305,17 @@ TEST_F(Xml, WhatIsNoChildIsNotRemoved) {
 TEST_F(Xml, SavingWhereNoFileCanBeRaises) {
   const XmlDocumentPtr document = LoadXmlString(L"<a/>");
   EXPECT_LT(FailureOf([&] { SaveXmlFile(document, folders.Root() + L"\\missing\\a.xml"); }), 0);
+}
+
+TEST_F(Xml, ASaveThatFailsHalfwayRaisesAndLeavesTheOldFile) {
+  const std::wstring path = folders.Root() + L"\\a.xml";
+  tests::WriteBytes(path, "<old/>");
+  const XmlDocumentPtr document = LoadXmlString(L"<a>" + std::wstring(10000, L'x') + L"</a>");
+  {
+    const tests::FullDisk full(4096);
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_DISK_FULL), FailureOf([&] { SaveXmlFile(document, path); }));
+  }
+  EXPECT_EQ("<old/>", tests::ReadBytes(path));
 }
 
 TEST_F(Xml, TheDeclarationIsSavedAsItStands) {

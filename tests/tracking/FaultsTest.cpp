@@ -2,6 +2,8 @@
 
 #include "tracking/Tracking.h"
 
+#include "support/FailingDisk.h"
+#include "support/HeldFile.h"
 #include "system/Handles.h"
 #include "system/HResultError.h"
 
@@ -125,6 +127,50 @@ TEST_F(Faults, AFileThatOthersReadCannotBeWritten) {
     EXPECT_THAT(Summary(tracker.GetRecords()), ElementsAre("Button 1 2", "Button 2 3"));
   }
   EXPECT_EQ(before, OpenPayload());
+  ExpectAllWritten({"before 1 1", "Button 1 2", "Button 2 3"});
+}
+
+TEST_F(Faults, AFileThatIsInUseForAMomentIsWritten) {
+  AddButtons(1, L"before ");
+  tracker.Flush();
+  AddButtons(1);
+  {
+    const tests::HeldFile held(TemporaryFile(), 2);
+    EXPECT_EQ(S_OK, FlushFailure());
+  }
+  ExpectAllWritten({"before 1 1", "Button 1 2"});
+}
+
+TEST_F(Faults, AFileThatOthersReadForAMomentIsWritten) {
+  AddButtons(1, L"before ");
+  tracker.Flush();
+  AddButtons(1);
+  {
+    const tests::HeldFile held(TemporaryFile(), 2, FILE_SHARE_READ);
+    EXPECT_EQ(S_OK, FlushFailure());
+  }
+  ExpectAllWritten({"before 1 1", "Button 1 2"});
+}
+
+TEST_F(Faults, APayloadThatIsInUseForAMomentIsHandedOver) {
+  tests::WriteBytes(TemporaryFile(), "123456789");
+  const tests::HeldFile held(TemporaryFile(), 2, FILE_SHARE_READ);
+  EXPECT_EQ(S_OK, HResultOf([&] { tracker.TransferPayload(); }));
+  EXPECT_THAT(tests::ListFolder(PayloadFolder()), ElementsAre(L"873187033.ruq"));
+  EXPECT_FALSE(held.IsHeld());
+}
+
+TEST_F(Faults, AFullDiskKeepsTheFileAndTheRecords) {
+  AddButtons(1, L"before ");
+  tracker.Flush();
+  const std::string before = OpenPayload();
+  AddButtons(2);
+  {
+    const tests::FullDisk full(100);
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_DISK_FULL), FlushFailure());
+  }
+  EXPECT_EQ(before, OpenPayload());
+  EXPECT_THAT(tests::ListFolder(PayloadFolder()), ElementsAre(L"ruqDock.tmp"));
   ExpectAllWritten({"before 1 1", "Button 1 2", "Button 2 3"});
 }
 

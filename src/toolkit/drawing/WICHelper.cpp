@@ -4,7 +4,9 @@
 #include "system/ImagePath.h"
 #include "system/Instance.h"
 #include "system/Log.h"
+#include "system/MemoryStream.h"
 #include "system/Paths.h"
+#include "system/WholeFile.h"
 
 using Microsoft::WRL::ComPtr;
 
@@ -206,10 +208,12 @@ BitmapHandle CreateDib(int width, int height) {
 
 void SaveHBitmapAsPng(HBITMAP source, const std::wstring &path) {
   const ComPtr<IWICBitmap> picture = WrapHBitmap(source);
+  const ComPtr<IStream> memory = MakeMemoryStream();
   ComPtr<IWICStream> stream;
   ThrowIfFailed(GetImagingFactory()->CreateStream(&stream));
-  ThrowIfFailed(stream->InitializeFromFilename(path.c_str(), GENERIC_WRITE));
+  ThrowIfFailed(stream->InitializeFromIStream(memory.Get()));
   ThrowIfFailed(WritePng(picture.Get(), stream.Get()));
+  WriteWholeFile(path, BytesOf(memory.Get()));
 }
 
 HRESULT WritePng(IWICBitmapSource *source, IWICStream *stream) {

@@ -48,7 +48,7 @@ BitmapHandle LoadHBitmapFromFile(const std::wstring &imagePath);
 /// A transparent black DIB section, 32 bits a pixel, top row first, sizes in pixels.
 BitmapHandle CreateDib(int width, int height);
 
-/// Writes `source` to `path` as a PNG file, over what is there.
+/// Writes `source` to `path` as a PNG file, over what is there, whole or not at all.
 void SaveHBitmapAsPng(HBITMAP source, const std::wstring &path);
 
 /// Encodes `source` into `stream` as PNG; the first failure is returned, not raised.

@@ -1,5 +1,7 @@
 #pragma once
-// The names of the documents that the bar and the jump list are built from.
+// The names of the documents that the bar and the jump list are built from, and what a name may be.
+
+#include <string>
 
 namespace lumenor {
 
@@ -9,5 +11,10 @@ inline constexpr wchar_t forYouDocumentName[] = L"Lumenor.MainFrame.Windows.Dock
 
 /// Its entries aren't shown; they bring pictures for the tasks of the same position.
 inline constexpr wchar_t jumpListDocumentName[] = L"Lumenor.MainFrame.Controls.JumpList.Main";
+
+/// Whether a document can have this name, which is at once that of an element, a step of an XPath and a file's: one
+/// that XML takes without a prefix, and that the platform doesn't keep for a device. Needs a thread that has
+/// initialised COM.
+bool IsDocumentName(const std::wstring &name);
 
 } // namespace lumenor

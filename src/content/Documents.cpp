@@ -2,7 +2,9 @@
 
 #include <cstdlib>
 
+#include "content/DocumentNames.h"
 #include "content/Stubs.h"
+#include "system/Log.h"
 #include "system/Paths.h"
 #include "system/Text.h"
 
@@ -67,6 +69,10 @@ Element NodeToElement(const XmlNodePtr &node) {
 }
 
 ElementList LoadDocument(const std::wstring &name, bool force) {
+  if (!IsDocumentName(name)) {
+    LogError("Document: \"%S\" can't be the name of a document", name.c_str());
+    return {};
+  }
   if (!DocumentExists(name) || force)
     ApplyStubs(name);
   ElementList elements;
@@ -79,6 +85,8 @@ ElementList LoadDocument(const std::wstring &name, bool force) {
 }
 
 void SaveDocument(const ElementList &list, const std::wstring &name) {
+  if (!IsDocumentName(name))
+    return;
   const XmlDocumentPtr document = LoadXmlString(EmptyDocumentXml(name));
   const XmlNodePtr elements = SelectNode(document, L"/UIRoot/" + name + L"/Elements");
   if (elements == nullptr)

@@ -29,10 +29,12 @@ XmlNodePtr ElementToNode(const XmlDocumentPtr &document, const Element &element)
 Element NodeToElement(const XmlNodePtr &node);
 
 /// Reads the document in file order. A missing document, or any when `force` is set, is first written afresh from its
-/// stubs; a broken one reads as empty and stays as it is. Raises HResultError when the DOM or the writing fails.
+/// stubs; a broken one reads as empty and stays as it is. A name that no document can have is logged and reads as
+/// empty. Raises HResultError when the DOM or the writing fails.
 ElementList LoadDocument(const std::wstring &name, bool force);
 
-/// Writes `list` over the document, whole or not at all, making the user's folder when it is missing. A file that is in
+/// Writes `list` over the document, whole or not at all, making the user's folder when it is missing; does
+/// nothing for a name that no document can have. A file that is in
 /// use is waited for a while. Raises HResultError; the old document is then as it was.
 void SaveDocument(const ElementList &list, const std::wstring &name);
 

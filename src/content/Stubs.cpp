@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "content/DocumentNames.h"
 #include "content/Documents.h"
 #include "system/Handles.h"
 #include "system/Locale.h"
@@ -52,6 +53,8 @@ void ProcessStub(const std::wstring &documentName, const std::wstring &path, Ele
 } // namespace
 
 void ApplyStubs(const std::wstring &documentName) {
+  if (!IsDocumentName(documentName))
+    return LogError("DockStub: \"%S\" can't be the name of a document", documentName.c_str());
   const std::wstring locale = UserLocale();
   LogInfo("DockStub: current locale set to %S", locale.c_str());
   ElementList collected;

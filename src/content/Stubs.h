@@ -17,8 +17,9 @@ public:
   const char *what() const noexcept override { return "InvalidDstbException"; }
 };
 
-/// Writes the document afresh from its stubs along the user's chain of locale folders, also when none applies. Raises
-/// HResultError; the document's file is then as it was.
+/// Writes the document afresh from its stubs along the user's chain of locale folders, also when none applies. A name
+/// that no document can have is logged, and nothing is written. Raises HResultError; the document's file is then as it
+/// was.
 void ApplyStubs(const std::wstring &documentName);
 
 /// The bare file names of the document's stubs in a locale folder, in the order in which the platform lists them.

@@ -357,6 +357,65 @@ TEST_F(Documents, WithADoctypeReadAsEmpty) {
   EXPECT_THAT(Load(), IsEmpty());
 }
 
+/// What XML has no element for, what a path would be led astray by, and what the platform keeps for its devices.
+const std::wstring noNames[] = {L"",    L" ",    L"My Tools", L"a ",        L" a",     L"a'b",  L"a\"b",     L"a:b",
+                                L":",   L"..",   L".",        L"..\\Tools", L"a\\b",   L"a/b",  L"../Tools", L"C:\\a",
+                                L"1st", L"-a",   L".a",       L"<",         L"a&b",    L"a><b", L"a*",       L"a?b",
+                                L"a|b", L"a[1]", L"a(b)",     L"a=b",       L"a\tb",   L"a\nb", L"a%b",      L"CON",
+                                L"nul", L"Com1", L"LPT9",     L"aux.Tools", L"PRN.a.b"};
+
+/// Of these the log can't always tell.
+const std::wstring noNamesBeyondAscii[] = {L"a\u00A0b", L"a\u3000", L"\u2026", L"\uFFFE", L"\u0301", {L'a', 0xD800}};
+
+class NoDocuments : public Documents {
+protected:
+  NoDocuments() {
+    for (const wchar_t *file : {L"My Tools.xml", L"a'b.xml", L"..\\Tools.xml"})
+      tests::WriteBytes(folders.UserFolder() + L"\\" + file, DocumentXml("<Element/>"));
+  }
+
+  void ExpectNone(const std::wstring &bad) const {
+    const auto before = tests::ListFolder(folders.UserFolder());
+    for (const bool force : {false, true}) {
+      ElementList read{Element()};
+      EXPECT_NO_THROW(read = LoadDocument(bad, force)) << tests::Utf8(bad);
+      EXPECT_THAT(read, IsEmpty()) << tests::Utf8(bad);
+    }
+    EXPECT_EQ(S_OK, HResultOf([&] { SaveDocument({Named(L"a", 1)}, bad); })) << tests::Utf8(bad);
+    EXPECT_EQ(before, tests::ListFolder(folders.UserFolder())) << tests::Utf8(bad);
+  }
+};
+
+TEST_F(NoDocuments, HaveANameThatIsNoElements) {
+  const tests::LogCapture log(folders);
+  for (const std::wstring &bad : noNames) {
+    log.Clear();
+    ExpectNone(bad);
+    EXPECT_THAT(log.Lines(), testing::SizeIs(2)) << tests::Utf8(bad);
+    EXPECT_THAT(log.Lines(), testing::Each(testing::StartsWith("ERROR: Document: "))) << tests::Utf8(bad);
+  }
+}
+
+TEST_F(NoDocuments, HaveANameWithLettersThatNoElementHas) {
+  for (const std::wstring &bad : noNamesBeyondAscii)
+    ExpectNone(bad);
+}
+
+TEST_F(Documents, OfNoNameAreNotBuiltFromTheStubsOfAll) {
+  WriteStub("<Element><Head>stub</Head></Element>");
+  const tests::LogCapture log(folders);
+  EXPECT_THAT(LoadDocument(L"", false), IsEmpty());
+  EXPECT_THAT(log.Lines(), ElementsAre("ERROR: Document: \"\" can't be the name of a document"));
+}
+
+TEST_F(Documents, OfAnyNameThatAnElementMayHaveAreKept) {
+  for (const wchar_t *good : {L"a", L"_", L"A.B-C_9", L"\u00DC\u00E9", L"\u65E5\u672C", L"\u05E9", L"Console", L"COM10",
+                              L"NULL.Tools", L"a.CON"}) {
+    SaveDocument({Named(good, 1)}, good);
+    EXPECT_THAT(LoadDocument(good, false), ElementsAre(Named(good, 1))) << tests::Utf8(good);
+  }
+}
+
 TEST_F(Documents, OfANameThatXmlDoesNotTakeAreNotSavedAndLoadAsEmpty) {
   for (const wchar_t *bad : {L"", L"a b", L"1st", L"<", L"a&b"}) {
     SaveDocument({Named(L"a", 1)}, bad);

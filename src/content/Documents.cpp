@@ -27,6 +27,20 @@ void MakeUserFolder() {
   ::CreateDirectoryW(folder.c_str(), nullptr);
 }
 
+/// What the file of the document holds at present.
+DocumentReading ReadFile(const std::wstring &name) {
+  const std::wstring path = DocumentPath(name);
+  const XmlDocumentPtr document = LoadXmlFileWhenFree(path);
+  if (document == nullptr)
+    return {PathIsMissing(path) ? DocumentState::Missing : DocumentState::Unreadable, {}};
+  if (SelectNode(document, L"/UIRoot/" + name + L"/Elements") == nullptr)
+    return {DocumentState::Unreadable, {}};
+  DocumentReading reading{DocumentState::Read, {}};
+  for (const XmlNodePtr &node : SelectNodes(document, ElementsQuery(name)))
+    reading.elements.push_back(NodeToElement(node));
+  return reading;
+}
+
 } // namespace
 
 std::wstring DocumentPath(const std::wstring &name) { return ExpandPath(userFolder) + L"\\" + name + L".xml"; }
@@ -68,21 +82,17 @@ Element NodeToElement(const XmlNodePtr &node) {
   return element;
 }
 
-ElementList LoadDocument(const std::wstring &name, bool force) {
+DocumentReading ReadDocument(const std::wstring &name, bool force) {
   if (!IsDocumentName(name)) {
     LogError("Document: \"%S\" can't be the name of a document", name.c_str());
     return {};
   }
-  if (!DocumentExists(name) || force)
+  if (force || PathIsMissing(DocumentPath(name)))
     ApplyStubs(name);
-  ElementList elements;
-  const XmlDocumentPtr document = LoadXmlFileWhenFree(DocumentPath(name));
-  if (document == nullptr)
-    return elements;
-  for (const XmlNodePtr &node : SelectNodes(document, ElementsQuery(name)))
-    elements.push_back(NodeToElement(node));
-  return elements;
+  return ReadFile(name);
 }
+
+ElementList LoadDocument(const std::wstring &name, bool force) { return ReadDocument(name, force).elements; }
 
 void SaveDocument(const ElementList &list, const std::wstring &name) {
   if (!IsDocumentName(name))

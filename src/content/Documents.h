@@ -28,14 +28,29 @@ XmlNodePtr ElementToNode(const XmlDocumentPtr &document, const Element &element)
 /// read: after one load and save a document no longer has it, on purpose. Raises HResultError.
 Element NodeToElement(const XmlNodePtr &node);
 
-/// Reads the document in file order. A missing document, or any when `force` is set, is first written afresh from its
-/// stubs; a broken one reads as empty and stays as it is. A name that no document can have is logged and reads as
-/// empty. Raises HResultError when the DOM or the writing fails.
+/// What a load met.
+enum class DocumentState {
+  Missing,    // nothing, nor anything to build it from
+  Read,       // the document
+  Unreadable, // something that can't be read now, or isn't this document
+};
+
+struct DocumentReading {
+  DocumentState state = DocumentState::Missing;
+  ElementList elements; // in file order; empty unless the document was read
+};
+
+/// Reads the document. A missing one, or any when `force` is set, is first written afresh from its stubs; what can't be
+/// read stays as it is. A file that is in use is waited for a while. A name that no document can have is logged and
+/// reads as missing. Raises HResultError when the DOM or the writing fails.
+DocumentReading ReadDocument(const std::wstring &name, bool force);
+
+/// The entries of the same.
 ElementList LoadDocument(const std::wstring &name, bool force);
 
-/// Writes `list` over the document, whole or not at all, making the user's folder when it is missing; does
-/// nothing for a name that no document can have. A file that is in
-/// use is waited for a while. Raises HResultError; the old document is then as it was.
+/// Writes `list` over the document, whole or not at all, making the user's folder when it is missing; does nothing for
+/// a name that no document can have. A file that is in use is waited for a while. Raises HResultError; the old document
+/// is then as it was.
 void SaveDocument(const ElementList &list, const std::wstring &name);
 
 } // namespace lumenor

@@ -12,7 +12,6 @@
 #include "system/Desktop.h"
 #include "system/LanguageResources.h"
 #include "system/Paths.h"
-#include "system/Xml.h"
 #include "toolkit/Animation.h"
 #include "toolkit/Geometry.h"
 #include "toolkit/TextBox.h"
@@ -42,28 +41,6 @@ void DestroyButtonWindow(const std::shared_ptr<DockButton> &button) {
     ::DestroyWindow(button->GetHandle());
 }
 
-/// True when there is a file of this document's name and it doesn't hold the document.
-bool IsBroken(const wchar_t *documentName) {
-  if (!DocumentExists(documentName))
-    return false;
-  const XmlDocumentPtr document = LoadXmlFile(DocumentPath(documentName));
-  return document == nullptr ||
-         SelectNode(document, std::wstring(L"/UIRoot/") + documentName + L"/Elements") == nullptr;
-}
-
-/// A document that can't be read, or is another than its name says, came in as no buttons at all. Saving that would
-/// wipe out what the user may still mend, so it is left as it stands, or set aside where there are new buttons to be
-/// kept.
-void SaveUserElements(const ElementList &elements) {
-  if (IsBroken(userDocumentName)) {
-    if (elements.empty())
-      return;
-    const std::wstring path = DocumentPath(userDocumentName);
-    ::CopyFileW(path.c_str(), (path + L".broken").c_str(), FALSE);
-  }
-  SaveDocument(elements, userDocumentName);
-}
-
 /// A payload that is due by time waits for the next run; only one that is too big is handed over now.
 void WriteEndOfUse() {
   usageTracker.TrackDockClose();
@@ -75,8 +52,8 @@ void WriteEndOfUse() {
 
 // The flyouts aren't there yet to be asked for the height of their rows.
 CMainDlg::CMainDlg()
-    : BarElements(renderTarget), dockRect(lumenor::GetWindowRect()),
-      userElements(LoadDocument(userDocumentName, false)), fadeAnimation(std::make_shared<ByteAnimation>()),
+    : BarElements(renderTarget), dockRect(lumenor::GetWindowRect()), userElements(savedButtons.Load()),
+      fadeAnimation(std::make_shared<ByteAnimation>()),
       forYouFlyout(GetForYouFlyoutRect(GetScreenBounds(), 0), LoadForYouTitle(), forYouProvider, RefreshForYouMessage),
       forYouFileTime(LastWriteTime(DocumentPath(forYouListName))),
       searchProviderFlyout(GetSearchProviderFlyoutRect(GetScreenBounds(), 0),
@@ -305,10 +282,10 @@ void CMainDlg::EndUse() {
   try {
     WriteEndOfUse();
   } catch (...) {
-    SaveUserElements(userElements);
+    savedButtons.Save(userElements);
     throw;
   }
-  SaveUserElements(userElements);
+  savedButtons.Save(userElements);
 }
 
 } // namespace lumenor

@@ -14,6 +14,7 @@
 
 #include "content/ActionDataProvider.h"
 #include "content/Element.h"
+#include "content/UserDocument.h"
 #include "dock/BarElements.h"
 #include "dock/DataProviderFlyout.h"
 #include "dock/DockButton.h"
@@ -174,6 +175,7 @@ private:
   void OnFlyoutVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
 
   RECT dockRect;
+  UserDocument savedButtons; // what the records come from and go back to
   ElementList userElements;
   std::vector<std::shared_ptr<DockButton>> userButtons;
   std::vector<std::shared_ptr<DockButton>> mainButtons;

@@ -10,6 +10,8 @@
 #include "system/Handles.h"
 #include "system/HResultError.h"
 
+extern "C" decltype(&::GetFileAttributesW) __imp_GetFileAttributesW;
+
 namespace lumenor {
 namespace {
 
@@ -246,6 +248,24 @@ TEST_F(Documents, MissingOnesWithoutStubsAreWrittenEmpty) {
 TEST_F(Documents, PresentOnesAreNotComparedWithTheirStubs) {
   WriteStub("<Element><Head>stub</Head></Element>");
   SaveDocument({Named(L"users", 1)}, name);
+  EXPECT_THAT(Load(), ElementsAre(Named(L"users", 1)));
+}
+
+/// A folder on a server that doesn't answer: nothing is known of what is in it.
+TEST_F(Documents, ThatCantBeLookedForAreNotBuiltFromTheirStubs) {
+  SaveDocument({Named(L"users", 1)}, name);
+  static decltype(&::GetFileAttributesW) platformAttributes;
+  {
+    const tests::ImportSlot slot(
+        &__imp_GetFileAttributesW, +[](LPCWSTR asked) WINAPI -> DWORD {
+          if (!std::wstring(asked).ends_with(L".xml"))
+            return platformAttributes(asked);
+          ::SetLastError(ERROR_BAD_NETPATH);
+          return INVALID_FILE_ATTRIBUTES;
+        });
+    platformAttributes = slot.Former();
+    Load();
+  }
   EXPECT_THAT(Load(), ElementsAre(Named(L"users", 1)));
 }
 

@@ -15,6 +15,7 @@
 #include "dock/FlyoutWindow.h"
 #include "support/Desk.h"
 #include "support/HandleCounts.h"
+#include "support/HeldFile.h"
 #include "support/ImportSlot.h"
 #include "support/MessagePump.h"
 #include "system/Handles.h"
@@ -138,6 +139,39 @@ TEST_F(MainDlg, ABrokenUserDocumentIsSetAsideForNewButtons) {
   Send(WM_CLOSE);
   EXPECT_EQ("<UIRoot><never closed", tests::ReadBytes(DocumentPath(userDocument) + L".broken"));
   EXPECT_EQ(L"New", LoadDocument(userDocument, false).at(0).Head);
+}
+
+TEST_F(MainDlg, AUserDocumentThatWasInUseAtTheStartIsKeptAtTheClose) {
+  SaveDocument(PictureElements(5), userDocument);
+  const std::string before = UserDocumentText();
+  {
+    const tests::HeldFile held(DocumentPath(userDocument));
+    Start();
+  }
+  EXPECT_EQ(ElementList{}, dock->GetUserElements());
+  Send(WM_ENDSESSION, TRUE, ENDSESSION_LOGOFF);
+  Send(WM_CLOSE);
+  EXPECT_EQ(before, UserDocumentText());
+  EXPECT_EQ(0, TakeQuitCode());
+}
+
+TEST_F(MainDlg, AUserDocumentThatIsInUseForAMomentAtTheStartIsRead) {
+  SaveDocument(PictureElements(5), userDocument);
+  const tests::HeldFile held(DocumentPath(userDocument), 2);
+  Start();
+  EXPECT_EQ(5u, dock->GetUserElements().size());
+}
+
+TEST_F(MainDlg, AUserDocumentThatWasInUseAtTheStartIsSetAsideForNewButtons) {
+  SaveDocument(PictureElements(5), userDocument);
+  const std::string before = UserDocumentText();
+  {
+    const tests::HeldFile held(DocumentPath(userDocument));
+    Start().AddButton(PictureElement(L"New"), 0);
+  }
+  Send(WM_CLOSE);
+  EXPECT_EQ(before, tests::ReadBytes(DocumentPath(userDocument) + L".broken"));
+  EXPECT_EQ(ElementList{PictureElement(L"New")}, LoadDocument(userDocument, false));
 }
 
 TEST_F(MainDlg, AFailedSaveEndsTheWindowButNotTheProcess) {

@@ -71,6 +71,11 @@ DockProcess::~DockProcess() {
   }
 }
 
+void DockProcess::Kill() const {
+  ::TerminateProcess(process.Get(), 99);
+  ::WaitForSingleObject(process.Get(), 5000);
+}
+
 bool DockProcess::IsRunning() const { return process && ::WaitForSingleObject(process.Get(), 0) == WAIT_TIMEOUT; }
 
 std::optional<DWORD> DockProcess::WaitForExit() const {

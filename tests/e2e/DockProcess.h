@@ -24,6 +24,9 @@ public:
   DWORD Id() const { return id; }
   bool IsRunning() const;
 
+  /// Ends the process at once, whatever it does.
+  void Kill() const;
+
   /// Waits for the process's end; its exit code, or nothing when it still runs after ten seconds.
   std::optional<DWORD> WaitForExit() const;
 

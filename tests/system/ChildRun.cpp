@@ -32,18 +32,28 @@ FileHandle OpenForChild(const std::wstring &path) {
                                   CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-unsigned long RunToEnd(std::wstring commandLine, HANDLE errors) {
+std::wstring CommandLine() { return L"\"" + ThisProgram() + L"\" --gtest_color=no --gtest_filter=" + ThisTest(); }
+
+KernelHandle Start(HANDLE output) {
+  const EnvironmentValue isChild(childVariable, L"1");
   STARTUPINFOW start = {};
   start.cb = sizeof start;
   start.dwFlags = STARTF_USESTDHANDLES;
-  start.hStdOutput = errors;
-  start.hStdError = errors;
+  start.hStdOutput = output;
+  start.hStdError = output;
   PROCESS_INFORMATION started = {};
+  std::wstring commandLine = CommandLine();
   if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &started))
-    return ~0UL;
-  const KernelHandle process(started.hProcess), thread(started.hThread);
-  ::WaitForSingleObject(process.Get(), INFINITE);
+    return {};
+  const KernelHandle thread(started.hThread);
+  return KernelHandle(started.hProcess);
+}
+
+unsigned long WaitForEnd(const KernelHandle &process) {
   DWORD exitCode = ~0UL;
+  if (!process)
+    return exitCode;
+  ::WaitForSingleObject(process.Get(), INFINITE);
   ::GetExitCodeProcess(process.Get(), &exitCode);
   return exitCode;
 }
@@ -55,15 +65,18 @@ bool IsChildRun() { return ::GetEnvironmentVariableW(childVariable, nullptr, 0) 
 ChildResult RunThisTestAsChild(const std::vector<std::pair<std::wstring, std::wstring>> &environment) {
   const TestFolders folders;
   std::list<EnvironmentValue> values;
-  values.emplace_back(childVariable, L"1");
   for (const auto &[name, value] : environment)
     values.emplace_back(name, value);
   const std::wstring errorsPath = folders.Root() + L"\\errors.txt";
   FileHandle errors = OpenForChild(errorsPath);
-  const auto exitCode =
-      RunToEnd(L"\"" + ThisProgram() + L"\" --gtest_color=no --gtest_filter=" + ThisTest(), errors.Get());
+  const unsigned long exitCode = WaitForEnd(Start(errors.Get()));
   errors.Reset();
   return {exitCode, ReadBytes(errorsPath)};
+}
+
+KernelHandle StartThisTestAsChild(const std::wstring &outputPath) {
+  const FileHandle output = OpenForChild(outputPath);
+  return Start(output.Get());
 }
 
 } // namespace lumenor::tests

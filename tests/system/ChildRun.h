@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "system/Handles.h"
+
 namespace lumenor::tests {
 
 struct ChildResult {
@@ -17,5 +19,9 @@ bool IsChildRun();
 
 /// Starts this program for the present test alone, with these environment variables, and waits for its end.
 ChildResult RunThisTestAsChild(const std::vector<std::pair<std::wstring, std::wstring>> &environment);
+
+/// Starts this program for the present test alone and goes on; what it writes goes to the file at `outputPath`. Empty
+/// when it can't be started.
+KernelHandle StartThisTestAsChild(const std::wstring &outputPath);
 
 } // namespace lumenor::tests

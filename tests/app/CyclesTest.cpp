@@ -29,6 +29,7 @@
 #include <shellapi.h>
 #include <shobjidl.h>
 
+extern "C" decltype(&::OpenEventLogW) __imp_OpenEventLogW;
 extern "C" decltype(&::ShellExecuteW) __imp_ShellExecuteW;
 
 namespace lumenor {
@@ -162,6 +163,21 @@ TEST_F(CyclesTest, AFailureBeforeTheFirstMessageEndsWithZero) {
   EXPECT_EQ(0, RunCycles());
   EXPECT_EQ((Lines{"INFO: Jumplist creation", "FATAL: Failed to initialize Lumenor"}), CycleLines());
   EXPECT_EQ(Texts{L"Failed to initialize Lumenor"}, eventLog.Reports());
+}
+
+TEST_F(CyclesTest, AFailureWithoutAnEventLogIsInTheRollingLogAllTheSame) {
+  {
+    const tests::ImportSlot noLog(
+        &__imp_OpenEventLogW, +[](LPCWSTR, LPCWSTR) WINAPI { return HANDLE{nullptr}; });
+    OpenDockEventLog();
+  }
+  BlockUserFolder();
+  EXPECT_EQ(0, RunCycles());
+  OpenDockEventLog();
+  EXPECT_EQ((Lines{"INFO: Jumplist creation", "FATAL: Failed to initialize Lumenor"}), CycleLines());
+  const Lines all = log.AllLines();
+  EXPECT_EQ(1, std::count(all.begin(), all.end(), "ERROR: EventLog: Could not report: Failed to initialize Lumenor"));
+  EXPECT_EQ(Texts{}, eventLog.Reports());
 }
 
 TEST_F(CyclesTest, ABarThatFailsBeforeTheFirstMessageEndsWithZero) {

@@ -139,6 +139,20 @@ TEST_F(ForYou, KeepsItsListWhenTheFileIsDeleted) {
   EXPECT_THAT(HeadsOf(provider.GetElements()), ElementsAre(L"1", L"2"));
 }
 
+TEST_F(ForYou, ReadsNothingOfADeletedFile) {
+  WriteForYou(Numbered("Element", 2));
+  provider.GetElements();
+  ::DeleteFileW(ForYouPath().c_str());
+  const tests::LogCapture log(folders);
+  const FailingDom dom(0);
+  provider.GetElements();
+  EXPECT_EQ(0, dom.Calls());
+  EXPECT_THAT(log.Lines(), ElementsAre("INFO: Getting last modified time for " + tests::Utf8(ForYouPath())));
+  WriteForYou(Numbered("Element", 1));
+  provider.GetElements();
+  EXPECT_EQ(1, dom.Calls()) << "of a file that is there";
+}
+
 TEST_F(ForYou, KeepsItsListForAMalformedFileWithoutALine) {
   WriteForYou(Numbered("Element", 2));
   provider.GetElements();

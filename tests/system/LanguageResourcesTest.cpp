@@ -3,9 +3,12 @@
 #include <gmock/gmock.h>
 
 #include "support/ComApartment.h"
+#include "support/ImportSlot.h"
 #include "support/KeptRegistryKey.h"
 #include "support/LogCapture.h"
 #include "support/TestFolders.h"
+
+extern "C" decltype(&::GetGeoInfoW) __imp_GetGeoInfoW;
 
 namespace lumenor {
 namespace {
@@ -58,6 +61,32 @@ TEST_F(LanguageResources, WithoutThatTheChainOfTheOtherKeyIsSearched) {
   EXPECT_EQ(PathIn(L"xx_xx"), FindResourceFile(fileName));
   EXPECT_THAT(log.Lines(),
               ElementsAre(LookLine(PathIn(L"en_us")), LookLine(PathIn(L"en_xx")), LookLine(PathIn(L"xx_xx"))));
+}
+
+/// Gives the user's country a tag of its own, which the test platform has for none.
+class AustrianTag {
+private:
+  static int WINAPI GeoInfo(GEOID geo, GEOTYPE type, LPWSTR data, int size, LANGID language) {
+    if (type != GEO_RFC1766)
+      return platformGeoInfo(geo, type, data, size, language);
+    if (size != 0)
+      ::lstrcpynW(data, L"de-AT", size);
+    return 6;
+  }
+
+  static inline decltype(__imp_GetGeoInfoW) platformGeoInfo = __imp_GetGeoInfoW;
+  const tests::ImportSlot<decltype(__imp_GetGeoInfoW)> slot{&__imp_GetGeoInfoW, &GeoInfo};
+};
+
+TEST_F(LanguageResources, ATextAtTheFourthPlaceOfItsChainIsFoundAfterFourLines) {
+  const AustrianTag tag;
+  tests::WriteBytes(PathIn(L"en_xx"), "<UIRoot><Head>Close</Head></UIRoot>");
+  tests::WriteBytes(UserPath(), "<UIRoot><Head>the user's</Head></UIRoot>");
+  EXPECT_EQ(L"Close", LoadString(fileName, L"//UIRoot/Head"));
+  EXPECT_THAT(log.Lines(), ElementsAre(LookLine(PathIn(L"de_AT")), LookLine(PathIn(L"de_xx")),
+                                       LookLine(PathIn(L"xx_xx")), LookLine(PathIn(L"en_xx")),
+                                       "INFO: LoadString: Loading from " + tests::Utf8(PathIn(L"en_xx")) +
+                                           " with query //UIRoot/Head"));
 }
 
 TEST_F(LanguageResources, AFileInTheUsersFolderAloneIsFoundThereAfterFiveLines) {

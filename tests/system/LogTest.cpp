@@ -1,5 +1,6 @@
 #include "system/Log.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include <gmock/gmock.h>
@@ -86,10 +87,20 @@ TEST(LogLevel, IsReadBeforeTheEntryFunction) {
 }
 
 TEST(LogLevel, StaysWhatItWasAtTheStart) {
-  const EnvironmentValue variable(L"LUMENOR_LOGGING", L"3");
+  if (!tests::IsChildRun()) {
+    EXPECT_EQ(0u, tests::RunThisTestAsChild({{L"LUMENOR_LOGGING", L"1"}}).exitCode);
+    return;
+  }
   const TestFolders folders;
+  const std::wstring logs = folders.CommonFolder() + L"\\Logs";
+  tests::MakeFolders(logs);
+  const EnvironmentValue variable(L"LUMENOR_LOGGING", L"3");
   LogEachKind();
-  EXPECT_FALSE(tests::Exists(folders.CommonFolder()));
+  EXPECT_TRUE(tests::ReadBytes(logs + L"\\RollingDock.log").ends_with("\tINFO: one\r\n"));
+  variable.Set(L"0");
+  LogEachKind();
+  const std::string written = tests::ReadBytes(logs + L"\\RollingDock.log");
+  EXPECT_EQ(2, std::count(written.begin(), written.end(), '\n'));
 }
 
 TEST(LogLine, IsFormattedLikePrintf) {

@@ -5,14 +5,12 @@
 #include "content/ElementAction.h"
 #include "dock/DockButton.h"
 #include "dock/DockMessages.h"
+#include "dock/PainterPicture.h"
 #include "resources/resource.h"
 #include "system/Guard.h"
-#include "system/HResultError.h"
-#include "system/Log.h"
 #include "toolkit/BackPlate.h"
 #include "toolkit/drawing/BackgroundHighlightButtonPainter.h"
 #include "toolkit/drawing/ButtonLayout.h"
-#include "toolkit/drawing/WICHelper.h"
 #include "toolkit/Scale.h"
 #include "tracking/UsageTracker.h"
 
@@ -127,17 +125,10 @@ void FlyoutWindow::CreateItems() {
 /// costs its row that picture; passed on, the failure would take the flyout along at the start and the bar at a
 /// refresh.
 std::shared_ptr<IButtonPainter> FlyoutWindow::MakePainter(const Element &element, const ButtonLayout &layout) {
-  const auto make = [&](const std::wstring &image) {
+  return MakeWithPicture("FlyoutWindow", element.Image, [&](const std::wstring &image) {
     return std::make_shared<BackgroundHighlightButtonPainter>(renderTarget, element.Head, image, layout,
                                                               Color{0.0F, 0.0F, 0.0F, 0.25F});
-  };
-  try {
-    return make(element.Image);
-  } catch (const HResultError &error) {
-    LogError("FlyoutWindow: can't show %S, error %x, loading default image", element.Image.c_str(),
-             static_cast<unsigned>(error.Result()));
-    return make(defaultImageResource); // no file has this name, and what isn't found is shown by that resource
-  }
+  });
 }
 
 void FlyoutWindow::AddItem(const Element &element, const ButtonLayout &layout) {

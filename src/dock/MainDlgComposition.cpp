@@ -10,6 +10,7 @@
 #include "dock/DockGlowButtonPainter.h"
 #include "dock/DropTarget.h"
 #include "dock/FirstRun.h"
+#include "dock/PainterPicture.h"
 #include "dock/Placement.h"
 #include "dock/RegistryListener.h"
 #include "resources/resource.h"
@@ -30,6 +31,7 @@ namespace {
 constexpr int barButtonSize = 77;
 constexpr int textBoxWindowId = 111; // until the bar numbers its controls
 constexpr int maxSearchLength = 150; // characters
+constexpr char logSubject[] = "MainDlg";
 
 /// A rectangle on the canvas, from design pixels.
 RECT CanvasRect(int left, int top, int width, int height) {
@@ -209,8 +211,10 @@ void CMainDlg::AddSystemButtons() {
 
 /// Checked stands for a bar at the top, and its picture offers the bottom.
 std::shared_ptr<CheckedButton> CMainDlg::MakeDockPositionButton() {
-  const auto makePainter = [this](const wchar_t *image) {
-    return std::make_shared<GlowButtonPainter>(renderTarget, 0, L"", image, MakeSystemButtonLayout(), L"");
+  const auto makePainter = [this](const wchar_t *picture) {
+    return MakeWithPicture(logSubject, picture, [this](const std::wstring &image) {
+      return std::make_shared<GlowButtonPainter>(renderTarget, 0, L"", image, MakeSystemButtonLayout(), L"");
+    });
   };
   auto button = std::make_shared<CheckedButton>(std::make_shared<SelectableDelegateButtonPainter>(
       makePainter(L"..\\resources\\move_to_top.png"), makePainter(L"..\\resources\\move_to_bottom.png")));
@@ -219,8 +223,13 @@ std::shared_ptr<CheckedButton> CMainDlg::MakeDockPositionButton() {
   return button;
 }
 
+/// One bad picture would keep the whole bar from coming up, at this start and at all that follow.
 std::shared_ptr<IButtonPainter> CMainDlg::MakePainter(const Element &element, const ButtonLayout &layout) {
-  return std::make_shared<DockGlowButtonPainter>(renderTarget, 0, element, layout);
+  return MakeWithPicture(logSubject, element.Image, [&](const std::wstring &image) {
+    Element shown = element;
+    shown.Image = image;
+    return std::make_shared<DockGlowButtonPainter>(renderTarget, 0, shown, layout);
+  });
 }
 
 std::shared_ptr<DockButton> CMainDlg::MakeButton(int index, const Element &element, const ButtonLayout &layout) {

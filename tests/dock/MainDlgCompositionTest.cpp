@@ -1,6 +1,8 @@
 // How the bar is composed on a screen of 1280 by 1024 pixels, at 96 dots per inch unless said otherwise.
 
 #include <algorithm>
+#include <cstdint>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -184,6 +186,100 @@ TEST_F(Bar, KeepsTheRecordOfASkippedElement) {
   Start();
   ::SendMessageW(dock->handle, WM_CLOSE, 0, 0);
   EXPECT_EQ(before, LoadDocument(userDocument, false));
+}
+
+TEST_F(Bar, SkipsAUserElementWithNeitherAPictureNorATarget) {
+  Element nameOnly;
+  nameOnly.Head = L"Name only";
+  SaveDocuments({}, {PictureElement(L"First"), Element(), nameOnly, PictureElement(L"Last")});
+  const ElementList before = LoadDocument(userDocument, false);
+  ASSERT_EQ(4U, before.size());
+  EXPECT_EQ((Texts{L"First", L"Last"}), HeadsOf(BarTree(Start()).userButtons));
+  ::SendMessageW(dock->handle, WM_CLOSE, 0, 0);
+  EXPECT_EQ(before, LoadDocument(userDocument, false));
+}
+
+/// A picture of each kind that can't be decoded.
+class BarWithABadPicture : public Bar {
+protected:
+  /// Builds a bar with such a button among the fixed ones and among the user's.
+  void StartWith(const std::wstring &image) {
+    Element bad = PictureElement(L"Bad");
+    bad.Image = image;
+    SaveDocuments({bad, PictureElement(L"Fixed")}, {PictureElement(L"First"), bad, PictureElement(L"Last")});
+    Start();
+  }
+
+  void ExpectAllButtons(const std::wstring &image) {
+    ASSERT_TRUE(::IsWindow(dock->handle));
+    const BarTree tree(*dock);
+    EXPECT_EQ((Texts{L"Bad", L"Fixed"}), HeadsOf(tree.mainButtons));
+    EXPECT_EQ((Texts{L"First", L"Bad", L"Last"}), HeadsOf(tree.userButtons));
+    const Lines lines = log.Lines();
+    EXPECT_EQ(2, std::count_if(lines.begin(), lines.end(), [&](const std::string &line) {
+                return line.starts_with("ERROR: MainDlg: can't show " + tests::Utf8(image) + ", error ") &&
+                       line.ends_with(", loading default image");
+              }));
+    EXPECT_TRUE(desk::EventLogSpy::Reports().empty());
+  }
+
+  const tests::LogCapture log{folders};
+  const desk::EventLogSpy eventLog;
+};
+
+TEST_F(BarWithABadPicture, StandsWithOneThatHasAFlippedBit) {
+  const std::wstring path = folders.Root() + L"\\flipped.png";
+  std::string bytes = tests::ReadBytes(PicturePath());
+  bytes.at(bytes.find("IHDR") + 3) ^= 1;
+  tests::WriteBytes(path, bytes);
+  StartWith(path);
+  ExpectAllButtons(path);
+}
+
+TEST_F(BarWithABadPicture, StandsWithOneThatIsCutOff) {
+  const std::wstring path = folders.Root() + L"\\cut.png";
+  tests::WriteBytes(path, tests::ReadBytes(PicturePath()).substr(0, 20));
+  StartWith(path);
+  ExpectAllButtons(path);
+}
+
+TEST_F(BarWithABadPicture, StandsWithOneThatIsAFolder) {
+  StartWith(folders.Root());
+  ExpectAllButtons(folders.Root());
+}
+
+TEST_F(BarWithABadPicture, StandsWithOneThatIsADevice) {
+  StartWith(L"NUL");
+  ExpectAllButtons(L"NUL");
+}
+
+TEST_F(BarWithABadPicture, StandsWithOneThatIsTheConsole) {
+  StartWith(L"CON");
+  ASSERT_TRUE(::IsWindow(dock->handle));
+  EXPECT_EQ((Texts{L"First", L"Bad", L"Last"}), HeadsOf(BarTree(*dock).userButtons));
+}
+
+/// What the screen shows of the place of a user button's picture, every fourth pixel.
+std::vector<std::uint32_t> PictureOnScreen(const CMainDlg &dock, std::size_t index) {
+  std::vector<std::uint32_t> pixels;
+  for (LONG y = 16; y < 48; y += 4)
+    for (LONG x = 22; x < 54; x += 4) {
+      POINT place = {x, y};
+      ::ClientToScreen(dock.GetUserButtons().at(index)->GetHandle(), &place);
+      pixels.push_back(desk::PixelAt(place));
+    }
+  return pixels;
+}
+
+TEST_F(BarWithABadPicture, ShowsTheDefaultOneInstead) {
+  ElementList elements(3, PictureElement(L"")); // nothing to be seen of its picture
+  elements[1].Image = folders.Root() + L"\\nowhere.png";
+  elements[2].Image = folders.Root();
+  SaveDocuments({}, elements);
+  Start();
+  ASSERT_TRUE(::IsWindow(dock->handle));
+  EXPECT_TRUE(desk::PumpUntil([&] { return PictureOnScreen(*dock, 0) != PictureOnScreen(*dock, 1); }));
+  EXPECT_TRUE(desk::PumpUntil([&] { return PictureOnScreen(*dock, 1) == PictureOnScreen(*dock, 2); }));
 }
 
 TEST_F(Bar, MakesAButtonForAMissingTargetWithAPicture) {

@@ -95,12 +95,30 @@ TEST_F(HostileInput, AMissingPictureGivesTheDefaultOneAndItsLogLines) {
   EXPECT_TRUE(Logged("ERROR: WICHelper: cannot find "));
 }
 
-TEST_F(HostileInput, ACorruptPictureOnAFixedButtonLeavesNoBarAndALivingProcess) {
+TEST_F(HostileInput, ACorruptPictureOnAFixedButtonGivesTheDefaultOneAndItsLogLine) {
   WriteBytes(installation.ResourcesFolder() + L"\\corrupt.png", "this is no picture at all");
   UsePicture(L"..\\resources\\corrupt.png");
   DockProcess dock(installation);
-  EXPECT_TRUE(WaitFor([&] { return Logged("MainDlg InitializeComponent"); }));
-  EXPECT_TRUE(HoldsFor([&] { return dock.Bar() == nullptr && dock.IsRunning(); }, std::chrono::seconds(2)));
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  EXPECT_NE(nullptr, dock.Control(1000));
+  EXPECT_TRUE(Logged("ERROR: MainDlg: can't show ..\\resources\\corrupt.png, error "));
+}
+
+TEST_F(HostileInput, BadRecordsOfTheUserCostTheirButtonOrItsPictureAndNothingElse) {
+  const std::wstring program = L"\"" + installation.Recorder() + L"\"";
+  const auto entry = [&](const std::wstring &image) {
+    return Entry{.head = L"Head", .actionType = L"exe", .actionParams = program, .image = image};
+  };
+  const Entry empty = {.image = L""};
+  installation.WriteDocument(userDocument,
+                             {empty, entry(L"NUL"), entry(L"CON"), entry(installation.ResourcesFolder())});
+  for (int start = 1; start <= 2; ++start) {
+    DockProcess dock(installation);
+    ASSERT_NE(nullptr, dock.WaitForBar()) << "start " << start;
+    EXPECT_NE(nullptr, dock.Control(2002));
+    EXPECT_EQ(nullptr, dock.Control(2003)) << "the empty record makes no button";
+    CloseByButton(dock);
+  }
 }
 
 TEST_F(HostileInput, WhereTheProfileFolderCannotBeMadeTheDockSaysSoAndEnds) {

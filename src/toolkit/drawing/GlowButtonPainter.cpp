@@ -46,7 +46,7 @@ GlowButtonPainter::GlowButtonPainter(RenderTargetPtr renderTarget, unsigned inse
     : text(text), imagePath(imagePath), programPath(programPath), layout(layout), insetImage(insetImage),
       renderTarget(std::move(renderTarget)), widthListener(MakeListener(this, &GlowButtonPainter::OnSizeChanged)),
       heightListener(MakeListener(this, &GlowButtonPainter::OnSizeChanged)) {
-  if (imagePath.empty() && !programPath.empty())
+  if (imagePath.empty())
     LoadProgramImages();
   else
     LoadFileImages();

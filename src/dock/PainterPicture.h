@@ -1,0 +1,29 @@
+#pragma once
+// How the makers of buttons come by a painter when the picture of an element can't be decoded. User-interface thread.
+
+#include <string>
+#include <utility>
+
+#include "system/HResultError.h"
+#include "system/Log.h"
+
+namespace lumenor {
+
+/// The name of no file: what isn't found is shown by the built-in picture. It has a folder, so that the names of the
+/// shaded pictures beside it are its own.
+inline constexpr wchar_t defaultPicture[] = L".\\IDI_DEFAULT";
+
+/// What `make` makes with `image`. Where it raises HResultError, since the picture is damaged, a folder, a device or
+/// the like, what it makes with the built-in picture, and a line in the log that begins with `subject`. A failure of
+/// that is passed on.
+template <typename Make> auto MakeWithPicture(const char *subject, const std::wstring &image, Make &&make) {
+  try {
+    return make(image);
+  } catch (const HResultError &error) {
+    LogError("%s: can't show %S, error %x, loading default image", subject, image.c_str(),
+             static_cast<unsigned>(error.Result()));
+  }
+  return make(std::wstring(defaultPicture));
+}
+
+} // namespace lumenor

@@ -16,6 +16,7 @@
 #include "system/WindowException.h"
 
 extern "C" decltype(&::TerminateThread) __imp_TerminateThread;
+extern "C" decltype(&::RegNotifyChangeKeyValue) __imp_RegNotifyChangeKeyValue;
 
 namespace lumenor {
 
@@ -28,6 +29,15 @@ decltype(&::TerminateThread) platformTerminateThread = nullptr;
 HANDLE toBeAsleep = nullptr;
 std::vector<bool> wasAsleep;
 
+decltype(&::RegNotifyChangeKeyValue) platformNotify = nullptr;
+std::atomic<int> askings = 0;
+
+/// The thread asks for the next change once at its start and once more at each waking.
+LSTATUS WINAPI NoteAsking(HKEY key, BOOL subtree, DWORD filter, HANDLE event, BOOL asynchronous) {
+  ++askings;
+  return platformNotify(key, subtree, filter, event, asynchronous);
+}
+
 /// Notes whether the thread sleeps, and spares one that doesn't, since the test has to go on.
 BOOL WINAPI KillIfAsleep(HANDLE thread, DWORD exitCode) {
   wasAsleep.push_back(::WaitForSingleObject(toBeAsleep, 0) == WAIT_OBJECT_0);
@@ -37,7 +47,10 @@ BOOL WINAPI KillIfAsleep(HANDLE thread, DWORD exitCode) {
 /// A thread that watches a registry of the test's own and posts to a window of the test.
 class RegistryListener : public ::testing::Test {
 protected:
-  RegistryListener() { registry.Create(); }
+  RegistryListener() {
+    registry.Create();
+    platformNotify = notifications.Former();
+  }
   ~RegistryListener() override {
     StopThread();
     ::DestroyWindow(window);
@@ -57,6 +70,32 @@ protected:
     ::WaitForSingleObject(thread.Get(), deadlineMs);
     thread.Reset();
     ::ResetEvent(sleeping.Get());
+  }
+
+  /// Runs `write` and waits until the thread has woken from it and sleeps again; returns the messages that it sent
+  /// meanwhile.
+  template <typename Write> std::vector<UINT> MessagesOfAWake(Write &&write) {
+    const int before = askings;
+    write();
+    const ULONGLONG deadline = ::GetTickCount64() + deadlineMs;
+    while (askings == before && ::GetTickCount64() < deadline)
+      ::Sleep(1); // not by pumping: the messages are to stay
+    EXPECT_LT(before, askings);
+    EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(sleeping.Get(), deadlineMs));
+    return WaitingMessages();
+  }
+
+  std::vector<UINT> MessagesOfAWrite(const wchar_t *name, const wchar_t *text, DWORD type = REG_SZ) {
+    return MessagesOfAWake([&] { registry.SetText(name, text, type); });
+  }
+
+  /// The messages of the thread that wait.
+  std::vector<UINT> WaitingMessages() {
+    std::vector<UINT> messages;
+    MSG message;
+    while (::PeekMessageW(&message, window, DockAtTopMessage, DockAtBottomMessage, PM_REMOVE))
+      messages.push_back(message.message);
+    return messages;
   }
 
   /// The messages of the thread up to and including `last`.
@@ -91,7 +130,11 @@ protected:
   HWND window = ::CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
   const KernelHandle sleeping{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   KernelHandle thread;
+  const tests::ImportSlot<decltype(&::RegNotifyChangeKeyValue)> notifications{&__imp_RegNotifyChangeKeyValue,
+                                                                              &NoteAsking};
 };
+
+using Messages = std::vector<UINT>;
 
 TEST_F(RegistryListener, PostsBottom) {
   registry.SetText(positionValue, L"Top");
@@ -135,31 +178,30 @@ TEST_F(RegistryListener, FollowsOneChangeAfterTheOther) {
 TEST_F(RegistryListener, PostsNothingForTheSameTextAgain) {
   registry.SetText(positionValue, L"Top");
   Start();
-  registry.SetText(positionValue, L"Top", REG_EXPAND_SZ); // another type, so that the thread does wake
-  registry.SetText(positionValue, L"Top");
-  registry.SetText(positionValue, L"Bottom");
-  EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
+  // Another type, since the same data again wake nobody.
+  EXPECT_EQ(Messages(), MessagesOfAWrite(positionValue, L"Top", REG_EXPAND_SZ));
+  EXPECT_EQ(Messages(), MessagesOfAWrite(positionValue, L"Top"));
+  EXPECT_EQ(Messages({1030}), MessagesOfAWrite(positionValue, L"Bottom"));
 }
 
 TEST_F(RegistryListener, PostsNothingForAnotherValueOfTheKey) {
   registry.SetText(positionValue, L"Bottom");
   Start();
-  for (int round = 0; round < 50; ++round) // so many that the thread can't take them all for one change
-    registry.SetText(L"ShowWelcomePage", std::to_wstring(round));
-  registry.SetText(positionValue, L"Top");
-  EXPECT_EQ(std::vector<UINT>({1029}), MessagesUpTo(1029));
+  for (int round = 0; round < 10; ++round)
+    EXPECT_EQ(Messages(), MessagesOfAWrite(L"ShowWelcomePage", std::to_wstring(round).c_str()));
+  EXPECT_EQ(Messages({1029}), MessagesOfAWrite(positionValue, L"Top"));
 }
 
 TEST_F(RegistryListener, SeesTwoQuickWritesAsOne) {
   registry.SetText(positionValue, L"Top");
   Start();
-  ::SuspendThread(thread.Get());
-  registry.SetText(positionValue, L"Bottom");
-  registry.SetText(positionValue, L"Top");
-  ::ResumeThread(thread.Get());
-  registry.SetText(L"ShowWelcomePage", L"0");
-  registry.SetText(positionValue, L"Bottom");
-  EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
+  EXPECT_EQ(Messages(), MessagesOfAWake([&] {
+              ::SuspendThread(thread.Get());
+              registry.SetText(positionValue, L"Bottom");
+              registry.SetText(positionValue, L"Top");
+              ::ResumeThread(thread.Get());
+            }));
+  EXPECT_EQ(Messages({1030}), MessagesOfAWrite(positionValue, L"Bottom"));
 }
 
 TEST_F(RegistryListener, HearsAnotherProcess) {

@@ -15,7 +15,10 @@ inline bool dragOutside = false;
 /// True while a drag's cursor is over the row of user buttons.
 inline bool dragOverButtons = false;
 
-/// Puts all three back to where no button is dragged.
+/// How many files of the drop that is being taken come behind the present one.
+inline unsigned droppedFilesToCome = 0;
+
+/// Puts the first three back to where no button is dragged.
 inline void ForgetDrag() {
   draggedButton = nullptr;
   dragOutside = false;

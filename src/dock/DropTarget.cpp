@@ -32,6 +32,15 @@ public:
   STGMEDIUM medium = {};
 };
 
+/// Says how many files come behind the one that is being told of, so that the bar finishes with the last one.
+class FilesToCome {
+public:
+  explicit FilesToCome(UINT count) { droppedFilesToCome = count; }
+  ~FilesToCome() { droppedFilesToCome = 0; }
+  FilesToCome(const FilesToCome &) = delete;
+  FilesToCome &operator=(const FilesToCome &) = delete;
+};
+
 /// What the keys ask for; 0 without a wish.
 DWORD WishedEffect(DWORD keyState) {
   switch (keyState & (MK_CONTROL | MK_SHIFT)) {
@@ -146,6 +155,7 @@ void CDropTarget::AddDroppedFiles(HDROP drop, POINTL point) const {
   std::vector<wchar_t> paths(std::size_t{count} * (MAX_PATH + 1) + 1);
   wchar_t *path = paths.data();
   for (UINT i = 0; i < count; ++i) {
+    const FilesToCome rest(count - 1 - i);
     *path = L'\0';
     const UINT length = ::DragQueryFileW(drop, i, path, MAX_PATH);
     if (length > 0)

@@ -142,6 +142,7 @@ private:
   std::shared_ptr<IButtonPainter> MakePainter(const Element &element, const ButtonLayout &layout);
 
   std::size_t IndexOfUserButton(HWND buttonWindow) const;
+  bool CanAddButton(std::size_t position) const;
 
   // Drag and drop. Points are in the dock's client coordinates, if not told otherwise.
   void OnButtonDragBegin(ButtonEventArgs *args);
@@ -152,6 +153,8 @@ private:
   void OnDragOver(POINT point);
   void OnDragLeave(UINT_PTR buttonId);
   void OnButtonDrop(POINT point);
+  void AddDroppedFile(const std::wstring &path, POINT screenPoint);
+  void FinishDrop();
   void HideForgottenIndicator();
   std::optional<std::size_t> GetInsertionIndex(POINT rowPoint) const;
   void ShowIndicatorFor(std::size_t index);

@@ -204,22 +204,38 @@ void CMainDlg::OnButtonDrop(POINT point) {
     MoveButton(from, *to);
 }
 
-/// The record of a file that no button can be made for stays with the others and is saved with them. What the shell
-/// can't show is no more of a reason to end the bar than what isn't there.
+/// The files of one drop come one by one, and the bar is brought forward and painted once for all of them.
 void CMainDlg::OnDragAdd(const std::wstring &path, POINT screenPoint) {
+  AddDroppedFile(path, screenPoint);
+  if (droppedFilesToCome == 0)
+    FinishDrop();
+}
+
+/// What can't be added isn't looked at. The record of a file that no button can be made for stays with the others and
+/// is saved with them. What the shell can't show is no more of a reason to end the bar than what isn't there.
+void CMainDlg::AddDroppedFile(const std::wstring &path, POINT screenPoint) {
+  const RepaintHold hold(*this);
   ::ScreenToClient(userButtonPanel->GetHandle(), &screenPoint);
   const auto position = GetInsertionIndex(screenPoint);
-  const Element element = MakeDroppedElement(path);
+  if (!position || !CanAddButton(*position))
+    return;
   try {
-    if (position)
-      AddButton(element, *position);
+    AddButton(MakeDroppedElement(path), *position);
   } catch (const CommandNotFoundException &) {
     LogError(cannotAddButton);
   } catch (const HResultError &) {
     LogError(cannotAddButton);
   }
-  HideIndicator();
-  BringToForeground(handle);
+}
+
+/// The windows of the new buttons ask for a repaint of the bar each, and the one that is made here shows them all.
+void CMainDlg::FinishDrop() {
+  {
+    const RepaintHold hold(*this);
+    HideIndicator();
+    BringToForeground(handle);
+    ::RedrawWindow(handle, nullptr, nullptr, RDW_VALIDATE | RDW_NOINTERNALPAINT | RDW_ALLCHILDREN);
+  }
   Repaint();
 }
 

@@ -50,12 +50,16 @@ std::shared_ptr<DockButton> CMainDlg::CreateUserButton(int index, const Element 
   return button;
 }
 
+/// A position behind the end takes nothing, and neither does a bar whose ids are all taken.
+bool CMainDlg::CanAddButton(std::size_t position) const {
+  return position <= userElements.size() &&
+         std::find(buttonIdInUse.begin(), buttonIdInUse.end(), false) != buttonIdInUse.end();
+}
+
 void CMainDlg::AddButton(const Element &element, std::size_t position) {
-  if (position > userElements.size())
+  if (!CanAddButton(position))
     return;
   const auto freeId = std::find(buttonIdInUse.begin(), buttonIdInUse.end(), false);
-  if (freeId == buttonIdInUse.end())
-    return;
   *freeId = true;
   userElements.insert(At(userElements, position), element);
   const auto button = CreateUserButton(0, element);

@@ -6,6 +6,11 @@
 #include "support/FailingClass.h"
 #include "support/LogCapture.h"
 
+#include <shellapi.h>
+
+extern "C" decltype(&::SendInput) __imp_SendInput;
+extern "C" decltype(&::SHGetLocalizedName) __imp_SHGetLocalizedName;
+
 namespace lumenor {
 
 namespace {
@@ -365,6 +370,111 @@ TEST_F(Drag, OfAThirtyFirstFileIsRefusedInSilence) {
   EXPECT_EQ(30U, Heads().size());
   EXPECT_EQ((std::vector<std::string>{}), log.Lines());
   ExpectNoMarker();
+}
+
+/// Counts what a drop costs while it lives.
+class DropCosts {
+public:
+  DropCosts() {
+    keys = names = 0;
+    platformInput = input.Former();
+    platformName = name.Former();
+    pictures = 0;
+  }
+
+  static inline int keys;
+  static inline int names;
+
+private:
+  static UINT WINAPI NoteKey(UINT count, INPUT *inputs, int size) {
+    ++keys;
+    return platformInput(count, inputs, size);
+  }
+  static HRESULT WINAPI NoteName(PCWSTR path, PWSTR module, UINT size, int *id) {
+    ++names;
+    return platformName(path, module, size, id);
+  }
+
+  static inline decltype(&::SendInput) platformInput;
+  static inline decltype(&::SHGetLocalizedName) platformName;
+
+  const tests::ImportSlot<decltype(&::SendInput)> input{&__imp_SendInput, &NoteKey};
+  const tests::ImportSlot<decltype(&::SHGetLocalizedName)> name{&__imp_SHGetLocalizedName, &NoteName};
+};
+
+/// So many paths of one file.
+Texts SamePath(const std::wstring &path, std::size_t count) { return Texts(count, path); }
+
+/// Drops files that have been over the place before, so that all that is counted is the drop's.
+void DropFromOver(const Texts &paths, POINT screen) {
+  const auto data = MakeFileData(paths);
+  DWORD effect = DROPEFFECT_COPY;
+  registeredTarget->DragEnter(data.Get(), MK_LBUTTON, {screen.x, screen.y}, &effect);
+  effect = DROPEFFECT_COPY;
+  registeredTarget->DragOver(MK_LBUTTON, {screen.x, screen.y}, &effect);
+  desk::PumpAll();
+  pictures = 0;
+  effect = DROPEFFECT_COPY;
+  EXPECT_EQ(S_OK, registeredTarget->Drop(data.Get(), 0, {screen.x, screen.y}, &effect));
+}
+
+TEST_F(Drag, OfSeveralFilesRepaintsTheBarOnceAndPressesOneKey) {
+  StartWith(1);
+  const Texts paths = SamePath(MakeFile(L"New.txt"), 5);
+  const DropCosts costs;
+  DropFromOver(paths, SecondHalf(0));
+  EXPECT_EQ(6U, Heads().size());
+  EXPECT_EQ(5, DropCosts::names);
+  EXPECT_EQ(1, DropCosts::keys);
+  EXPECT_EQ(1, pictures);
+  desk::PumpAll();
+  EXPECT_EQ(1, pictures) << "nothing of the new buttons is left to be painted";
+  ExpectNoMarker();
+}
+
+TEST_F(Drag, OfMoreFilesThanTheBarTakesLooksAtThoseOnlyThatItTakes) {
+  StartWith(28);
+  const Texts paths = SamePath(MakeFile(L"New.txt"), 500);
+  const DropCosts costs;
+  DropFromOver(paths, FirstHalf(2));
+  EXPECT_EQ(30U, Heads().size());
+  EXPECT_EQ(2, DropCosts::names);
+  EXPECT_EQ(1, DropCosts::keys);
+  EXPECT_EQ(1, pictures);
+}
+
+TEST_F(Drag, OfFilesToAFullBarCostsNoMoreThanTheLookAtItsEnd) {
+  StartWith(30);
+  const Texts paths = SamePath(MakeFile(L"New.txt"), 500);
+  const DropCosts costs;
+  DropFromOver(paths, FirstHalf(2));
+  EXPECT_EQ(30U, Heads().size());
+  EXPECT_EQ(0, DropCosts::names);
+  EXPECT_EQ(1, DropCosts::keys);
+  EXPECT_EQ(1, pictures);
+  ExpectNoMarker();
+}
+
+TEST_F(Drag, OfFilesAmongWhichOneIsGoneIsFinishedAllTheSame) {
+  StartWith(1);
+  const DropCosts costs;
+  DropFromOver({MakeFile(L"New.txt"), L"C:\\gone\\gone.exe"}, SecondHalf(0));
+  EXPECT_EQ(2U, dock->GetUserButtons().size());
+  EXPECT_EQ(1, pictures);
+  Over(FirstHalf(0));
+  EXPECT_EQ(2, pictures) << "the bar is painted again";
+}
+
+TEST_F(Drag, OfOneFileAfterTheOtherFinishesEach) {
+  StartWith(1);
+  const std::wstring path = MakeFile(L"New.txt");
+  Over(SecondHalf(0));
+  const DropCosts costs;
+  for (int file = 1; file <= 3; ++file) {
+    EXPECT_EQ(1, Add(path, SecondHalf(0)));
+    EXPECT_EQ(file, pictures);
+    EXPECT_EQ(file, DropCosts::keys);
+  }
 }
 
 TEST_F(Drag, OfFilesBringsTheBarToTheFront) {

@@ -270,6 +270,8 @@ private:
 // A property that changes while the tree paints asks for a repaint in the midst of one. It is answered by one more pass
 // when this one is done; an element that changes at every paint gets no third, or the bar would paint for ever.
 void Window::Render() {
+  if (repaintHolds != 0)
+    return;
   if (rendering) {
     paintPending = 1;
     return;

@@ -78,6 +78,19 @@ protected:
   template <typename Owner, std::size_t count>
   BOOL RunHandler(const MessageRow<Owner> (&rows)[count], UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result);
 
+  /// Holds all repaints of `window` back while it lives. They aren't made up for: whoever holds them repaints behind
+  /// it.
+  class RepaintHold {
+  public:
+    explicit RepaintHold(Window &window) : window(window) { ++window.repaintHolds; }
+    ~RepaintHold() { --window.repaintHolds; }
+    RepaintHold(const RepaintHold &) = delete;
+    RepaintHold &operator=(const RepaintHold &) = delete;
+
+  private:
+    Window &window;
+  };
+
   /// Called at the end of a session when set.
   EndSessionHandler endSessionHandler = nullptr;
 
@@ -115,6 +128,7 @@ private:
 
   int paintPending = 0;
   bool rendering = false;
+  int repaintHolds = 0;
   std::shared_ptr<TypedEventListener<Window, PropertyChangeEventArgs<long>>> leftListener, topListener;
   std::shared_ptr<TypedEventListener<Window, PropertyChangeEventArgs<lumenor::Visibility>>> visibilityListener;
   std::shared_ptr<TypedEventListener<Window, PropertyChangeEventArgs<unsigned char>>> opacityListener;

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <cwchar>
 #include <new>
+#include <utility>
 
 #include "dock/EnumFormatEtc.h"
 
@@ -17,8 +18,6 @@ CLIPFORMAT HandleFormat(DWORD tymed) {
     return CF_BITMAP;
   case TYMED_MFPICT:
     return CF_METAFILEPICT;
-  case TYMED_ENHMF:
-    return CF_ENHMETAFILE;
   default:
     return 0;
   }
@@ -38,6 +37,17 @@ HRESULT CopyHandle(const STGMEDIUM &from, STGMEDIUM &to) {
   return to.hGlobal == nullptr ? E_OUTOFMEMORY : S_OK;
 }
 
+/// The platform's duplication knows all handles but this one, which it takes for memory.
+HRESULT CopyMetafile(const STGMEDIUM &from, STGMEDIUM &to) {
+  to.hEnhMetaFile = ::CopyEnhMetaFileW(from.hEnhMetaFile, nullptr);
+  return to.hEnhMetaFile == nullptr ? E_OUTOFMEMORY : S_OK;
+}
+
+bool IsSameFormat(const FORMATETC &one, const FORMATETC &other) {
+  return one.cfFormat == other.cfFormat && one.dwAspect == other.dwAspect && one.lindex == other.lindex &&
+         one.tymed == other.tymed;
+}
+
 /// Copies what only one may release. All that a medium can hold lies at the same place, a pointer or a handle.
 HRESULT CopyContent(const STGMEDIUM &from, STGMEDIUM &to) {
   switch (from.tymed) {
@@ -45,6 +55,8 @@ HRESULT CopyContent(const STGMEDIUM &from, STGMEDIUM &to) {
     return S_OK;
   case TYMED_FILE:
     return CopyFileName(from, to);
+  case TYMED_ENHMF:
+    return CopyMetafile(from, to);
   case TYMED_ISTREAM:
   case TYMED_ISTORAGE:
     static_cast<IUnknown *>(from.pstm)->AddRef();
@@ -116,12 +128,24 @@ HRESULT CDataObject::SetData(FORMATETC *format, STGMEDIUM *medium, BOOL release)
   if (!release)
     if (const HRESULT result = CopyMedium(*medium, stored); FAILED(result))
       return result;
-  formats.push_back(*format);
-  formats.back().ptd = nullptr; // the caller's memory, and nothing here asks for a device
-  media.push_back(stored);
+  Keep(*format, stored);
   return S_OK;
 } catch (const std::bad_alloc &) {
   return E_OUTOFMEMORY;
+}
+
+/// A format that is set again, as helpers of a drag do with theirs at every move, has one medium only.
+void CDataObject::Keep(const FORMATETC &format, const STGMEDIUM &medium) noexcept {
+  for (std::size_t i = 0; i < formats.size(); ++i) {
+    if (!IsSameFormat(formats[i], format))
+      continue;
+    STGMEDIUM former = std::exchange(media[i], medium);
+    ::ReleaseStgMedium(&former);
+    return;
+  }
+  formats.push_back(format);
+  formats.back().ptd = nullptr; // the caller's memory, and nothing here asks for a device
+  media.push_back(medium);
 }
 
 HRESULT CDataObject::EnumFormatEtc(DWORD direction, IEnumFORMATETC **enumerator) noexcept try {

@@ -23,8 +23,8 @@ public:
   HRESULT STDMETHODCALLTYPE QueryGetData(FORMATETC *format) noexcept override;
   HRESULT STDMETHODCALLTYPE GetCanonicalFormatEtc(FORMATETC *format, FORMATETC *canonical) noexcept override;
 
-  /// Adds a format, behind an equal one if there is one. With `release` the medium is this object's from now on,
-  /// otherwise a copy is made.
+  /// Adds a format, or puts the medium in the place of the one that the very same format has. With `release` the medium
+  /// is this object's from now on, otherwise a copy is made.
   HRESULT STDMETHODCALLTYPE SetData(FORMATETC *format, STGMEDIUM *medium, BOOL release) noexcept override;
 
   HRESULT STDMETHODCALLTYPE EnumFormatEtc(DWORD direction, IEnumFORMATETC **formats) noexcept override;
@@ -35,6 +35,9 @@ public:
 
 private:
   ~CDataObject() override;
+
+  /// Takes the medium over; there is room for one more.
+  void Keep(const FORMATETC &format, const STGMEDIUM &medium) noexcept;
 
   // Parallel: the medium of each format.
   std::vector<FORMATETC> formats;

@@ -38,8 +38,10 @@ constexpr LONG indicatorFarSide = 6;
 constexpr LONG indicatorNearSide = 3;
 constexpr LONG indicatorInset = 3; // from the bar's upper and lower edge
 
+/// The source destroys its cursor, and a loaded one is shared: so it gets one of its own.
 ComPtr<CDragSource> MakeDragSource() {
-  return MakeOleObject<CDragSource>(::LoadCursorW(instanceHandle, MAKEINTRESOURCEW(DragCursorId)));
+  const HCURSOR shared = ::LoadCursorW(instanceHandle, MAKEINTRESOURCEW(DragCursorId));
+  return MakeOleObject<CDragSource>(CopyCursor(shared));
 }
 
 /// What a dragged button carries: a list of files that isn't there. The drop target asks for the format alone.

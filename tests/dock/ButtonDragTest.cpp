@@ -8,7 +8,11 @@
 #include <gtest/gtest.h>
 
 #include "dock/DragFixture.h"
+#include "resources/resource.h"
 #include "support/FailingClass.h"
+
+extern "C" decltype(&::LoadCursorW) __imp_LoadCursorW;
+extern "C" decltype(&::DestroyCursor) __imp_DestroyCursor;
 
 namespace lumenor {
 
@@ -92,6 +96,49 @@ TEST_F(ButtonDrag, MovesTheButton) {
   EXPECT_EQ((Texts{L"Head 1", L"Head 3", L"Head 2", L"Head 0"}), Heads());
   ExpectAtRest();
   EXPECT_TRUE(shell.Launches().empty()) << "a drag is no click";
+}
+
+/// Notes the cursors that are loaded from the program and those that are destroyed while it lives.
+class CursorSpy {
+public:
+  CursorSpy() {
+    loaded.clear();
+    destroyed.clear();
+    platformLoad = load.Former();
+    platformDestroy = destroy.Former();
+  }
+
+  static inline std::vector<HCURSOR> loaded;
+  static inline std::vector<HCURSOR> destroyed;
+
+private:
+  static HCURSOR WINAPI NoteLoading(HINSTANCE module, LPCWSTR name) {
+    const HCURSOR cursor = platformLoad(module, name);
+    if (name == MAKEINTRESOURCEW(DragCursorId))
+      loaded.push_back(cursor);
+    return cursor;
+  }
+  static BOOL WINAPI NoteDestruction(HCURSOR cursor) {
+    destroyed.push_back(cursor);
+    return platformDestroy(cursor);
+  }
+
+  static inline decltype(&::LoadCursorW) platformLoad;
+  static inline decltype(&::DestroyCursor) platformDestroy;
+
+  const tests::ImportSlot<decltype(&::LoadCursorW)> load{&__imp_LoadCursorW, &NoteLoading};
+  const tests::ImportSlot<decltype(&::DestroyCursor)> destroy{&__imp_DestroyCursor, &NoteDestruction};
+};
+
+// The platform shares a loaded cursor among all who load it, and nobody may destroy it.
+TEST_F(ButtonDrag, DestroysACursorOfItsOwnAndNotTheOneThatThePlatformShares) {
+  StartWith(2);
+  const CursorSpy cursors;
+  DragByHand(FirstHalf(0), {SecondHalf(1)});
+  ASSERT_EQ(1U, CursorSpy::loaded.size());
+  ASSERT_EQ(1U, CursorSpy::destroyed.size());
+  EXPECT_NE(nullptr, CursorSpy::destroyed[0]);
+  EXPECT_NE(CursorSpy::loaded[0], CursorSpy::destroyed[0]);
 }
 
 TEST_F(ButtonDrag, MovesAButtonThatWasAddedToo) {

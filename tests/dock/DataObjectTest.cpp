@@ -7,6 +7,9 @@
 #include "dock/DragObjects.h"
 #include "dock/EnumFormatEtc.h"
 #include "support/ComApartment.h"
+#include "support/ImportSlot.h"
+
+extern "C" decltype(&::OleDuplicateData) __imp_OleDuplicateData;
 
 namespace lumenor {
 
@@ -40,6 +43,15 @@ protected:
     const std::string text = MemoryText(medium);
     ::ReleaseStgMedium(&medium);
     return text;
+  }
+
+  std::size_t CountFormats() const {
+    ComPtr<IEnumFORMATETC> formats;
+    EXPECT_EQ(S_OK, data->EnumFormatEtc(DATADIR_GET, &formats));
+    std::size_t count = 0;
+    for (FORMATETC format = {}; formats->Next(1, &format, nullptr) == S_OK; ++count) {
+    }
+    return count;
   }
 
   const tests::ComApartment com;
@@ -84,7 +96,7 @@ TEST_F(DataObject, HandsOutOnlyWhatMatchesInAllFourRespects) {
 TEST_F(DataObject, HandsOutTheOneOfSeveralThatMatches) {
   Store(Format(CF_TEXT), "text");
   Store(Format(CF_OEMTEXT), "other text");
-  Store(Format(CF_TEXT), "later");
+  Store(Format(CF_TEXT, TYMED_HGLOBAL | TYMED_GDI), "later");
   EXPECT_EQ("other text", Get(Format(CF_OEMTEXT)));
   EXPECT_EQ("text", Get(Format(CF_TEXT)));
 }
@@ -138,6 +150,37 @@ TEST_F(DataObject, TakesAMediumOverAndReleasesItInTheEnd) {
   }
   EXPECT_EQ(0U, owner.references);
   ::GlobalFree(memory);
+}
+
+TEST_F(DataObject, ReplacesWhatItHasOfTheVerySameFormat) {
+  CountedObject owner;
+  STGMEDIUM medium = MakeMemory("first");
+  const HGLOBAL memory = medium.hGlobal;
+  medium.pUnkForRelease = &owner;
+  FORMATETC privateFormat = Format(0xC123);
+  ASSERT_EQ(S_OK, data->SetData(&privateFormat, &medium, TRUE));
+  Store(Format(CF_TEXT), "text");
+  Store(privateFormat, "second");
+  EXPECT_EQ(0U, owner.references) << "the first one is released";
+  ::GlobalFree(memory);
+  EXPECT_EQ("second", Get(privateFormat));
+  EXPECT_EQ("text", Get(Format(CF_TEXT)));
+  EXPECT_EQ(2U, CountFormats());
+  STGMEDIUM third = MakeMemory("third");
+  ASSERT_EQ(S_OK, data->SetData(&privateFormat, &third, FALSE));
+  ::ReleaseStgMedium(&third);
+  EXPECT_EQ("third", Get(privateFormat));
+  EXPECT_EQ(2U, CountFormats());
+}
+
+TEST_F(DataObject, KeepsFormatsThatDifferInOneRespectBesideEachOther) {
+  Store(Format(0xC123), "first");
+  Store(Format(0xC124), "another number");
+  Store(Format(0xC123, TYMED_HGLOBAL | TYMED_GDI), "another medium");
+  Store(Format(0xC123, TYMED_HGLOBAL, DVASPECT_ICON), "another aspect");
+  Store(Format(0xC123, TYMED_HGLOBAL, DVASPECT_CONTENT, 0), "another part");
+  EXPECT_EQ(5U, CountFormats());
+  EXPECT_EQ("first", Get(Format(0xC123)));
 }
 
 TEST_F(DataObject, CopiesAMediumThatItDoesNotTakeOver) {
@@ -246,6 +289,40 @@ TEST(CopiedMedium, HasABitmapOfItsOwn) {
   EXPECT_EQ(3, size.bmWidth);
   ::ReleaseStgMedium(&copy);
   ::ReleaseStgMedium(&medium);
+}
+
+/// Notes what is duplicated as plain memory while it lives.
+class DuplicationSpy {
+public:
+  DuplicationSpy() { duplications = 0; }
+
+  static inline int duplications;
+
+private:
+  static HANDLE WINAPI Note(HANDLE, CLIPFORMAT, UINT) {
+    ++duplications;
+    return nullptr;
+  }
+
+  const tests::ImportSlot<decltype(&::OleDuplicateData)> slot{&__imp_OleDuplicateData, &Note};
+};
+
+// The platform's duplication takes a metafile of the newer kind for a piece of memory.
+TEST(CopiedMedium, HasAnEnhancedMetafileOfItsOwn) {
+  const DuplicationSpy spy;
+  const HDC recording = ::CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr);
+  ::Rectangle(recording, 1, 2, 30, 40);
+  STGMEDIUM medium = {};
+  medium.tymed = TYMED_ENHMF;
+  medium.hEnhMetaFile = ::CloseEnhMetaFile(recording);
+  const UINT bytes = ::GetEnhMetaFileBits(medium.hEnhMetaFile, 0, nullptr);
+  STGMEDIUM copy = {};
+  EXPECT_EQ(S_OK, CopyMedium(medium, copy));
+  EXPECT_EQ(0, DuplicationSpy::duplications);
+  EXPECT_NE(medium.hEnhMetaFile, copy.hEnhMetaFile);
+  ::ReleaseStgMedium(&medium);
+  EXPECT_EQ(bytes, ::GetEnhMetaFileBits(copy.hEnhMetaFile, 0, nullptr));
+  ::ReleaseStgMedium(&copy);
 }
 
 TEST(CopiedMedium, OfNothingIsNothing) {

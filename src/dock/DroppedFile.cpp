@@ -14,9 +14,12 @@ namespace {
 
 constexpr int maxNameLength = 520; // characters, the end's included
 
-/// The text `id` of the library at `modulePath`; empty when there is no such library or text.
+/// The text `id` of the library at `modulePath`; empty when there is no such library or text. Whoever made the file
+/// names the library: it is read as data, so that no code of it runs in the dock, and it may be one for another
+/// processor.
 std::wstring LoadModuleText(const std::wstring &modulePath, UINT id) {
-  const LibraryHandle library(::LoadLibraryW(ExpandPath(modulePath).c_str()));
+  const LibraryHandle library(::LoadLibraryExW(ExpandPath(modulePath).c_str(), nullptr,
+                                               LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
   wchar_t text[maxNameLength] = {};
   if (library)
     ::LoadStringW(library.Get(), id, text, maxNameLength);

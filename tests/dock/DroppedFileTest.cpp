@@ -12,6 +12,7 @@
 #include <shellapi.h>
 
 extern "C" decltype(&::SHGetLocalizedName) __imp_SHGetLocalizedName;
+extern "C" decltype(&::LoadStringW) __imp_LoadStringW;
 
 namespace lumenor {
 
@@ -29,9 +30,9 @@ HRESULT WINAPI GetTestName(PCWSTR, PWSTR module, UINT size, int *id) {
   return S_OK;
 }
 
-/// The first text of the platform's own library of texts, and its number.
-std::pair<std::wstring, UINT> AnyPlatformText() {
-  const LibraryHandle library(::LoadLibraryW(L"shell32.dll"));
+/// The first text of a library, and its number.
+std::pair<std::wstring, UINT> AnyTextOf(const wchar_t *path) {
+  const LibraryHandle library(::LoadLibraryExW(path, nullptr, LOAD_LIBRARY_AS_DATAFILE));
   for (UINT id = 1; id < 70'000; ++id) {
     wchar_t text[520] = {};
     if (::LoadStringW(library.Get(), id, text, 520) > 0)
@@ -39,6 +40,12 @@ std::pair<std::wstring, UINT> AnyPlatformText() {
   }
   return {};
 }
+
+/// The same of the platform's own library of texts.
+std::pair<std::wstring, UINT> AnyPlatformText() { return AnyTextOf(L"shell32.dll"); }
+
+bool wasLoadedAsProgram = true;
+decltype(&::LoadStringW) platformLoadString = nullptr;
 
 class DroppedFile : public ::testing::Test {
 protected:
@@ -94,6 +101,25 @@ TEST_F(LocalizedFile, HasItsLocalizedName) {
   nameId = static_cast<int>(id);
   EXPECT_EQ(text, LabelOf(L"C:\\windows\\notepad.exe"));
   EXPECT_EQ(L"C:\\windows\\notepad.exe", MakeDroppedElement(L"C:\\windows\\notepad.exe").ToolTip);
+}
+
+int WINAPI NoteModule(HINSTANCE module, UINT id, LPWSTR text, int size) {
+  wasLoadedAsProgram = ::GetModuleHandleW(L"inetcpl.cpl") != nullptr;
+  return platformLoadString(module, id, text, size);
+}
+
+// A library that is loaded as a program runs code of its own in the dock.
+TEST_F(LocalizedFile, RunsNoCodeOfTheLibrary) {
+  constexpr wchar_t library[] = L"C:\\windows\\system32\\inetcpl.cpl";
+  const auto [text, id] = AnyTextOf(library);
+  ASSERT_FALSE(text.empty());
+  nameModule = library;
+  nameId = static_cast<int>(id);
+  const tests::ImportSlot slot(&__imp_LoadStringW, &NoteModule);
+  platformLoadString = slot.Former();
+  wasLoadedAsProgram = true;
+  EXPECT_EQ(text, LabelOf(L"C:\\windows\\notepad.exe"));
+  EXPECT_FALSE(wasLoadedAsProgram);
 }
 
 TEST_F(LocalizedFile, WhoseLibraryIsMissingHasAnEmptyLabel) {

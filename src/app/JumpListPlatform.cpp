@@ -22,9 +22,14 @@ SetApplicationIdFunction FindSetApplicationId() {
       reinterpret_cast<void *>(::GetProcAddress(shell, "SetCurrentProcessExplicitAppUserModelID")));
 }
 
+/// A process keeps its id, so the cycles behind the first one have it already.
 void SetApplicationId() {
-  if (const SetApplicationIdFunction setApplicationId = FindSetApplicationId())
+  if (hasApplicationId)
+    return;
+  if (const SetApplicationIdFunction setApplicationId = FindSetApplicationId()) {
     ThrowIfFailed(setApplicationId(applicationUserModelId));
+    hasApplicationId = true;
+  }
 }
 
 } // namespace

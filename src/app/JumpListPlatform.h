@@ -6,8 +6,11 @@ namespace lumenor {
 /// Whether the platform's version is exactly 6.1; a later one gets no jump list.
 bool IsJumpListPlatform();
 
-/// Gives the process the id that the shell knows the dock's jump list by, and publishes the list; on another platform
-/// neither. Raises HResultError.
+/// Whether the process has the id that the shell knows the dock's jump list by.
+inline bool hasApplicationId = false;
+
+/// Gives the process that id unless it has it, and publishes the list; on another platform neither. Raises
+/// HResultError.
 void PublishJumpList();
 
 } // namespace lumenor

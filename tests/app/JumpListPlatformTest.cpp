@@ -97,6 +97,7 @@ private:
 
 class PublishJumpListTest : public testing::Test {
 protected:
+  PublishJumpListTest() { hasApplicationId = false; }
   ~PublishJumpListTest() override { ApplicationIdSpy::hasModule = ApplicationIdSpy::hasFunction = true; }
 
   static Element Entry(const std::wstring &type, const std::wstring &params, std::uint32_t position = 0) {
@@ -166,6 +167,24 @@ TEST_F(PublishJumpListTest, TakesTheIdBeforeItReadsTheDocuments) {
   PublishJumpList();
   EXPECT_TRUE(isEarly);
   EXPECT_TRUE(DocumentExists(mainDocumentName));
+}
+
+TEST_F(PublishJumpListTest, TakesTheIdOnceAProcess) {
+  const ApplicationIdSpy applicationId;
+  PublishJumpList();
+  PublishJumpList();
+  PublishJumpList();
+  EXPECT_THAT(ApplicationIdSpy::ids, ElementsAre(L"com.tw.ebu.lumenor"));
+  EXPECT_THAT(Published(), Optional(IsEmpty()));
+}
+
+TEST_F(PublishJumpListTest, TakesTheIdInTheNextCycleWhenItWasRefused) {
+  const ApplicationIdSpy applicationId;
+  ApplicationIdSpy::result = E_ACCESSDENIED;
+  EXPECT_EQ(E_ACCESSDENIED, Failure());
+  ApplicationIdSpy::result = S_OK;
+  EXPECT_EQ(S_OK, Failure());
+  EXPECT_EQ(2U, ApplicationIdSpy::ids.size());
 }
 
 TEST_F(PublishJumpListTest, DoesNothingOnAnotherPlatform) {

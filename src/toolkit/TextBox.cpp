@@ -8,6 +8,7 @@
 #include <commctrl.h>
 
 #include "system/HResultError.h"
+#include "toolkit/CommonControls.h"
 #include "toolkit/EditReading.h"
 #include "toolkit/EditTextElement.h"
 #include "toolkit/Scale.h"
@@ -107,6 +108,7 @@ void TextBox::OnAttached() {
   const HWND parentWindow = parent->GetHandle();
   const RECT bounds = GetBounds();
   if (::IsWindow(parentWindow)) {
+    LoadCommonControls();
     Create(parentWindow, &bounds, nullptr, static_cast<UINT_PTR>(controlId));
     SetMargins();
   }

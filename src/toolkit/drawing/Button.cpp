@@ -5,6 +5,7 @@
 #include <commctrl.h>
 
 #include "system/Instance.h"
+#include "toolkit/CommonControls.h"
 #include "toolkit/drawing/IButtonPainter.h"
 
 namespace lumenor {
@@ -219,6 +220,7 @@ void Button::BuildToolTip() {
   if (!::IsWindow(handle))
     return;
   const HWND root = GetRootHandle();
+  LoadCommonControls();
   toolTipWindow.Reset(::CreateWindowExW(WS_EX_TOPMOST | WS_EX_TRANSPARENT, TOOLTIPS_CLASSW, nullptr,
                                         WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
                                         CW_USEDEFAULT, CW_USEDEFAULT, root, nullptr, instanceHandle, nullptr));

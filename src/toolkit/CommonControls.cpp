@@ -1,0 +1,17 @@
+#include "toolkit/CommonControls.h"
+
+#include "system/Windows.h"
+
+#include <commctrl.h>
+
+namespace lumenor {
+
+void LoadCommonControls() {
+  static const BOOL loaded = [] {
+    const INITCOMMONCONTROLSEX wanted = {sizeof wanted, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
+    return ::InitCommonControlsEx(&wanted);
+  }();
+  static_cast<void>(loaded);
+}
+
+} // namespace lumenor

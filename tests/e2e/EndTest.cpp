@@ -1,8 +1,11 @@
 // Closing, the end of the session, the reset: what is saved and what comes back.
 
+#include <memory>
+
 #include <gtest/gtest.h>
 
 #include "e2e/DockProcess.h"
+#include "e2e/HeldProcess.h"
 #include "e2e/Input.h"
 #include "e2e/ResetDialog.h"
 #include "e2e/Screen.h"
@@ -20,6 +23,19 @@ protected:
         userDocument,
         {{.head = L"Mine", .actionType = L"exe", .actionParams = installation.Recorder(), .position = 7},
          {.head = L"Gone", .actionType = L"exe", .actionParams = L"C:\\gone\\gone.exe", .image = L"", .position = 8}});
+  }
+
+  /// Keeps the dock from going on where it has no bar; null when it doesn't get there.
+  static std::unique_ptr<HeldProcess> HoldBetweenBars(const DockProcess &dock) {
+    std::unique_ptr<HeldProcess> held;
+    WaitFor([&] {
+      if (dock.Bar() == nullptr)
+        held = std::make_unique<HeldProcess>(dock.Id());
+      if (dock.Bar() != nullptr)
+        held.reset(); // it came in between
+      return held != nullptr;
+    });
+    return held;
   }
 
   std::string UserDocument() const { return ReadBytes(installation.DocumentPath(userDocument)); }
@@ -102,6 +118,30 @@ TEST_F(End, ResetAsksRebuildsAndComesBackInTheSameProcess) {
   EXPECT_TRUE(WaitFor([&] { return dock.Control(2001) != nullptr; }));
   const DockProcess second(installation);
   EXPECT_EQ(0u, second.WaitForExit()) << "the instance stays guarded over the reset";
+}
+
+TEST_F(End, ASecondStartDuringARebuildEndsWithZeroAndLeavesTheFirstAlone) {
+  for (int i = 0; i < 300; ++i) // to be read one by one by the rebuild
+    installation.WriteStub(L"xx_xx", userDocument, 100 + i,
+                           {.head = L"Stub", .actionType = L"exe", .actionParams = installation.Recorder()});
+  WriteOwnDocument();
+  DockProcess dock(installation);
+  const HWND oldBar = dock.WaitForBar();
+  ASSERT_NE(nullptr, oldBar);
+  const HWND dialog = OpenResetDialog(dock);
+  ASSERT_NE(nullptr, dialog);
+  Click(Center(DialogButtons(dialog).at(0)));
+  {
+    const auto held = HoldBetweenBars(dock);
+    ASSERT_NE(nullptr, held);
+    const DockProcess second(installation);
+    EXPECT_EQ(0u, second.WaitForExit());
+    EXPECT_EQ(nullptr, dock.Bar());
+    EXPECT_EQ(nullptr, second.Bar());
+  }
+  ASSERT_TRUE(WaitFor([&] { return dock.Bar() != nullptr; }, std::chrono::seconds(30)));
+  EXPECT_NE(oldBar, dock.Bar());
+  EXPECT_TRUE(dock.IsRunning());
 }
 
 TEST_F(End, CancellingTheResetChangesNothing) {

@@ -188,6 +188,21 @@ TEST_F(Tracking, WithConsentThePayloadTellsEveryUseInItsOrder) {
   EXPECT_EQ(Names(), ClosedPayloads(installation));
 }
 
+TEST_F(Tracking, AButtonDroppedAtItsOwnPlaceIsNotTold) {
+  installation.OptIn();
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const POINT second = dock.UserButton(1);
+  MoveCursor(second);
+  PressLeftButton();
+  MoveCursor({second.x + 6, second.y});
+  ASSERT_TRUE(WaitFor([&] { return !::IsWindowVisible(dock.Control(2001)); })) << "it is being dragged";
+  LetGo({second.x + 20, second.y});
+  ASSERT_TRUE(WaitFor([&] { return ::IsWindowVisible(dock.Control(2001)) != FALSE; }));
+  CloseByButton(dock);
+  EXPECT_EQ(PayloadText({WindowElement(1, "Open"), WindowElement(2, "Close")}), Masked(Payload()));
+}
+
 TEST_F(Tracking, WithoutConsentNothingIsOnTheDiskAndTheMachineHasItsIdentityAllTheSame) {
   std::string firstId;
   for (const bool wasAsked : {false, true}) {

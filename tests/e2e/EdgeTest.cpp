@@ -5,6 +5,7 @@
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
+#include "e2e/TaskBar.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -84,6 +85,48 @@ TEST_F(Edge, ASmallerDisplayPlacesTheBarAnew) {
   }));
   CaptureSettled(dock.BarRect());
   SaveShot("edge-1024");
+}
+
+TEST_F(Edge, TheBarStandsUnderATaskBarAtTheTop) {
+  constexpr RECT taskBarArea = {0, 0, 1280, 40};
+  const TaskBar taskBar(taskBarArea);
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const RECT expected = {190, 40, 1090, 117};
+  const RECT bar = dock.BarRect();
+  EXPECT_TRUE(::EqualRect(&expected, &bar)) << bar.left << ' ' << bar.top << ' ' << bar.right << ' ' << bar.bottom;
+  SaveShot("edge-task-bar");
+
+  Click(dock.PositionButton());
+  EXPECT_TRUE(BarComesTo(dock, bottomEdge));
+  Click(dock.PositionButton());
+  EXPECT_TRUE(BarComesTo(dock, taskBarArea.bottom));
+}
+
+// Run where the work area ends 40 above the screen's end.
+TEST(SmallWorkArea, ABarAtTheBottomStandsOnItsEnd) {
+  RECT workArea = {};
+  ASSERT_TRUE(::SystemParametersInfoW(SPI_GETWORKAREA, 0, &workArea, 0));
+  ASSERT_EQ(984, workArea.bottom);
+  const Installation installation;
+  installation.WriteUsualStubs();
+  SetDockValue(L"DockPosition", L"Bottom");
+  DockProcess dock(installation);
+  ASSERT_NE(nullptr, dock.WaitForBar());
+  const RECT expected = {190, 984 - 77, 1090, 984};
+  const auto stands = [&] {
+    const RECT bar = dock.BarRect();
+    return ::EqualRect(&expected, &bar) != FALSE;
+  };
+  EXPECT_TRUE(stands());
+  SaveShot("edge-work-area");
+
+  Click(dock.PositionButton());
+  EXPECT_TRUE(WaitFor([&] { return dock.BarRect().top == topEdge; }));
+  Click(dock.PositionButton());
+  EXPECT_TRUE(WaitFor(stands));
+  ::ChangeDisplaySettingsW(nullptr, 0); // which has the bar placed anew
+  EXPECT_TRUE(HoldsFor(stands, std::chrono::milliseconds(500)));
 }
 
 } // namespace

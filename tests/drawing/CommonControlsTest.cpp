@@ -1,5 +1,7 @@
 // When the platform's common controls are asked for.
 
+#include "toolkit/drawing/Button.h"
+
 #include <cwchar>
 
 #include <commctrl.h>

@@ -13,6 +13,7 @@ namespace {
 constexpr SIZE iconSize = {48, 48};
 constexpr WORD unassignedKey = 7;
 constexpr DWORD lowColorBits = 16;
+constexpr float pixelsAsUnits = 96.0F; // dots per inch at which a unit of Direct2D is one pixel
 
 } // namespace
 
@@ -55,6 +56,8 @@ ComPtr<ID2D1DCRenderTarget> CreateGdiRenderTarget(ID2D1Factory *factory) {
   properties.minLevel = D2D1_FEATURE_LEVEL_DEFAULT;
   ComPtr<ID2D1DCRenderTarget> target;
   ThrowIfFailed(factory->CreateDCRenderTarget(&properties, target.GetAddressOf()));
+  // Asked for without a density the target takes the display's, and every length in a tree is scaled by that already.
+  target->SetDpi(pixelsAsUnits, pixelsAsUnits);
   return target;
 }
 

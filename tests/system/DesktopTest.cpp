@@ -6,6 +6,7 @@
 
 #include "support/ComApartment.h"
 #include "support/ImportSlot.h"
+#include "support/OperationSpy.h"
 #include "support/TestFolders.h"
 #include "system/HResultError.h"
 
@@ -80,6 +81,35 @@ TEST(CreateGdiRenderTarget, IsASoftwareTargetOfPremultipliedBgra) {
   const D2D1_PIXEL_FORMAT format = target->GetPixelFormat();
   EXPECT_EQ(DXGI_FORMAT_B8G8R8A8_UNORM, format.format);
   EXPECT_EQ(D2D1_ALPHA_MODE_PREMULTIPLIED, format.alphaMode);
+}
+
+HRESULT(STDMETHODCALLTYPE *platformCreateTarget)
+(ID2D1Factory *, const D2D1_RENDER_TARGET_PROPERTIES *, ID2D1DCRenderTarget **) = nullptr;
+
+/// As on a display of 144 dots per inch, whose density a target takes when it is asked for with none.
+HRESULT STDMETHODCALLTYPE CreateDenseTarget(ID2D1Factory *factory, const D2D1_RENDER_TARGET_PROPERTIES *properties,
+                                            ID2D1DCRenderTarget **target) {
+  EXPECT_EQ(0.0F, properties->dpiX);
+  EXPECT_EQ(0.0F, properties->dpiY);
+  const HRESULT created = platformCreateTarget(factory, properties, target);
+  (*target)->SetDpi(144.0F, 144.0F);
+  return created;
+}
+
+// Every length in the tree is one of device pixels already: a target that went by the display would scale it once more.
+TEST(CreateGdiRenderTarget, DrawsOnePixelForAUnitAtEveryDensity) {
+  constexpr std::size_t createDCRenderTarget = 16; // of ID2D1Factory
+  const tests::ComApartment com;
+  Microsoft::WRL::ComPtr<ID2D1Factory> factory;
+  ASSERT_EQ(S_OK, ::D2D1CreateFactory(D2D1_FACTORY_TYPE_SINGLE_THREADED, factory.GetAddressOf()));
+  tests::OperationSpy display(factory.Get());
+  platformCreateTarget = display.Exchange(createDCRenderTarget, CreateDenseTarget);
+  for (const auto &target : {CreateGdiRenderTarget(), CreateGdiRenderTarget(factory.Get())}) {
+    float x = 0, y = 0;
+    target->GetDpi(&x, &y);
+    EXPECT_EQ(96.0F, x);
+    EXPECT_EQ(96.0F, y);
+  }
 }
 
 TEST(IsLowColorDisplay, IsFalseOnADisplayOf24Bits) { EXPECT_FALSE(IsLowColorDisplay()); }

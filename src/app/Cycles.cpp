@@ -29,6 +29,7 @@ void RunMessageLoop(CMainDlg &dock, MSG &message) {
 }
 
 void RunCycle(MSG &message) {
+  ForgetWindowException(); // what failed while the last cycle ended is no failure of this one
   PublishJumpList();
   LogInfo("MainDlg creation");
   CMainDlg dock;

@@ -12,7 +12,6 @@
 #include "dock/Search.h"
 #include "dock/WelcomeScreenDialog.h"
 #include "system/Launch.h"
-#include "system/WindowException.h"
 #include "toolkit/Scale.h"
 #include "toolkit/TextBox.h"
 #include "tracking/UsageTracker.h"
@@ -33,6 +32,15 @@ public:
 
 private:
   bool &flag;
+};
+
+/// Clears the mark of the first start when the welcome screen is over, in whatever way.
+class FirstRunNote {
+public:
+  FirstRunNote() = default;
+  ~FirstRunNote() { ClearFirstRun(); }
+  FirstRunNote(const FirstRunNote &) = delete;
+  FirstRunNote &operator=(const FirstRunNote &) = delete;
 };
 
 void ToggleFlyout(DockButton &button) {
@@ -113,18 +121,14 @@ void CMainDlg::ConfirmReset() {
   const RaisedFlag awake(keepAwake);
   dialog.Visibility.Set(lumenor::Visibility::Visible);
   dialog.DoModal(::GetActiveWindow());
-  RethrowWindowException();
 }
 
-/// The first start is noted once more, whatever came of the note that was made ahead of it.
+/// The first start is noted once more, whatever came of the note that was made ahead of it, and of the dialog.
 void CMainDlg::OnShowWelcome() {
+  const FirstRunNote note;
   WelcomeScreenDialog dialog({dockRect.left, ScaleY(welcomeTop), dockRect.right, 0});
-  {
-    const RaisedFlag awake(keepAwake);
-    dialog.DoModal(::GetActiveWindow());
-  }
-  ClearFirstRun();
-  RethrowWindowException();
+  const RaisedFlag awake(keepAwake);
+  dialog.DoModal(::GetActiveWindow());
 }
 
 /// A user who closes the dock early gets the main application all the same, in the tray.

@@ -11,8 +11,10 @@ namespace lumenor {
 void ReportUnhandledException(const wchar_t *handlerName) noexcept;
 
 /// Runs `body`. When it raises, or a window that it called into kept an exception, reports that with the handler's name
-/// and returns false; the caller then destroys its window. Raises nothing itself.
+/// and returns false; the caller then destroys its window. What was kept before stays kept for whoever it belongs to.
+/// Raises nothing itself.
 template <typename Body> bool Guarded(const wchar_t *handlerName, Body &&body) noexcept {
+  const WindowExceptionScope ownFailures;
   try {
     std::forward<Body>(body)();
     RethrowWindowException();

@@ -1,6 +1,5 @@
 #include "system/WindowException.h"
 
-#include <exception>
 #include <utility>
 
 namespace lumenor {
@@ -22,5 +21,12 @@ void RethrowWindowException() {
 }
 
 void ForgetWindowException() noexcept { kept = nullptr; }
+
+WindowExceptionScope::WindowExceptionScope() noexcept : earlier(std::exchange(kept, nullptr)) {}
+
+WindowExceptionScope::~WindowExceptionScope() {
+  if (earlier != nullptr)
+    kept = std::move(earlier);
+}
 
 } // namespace lumenor

@@ -106,6 +106,7 @@ INT_PTR CALLBACK StartDialogProcedure(HWND window, UINT message, WPARAM wParam, 
 DLGPROC CDialog::GetDialogProc() { return DialogProcedure; }
 
 HWND CreateDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
+  const WindowExceptionScope ownFailures;
   const DialogStart start(object);
   const HWND window =
       ::CreateDialogParamW(instanceHandle, MAKEINTRESOURCEW(dialogId), parentWindow, StartDialogProcedure, 0);
@@ -114,6 +115,7 @@ HWND CreateDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
 }
 
 INT_PTR RunDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
+  const WindowExceptionScope ownFailures;
   const EnabledOwner owner(parentWindow);
   const DialogStart start(object);
   const INT_PTR answer =

@@ -17,10 +17,11 @@ public:
 };
 
 /// Makes the modeless window of `object` from the program's template `dialogId`. Null when the platform refused or the
-/// window was destroyed meanwhile; raises what the object's own handlers raised.
+/// window was destroyed meanwhile; raises what the object's own handlers raised, and nothing that was kept before.
 HWND CreateDialogObject(CDialog *object, WORD dialogId, HWND parentWindow);
 
-/// Runs the window as a modal dialog; returns what EndDialog was given, -1 when the platform refused.
+/// Runs the window as a modal dialog; returns what EndDialog was given, -1 when the platform refused. Raises what was
+/// kept within the dialog's loop, and nothing that was kept before.
 INT_PTR RunDialogObject(CDialog *object, WORD dialogId, HWND parentWindow);
 
 /// The dialog implementation of class `T`, whose `dialogId` is the template's number.

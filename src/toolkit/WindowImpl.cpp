@@ -161,6 +161,7 @@ WNDPROC CWindow::GetWindowProc() { return WindowProcedure; }
 
 HWND CreateObjectWindow(CWindow *object, const wchar_t *superClassName, DWORD style, DWORD exStyle, HWND parent,
                         const RECT *rectangle, const wchar_t *title, UINT_PTR controlId) {
+  const WindowExceptionScope ownFailures;
   const ATOM atom = ClassAtom(superClassName == nullptr ? L"" : superClassName);
   const RECT area = rectangle == nullptr ? RECT{} : *rectangle;
   const HWND window =

@@ -43,7 +43,7 @@ template <DWORD windowStyle, DWORD windowExStyle> struct CWinTraits {
 
 /// Makes the window of `object` under `parent`, empty when `rectangle` is null. With a `superClassName` it is of a
 /// class built upon that platform class, whose procedure then is the default one. Null when the platform refused;
-/// raises what the object's own handlers raised meanwhile.
+/// raises what the object's own handlers raised meanwhile, and nothing that was kept before.
 HWND CreateObjectWindow(CWindow *object, const wchar_t *superClassName, DWORD style, DWORD exStyle, HWND parent,
                         const RECT *rectangle, const wchar_t *title, UINT_PTR controlId = 0);
 

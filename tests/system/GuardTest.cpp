@@ -166,6 +166,55 @@ TEST(Guarded, AFailureIsToldOnceEvenWhenANestedWindowFailedToo) {
   EXPECT_NO_THROW(RethrowWindowException());
 }
 
+/// What was kept, as text; "nothing" when nothing was.
+std::string TakeKept() {
+  try {
+    RethrowWindowException();
+    return "nothing";
+  } catch (const std::exception &error) {
+    return error.what();
+  }
+}
+
+TEST(Guarded, LeavesAloneWhatWasKeptBefore) {
+  KeepAsAWindowProcedureDoes(std::runtime_error("earlier"));
+  EXPECT_TRUE(Guarded(L"OnTest", [] {}));
+  EXPECT_EQ("earlier", TakeKept());
+  EXPECT_EQ("nothing", TakeKept());
+}
+
+TEST(Guarded, ItsFailureLeavesAloneWhatWasKeptBefore) {
+  KeepAsAWindowProcedureDoes(std::runtime_error("earlier"));
+  EXPECT_FALSE(Guarded(L"OnTest", [] { throw std::runtime_error("own"); }));
+  EXPECT_EQ("earlier", TakeKept());
+  EXPECT_EQ("nothing", TakeKept());
+}
+
+TEST(Guarded, ANestedOneLeavesTheFailureToTheHandlerThatItAroseIn) {
+  const EventLogSpy spy;
+  OpenDockEventLog();
+  bool nested = false;
+  EXPECT_FALSE(Guarded(L"OnOuter", [&] {
+    KeepAsAWindowProcedureDoes(std::runtime_error("of the outer one"));
+    nested = Guarded(L"OnNested", [] {});
+  }));
+  EXPECT_TRUE(nested);
+  EXPECT_THAT(EventLogSpy::Reports(), ElementsAre(Text(L"caught an unhandled exception in OnOuter")));
+  EXPECT_EQ("nothing", TakeKept());
+}
+
+TEST(Guarded, EachOfTwoNestedFailuresIsReportedOnceUnderItsOwnName) {
+  const EventLogSpy spy;
+  OpenDockEventLog();
+  EXPECT_FALSE(Guarded(L"OnOuter", [] {
+    KeepAsAWindowProcedureDoes(std::runtime_error("of the outer one"));
+    Guarded(L"OnNested", [] { throw 5; });
+  }));
+  EXPECT_THAT(EventLogSpy::Reports(), ElementsAre(Text(L"caught an unhandled exception in OnNested"),
+                                                  Text(L"caught an unhandled exception in OnOuter")));
+  EXPECT_EQ("nothing", TakeKept());
+}
+
 TEST(Guarded, ReportsTheHandlersName) {
   const EventLogSpy spy;
   OpenDockEventLog();

@@ -185,6 +185,46 @@ TEST(DialogImpl, ExceptionDuringTheCreationComesOutOfIt) {
   EXPECT_THROW(dialog.Create(nullptr), std::runtime_error);
 }
 
+void KeepAnEarlierFailure() {
+  try {
+    throw std::logic_error("earlier");
+  } catch (...) {
+    KeepWindowException();
+  }
+}
+
+TEST(DialogImpl, CreationRaisesNothingThatWasKeptBefore) {
+  KeepAnEarlierFailure();
+  TestDialog dialog;
+  EXPECT_NO_THROW(EXPECT_TRUE(::IsWindow(dialog.Create(nullptr))));
+  EXPECT_THROW(RethrowWindowException(), std::logic_error) << "it waits on";
+}
+
+TEST(DialogImpl, CreationRaisesItsOwnFailureAndLeavesTheEarlierOne) {
+  KeepAnEarlierFailure();
+  TestDialog dialog;
+  dialog.answer = [](UINT message, LRESULT &) -> BOOL {
+    if (message == WM_INITDIALOG)
+      throw std::runtime_error("creation");
+    return FALSE;
+  };
+  EXPECT_THROW(dialog.Create(nullptr), std::runtime_error);
+  EXPECT_THROW(RethrowWindowException(), std::logic_error);
+  EXPECT_NO_THROW(RethrowWindowException());
+}
+
+TEST(DialogImpl, ModalDialogRaisesNothingThatWasKeptBefore) {
+  KeepAnEarlierFailure();
+  TestDialog dialog;
+  dialog.answer = [&](UINT message, LRESULT &) -> BOOL {
+    if (message == WM_INITDIALOG)
+      return ::PostMessageW(dialog.handle, WM_APP, 0, 0);
+    return message == WM_APP && ::EndDialog(dialog.handle, 17);
+  };
+  EXPECT_NO_THROW(EXPECT_EQ(17, dialog.DoModal(nullptr)));
+  EXPECT_THROW(RethrowWindowException(), std::logic_error) << "it waits on";
+}
+
 TEST(DialogImpl, ModalDialogReturnsWhatItWasEndedWith) {
   tests::TopLevel owner;
   TestDialog dialog;

@@ -196,6 +196,19 @@ TEST_F(WindowImpl, ExceptionDuringTheCreationComesOutOfIt) {
   }
 }
 
+TEST_F(WindowImpl, CreationRaisesNothingThatWasKeptBefore) {
+  PlainRecorder failing, sound;
+  failing.Create(top.GetHandle());
+  failing.answer = [](UINT message, LRESULT &) -> BOOL {
+    if (message == WM_USER)
+      throw std::runtime_error("earlier");
+    return FALSE;
+  };
+  ::SendMessageW(failing.handle, WM_USER, 0, 0);
+  EXPECT_NO_THROW(EXPECT_TRUE(::IsWindow(sound.Create(top.GetHandle()))));
+  EXPECT_THROW(RethrowWindowException(), std::runtime_error) << "it waits on";
+}
+
 TEST_F(WindowImpl, HandlerMayDestroyItsWindow) {
   PlainRecorder object;
   const HWND window = object.Create(top.GetHandle());

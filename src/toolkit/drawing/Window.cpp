@@ -172,6 +172,13 @@ BOOL Window::HandleEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result) {
   return TRUE;
 }
 
+/// Whatever fails in the course of it fails with what is reported already.
+void Window::DestroyAfterFailure() {
+  const WindowExceptionScope consequences;
+  ::DestroyWindow(handle);
+  ForgetWindowException();
+}
+
 void Window::RemoveFrame() {
   const LONG style = ::GetWindowLongW(handle, GWL_STYLE);
   if ((style & unwantedStyle) == 0)
@@ -269,8 +276,9 @@ private:
 
 // A property that changes while the tree paints asks for a repaint in the midst of one. It is answered by one more pass
 // when this one is done; an element that changes at every paint gets no third, or the bar would paint for ever.
+// Properties go on to change when the window is gone: an animation is told of nothing and plays to its end.
 void Window::Render() {
-  if (repaintHolds != 0)
+  if (repaintHolds != 0 || !::IsWindow(handle))
     return;
   if (rendering) {
     paintPending = 1;

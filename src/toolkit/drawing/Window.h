@@ -38,8 +38,9 @@ public:
   Window();
   ~Window() override;
 
-  /// Paints the whole tree and puts it on the screen, at once. A call out of a running Render is answered by one more
-  /// pass after it. Raises HResultError, but not for a failed EndDraw: that posts DrawFailedMessage.
+  /// Paints the whole tree and puts it on the screen, at once; without a window it does nothing. A call out of a
+  /// running Render is answered by one more pass after it. Raises HResultError, but not for a failed EndDraw: that
+  /// posts DrawFailedMessage.
   void Render();
 
   /// Puts the window on the screen at its bounds, with the focus, when Visibility says visible.
@@ -115,6 +116,7 @@ private:
   static inline std::vector<Window *> standingWindows;
 
   static Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> CreateTarget();
+  void DestroyAfterFailure();
   void RemoveFrame();
   void MakeLayered();
   void Appear();
@@ -144,7 +146,7 @@ template <typename Owner, std::size_t count> BOOL Window::RunHandler(const Messa
     if (Guarded(row.handlerName, [&] { handled = (static_cast<Owner *>(this)->*row.handler)(wParam, lParam, result); }))
       return handled;
     if (message != WM_DESTROY) // that one is on its way already
-      ::DestroyWindow(handle);
+      DestroyAfterFailure();
     return FALSE;
   }
   return FALSE;

@@ -1,6 +1,7 @@
 #include "dock/FlyoutWindow.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "content/ElementAction.h"
 #include "dock/DockButton.h"
@@ -21,8 +22,8 @@ namespace {
 constexpr int rowHeight = 40;
 constexpr int headerHeight = 40;
 
-/// The style bits that no flyout has, whatever its template says: caption and thick frame.
-constexpr LONG frameStyles = WS_CAPTION | WS_THICKFRAME;
+/// The style bits that no flyout has, whatever its template says: caption with its menu, and thick frame.
+constexpr LONG frameStyles = WS_CAPTION | WS_SYSMENU | WS_THICKFRAME;
 constexpr LONG flyoutExtendedStyles = WS_EX_LAYERED | WS_EX_TOPMOST;
 
 void ApplyStyle(HWND window, int which, LONG style) {
@@ -43,13 +44,13 @@ ButtonLayout RowLayout() {
   return layout;
 }
 
-/// Says that the click of a row is being handled, until that ends in whatever way.
-class ClickMark {
+/// Says that something is under way, the click of a row or the making of all of them, until that ends in whatever way.
+class ActivityMark {
 public:
-  explicit ClickMark(int &count) : count(count) { ++count; }
-  ~ClickMark() { --count; }
-  ClickMark(const ClickMark &) = delete;
-  ClickMark &operator=(const ClickMark &) = delete;
+  explicit ActivityMark(int &count) : count(count) { ++count; }
+  ~ActivityMark() { --count; }
+  ActivityMark(const ActivityMark &) = delete;
+  ActivityMark &operator=(const ActivityMark &) = delete;
 
 private:
   int &count;
@@ -101,13 +102,29 @@ void FlyoutWindow::InitializeComponent() {
     CreateItems();
 }
 
+/// The making of a row can let a message in that refreshes the list. The rows that are just being made are then out of
+/// date: they are made once more, behind those that are under way and not amid them.
 void FlyoutWindow::CreateItems() {
+  itemsAreCurrent = false;
+  if (makingsUnderWay != 0)
+    return;
+  const ActivityMark mark(makingsUnderWay);
+  while (!std::exchange(itemsAreCurrent, true)) {
+    MakeItems(ElementList(elements));
+    FitToItems();
+  }
+}
+
+void FlyoutWindow::MakeItems(const ElementList &shown) {
   for (const std::shared_ptr<DockButton> &item : items)
     list->RemoveChild(item.get());
   items.clear();
   const ButtonLayout layout = RowLayout();
-  for (const Element &element : elements)
+  for (const Element &element : shown)
     AddItem(element, layout);
+}
+
+void FlyoutWindow::FitToItems() {
   UpdateBottom();
   const LONG width = bounds.right - bounds.left;
   const LONG height = bounds.bottom - bounds.top;
@@ -197,12 +214,17 @@ void FlyoutWindow::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibili
 
 BOOL FlyoutWindow::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                                         DWORD mapId) {
-  // Unlike the guard of the base's rows this one leaves the window alone: the base's table follows on a failure.
+  // Unlike the guard of the base's rows this one leaves the window alone: the base's table follows on a failure. But
+  // not on WM_CLOSE, where the base lets the window go: this one is made once.
   bool handled = false;
   if (message == WM_ACTIVATE)
     handled = Guarded(L"OnActivate", [&] { OnActivate(LOWORD(wParam)); });
   else if (message == WM_DESTROY)
     handled = Guarded(L"OnDestroy", [&] { DestroyItemWindows(); });
+  else if (message == WM_CLOSE) {
+    Guarded(L"OnClose", [&] { HideWindow(); });
+    handled = true;
+  }
   if (!handled)
     return Window::ProcessWindowMessage(window, message, wParam, lParam, result, mapId);
   result = 0;
@@ -232,7 +254,7 @@ void FlyoutWindow::OnItemClick(ButtonEventArgs *args) {
   if (clicksUnderWay == 0)
     clickedItems.clear();
   clickedItems.push_back(*row);
-  const ClickMark mark(clicksUnderWay);
+  const ActivityMark mark(clicksUnderWay);
   const Element chosen = (*row)->GetElement();
   HideWindow();
   OnItemChosen(chosen);

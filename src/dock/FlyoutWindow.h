@@ -1,7 +1,7 @@
 #pragma once
 // A window that lists elements, one button a row, over a translucent plate, and that hides as soon as it loses the
-// activation. Owned by the button or the dock that opens it; made once with its window, then only shown and hidden.
-// User-interface thread.
+// activation or is asked to close. Owned by the button or the dock that opens it; made once with its window, then only
+// shown and hidden. User-interface thread.
 
 #include <memory>
 #include <string>
@@ -38,7 +38,8 @@ public:
   /// Visible becomes hidden, anything else visible.
   void ToggleVisibility();
 
-  /// Makes the rows anew from the elements. Needs the window.
+  /// Makes the rows anew from the elements. Needs the window. Called while it runs, by a message that is handled just
+  /// then, it makes them once more before it ends.
   virtual void CreateItems();
 
   /// What choosing a row does: the element's action.
@@ -68,7 +69,9 @@ public:
 private:
   void StyleHeader();
   std::shared_ptr<IButtonPainter> MakePainter(const Element &element, const ButtonLayout &layout);
+  void MakeItems(const ElementList &shown);
   void AddItem(const Element &element, const ButtonLayout &layout);
+  void FitToItems();
   void UpdateBottom();
   void SizeBackPlate();
   void PlaceWindow();
@@ -82,6 +85,8 @@ private:
   /// had opened. They outlive their clicks, though the rows may be made anew meanwhile.
   std::vector<std::shared_ptr<DockButton>> clickedItems;
   int clicksUnderWay = 0;
+  int makingsUnderWay = 0;
+  bool itemsAreCurrent = false;
   std::shared_ptr<DockPanel> rootPanel;
   std::shared_ptr<StackPanel> list;
   std::shared_ptr<TypedEventListener<FlyoutWindow, ButtonEventArgs>> itemClickListener;

@@ -12,7 +12,6 @@
 #include "system/Desktop.h"
 #include "system/LanguageResources.h"
 #include "system/Paths.h"
-#include "toolkit/Animation.h"
 #include "toolkit/Geometry.h"
 #include "toolkit/TextBox.h"
 #include "tracking/UsageTracker.h"
@@ -32,10 +31,6 @@ POINT ClientPoint(HWND window, UINT_PTR packed) {
   return point;
 }
 
-constexpr float fadeSeconds = 0.3F;
-constexpr float fadeAcceleration = 0.05F;
-constexpr float fadeDeceleration = 0.75F;
-
 void DestroyButtonWindow(const std::shared_ptr<DockButton> &button) {
   if (button && ::IsWindow(button->GetHandle()))
     ::DestroyWindow(button->GetHandle());
@@ -53,7 +48,6 @@ void WriteEndOfUse() {
 // The flyouts aren't there yet to be asked for the height of their rows.
 CMainDlg::CMainDlg()
     : BarElements(renderTarget), dockRect(lumenor::GetWindowRect()), userElements(savedButtons.Load()),
-      fadeAnimation(std::make_shared<ByteAnimation>()),
       forYouFlyout(GetForYouFlyoutRect(GetScreenBounds(), 0), LoadForYouTitle(), forYouProvider, RefreshForYouMessage),
       forYouFileTime(LastWriteTime(DocumentPath(forYouListName))),
       searchProviderFlyout(GetSearchProviderFlyoutRect(GetScreenBounds(), 0),
@@ -64,9 +58,6 @@ CMainDlg::CMainDlg()
       dockPositionListener(MakeListener(this, &CMainDlg::ForwardDockPosition)),
       flyoutVisibilityListener(MakeListener(this, &CMainDlg::OnFlyoutVisibilityChanged)) {
   ForgetDrag();
-  fadeAnimation->AccelerationRatio.Set(fadeAcceleration);
-  fadeAnimation->DecelerationRatio.Set(fadeDeceleration);
-  fadeAnimation->Duration.Set(fadeSeconds);
   dialogId = MainDialogId;
   usageTracker.TrackDockOpen();
   endSessionHandler = static_cast<EndSessionHandler>(&CMainDlg::OnEndSession);
@@ -95,6 +86,14 @@ template <void (CMainDlg::*handler)()> BOOL CMainDlg::Handle(WPARAM, LPARAM, LRE
   return TRUE;
 }
 
+/// For handlers that need the first word of their message alone.
+template <typename Word, void (CMainDlg::*handler)(Word)>
+BOOL CMainDlg::HandleWord(WPARAM wParam, LPARAM, LRESULT &result) {
+  (this->*handler)(static_cast<Word>(wParam));
+  result = 0;
+  return TRUE;
+}
+
 template <UINT message> BOOL CMainDlg::HandleRefresh(WPARAM, LPARAM, LRESULT &result) {
   OnRefresh(message);
   result = 1;
@@ -111,7 +110,7 @@ const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
     {RemoveButtonMessage, L"OnRemoveButton", &CMainDlg::HandleRemoveButton},
     {ResetDockMessage, L"OnResetDock", &CMainDlg::Handle<&CMainDlg::OnResetDock>},
     {ShowWelcomeMessage, L"OnShowWelcome", &CMainDlg::Handle<&CMainDlg::OnShowWelcome>},
-    {WM_TIMER, L"OnTimer", &CMainDlg::HandleTimer},
+    {WM_TIMER, L"OnTimer", &CMainDlg::HandleWord<UINT_PTR, &CMainDlg::OnTimer>},
     {DockAtTopMessage, L"OnDockAtTop", &CMainDlg::Handle<&CMainDlg::OnDockAtTop>},
     {DockAtBottomMessage, L"OnDockAtBottom", &CMainDlg::Handle<&CMainDlg::OnDockAtBottom>},
 };
@@ -156,12 +155,6 @@ BOOL CMainDlg::HandleSetSearchProvider(WPARAM wParam, LPARAM, LRESULT &result) {
 
 BOOL CMainDlg::HandleRemoveButton(WPARAM wParam, LPARAM, LRESULT &result) {
   OnRemoveButton(reinterpret_cast<HWND>(wParam));
-  result = 0;
-  return TRUE;
-}
-
-BOOL CMainDlg::HandleTimer(WPARAM wParam, LPARAM, LRESULT &result) {
-  OnTimer(wParam);
   result = 0;
   return TRUE;
 }

@@ -16,6 +16,7 @@
 #include "content/Element.h"
 #include "content/UserDocument.h"
 #include "dock/BarElements.h"
+#include "dock/BarFade.h"
 #include "dock/DataProviderFlyout.h"
 #include "dock/DockButton.h"
 #include "dock/DockMessages.h"
@@ -30,7 +31,6 @@
 
 namespace lumenor {
 
-class ByteAnimation;
 class CDropTarget;
 enum class Command;
 struct TextBoxEventArgs;
@@ -94,7 +94,8 @@ private:
   template <UINT message> BOOL HandleRefresh(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleSetSearchProvider(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleRemoveButton(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleTimer(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  template <typename Word, void (CMainDlg::*handler)(Word)>
+  BOOL HandleWord(WPARAM wParam, LPARAM lParam, LRESULT &result);
 
   bool OnNotify(const NMHDR &header);
   void OnDisplayChange();
@@ -114,7 +115,6 @@ private:
 
   // What changes by itself.
   void StepFade();
-  void Fade(float from, float to);
   void RefreshForYou();
   void RefreshSearchProviders();
 
@@ -184,8 +184,7 @@ private:
   std::vector<std::shared_ptr<DockButton>> mainButtons;
   std::array<bool, maxUserButtons> buttonIdInUse{};
   Microsoft::WRL::ComPtr<CDropTarget> dropTarget;
-  int idleTicks = 0;
-  std::shared_ptr<ByteAnimation> fadeAnimation;
+  BarFade fade{Opacity, *this};
   bool keepAwake = false;
   ForYouProvider forYouProvider;
   DataProviderFlyout forYouFlyout;

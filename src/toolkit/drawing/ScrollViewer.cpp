@@ -18,6 +18,11 @@ constexpr int barHeight = 77;   // design pixels, of the room that the arrows st
 /// How far a click slides the strip, in device pixels.
 const long scrollStep = ScaleX(77);
 
+constexpr float slideSeconds = 0.3F;
+
+/// Much more than a slide takes: on a busy machine its last tick is late.
+constexpr ULONGLONG slideLimitMs = 1000;
+
 /// The arrow fills the button's width and stands in the middle of its height. It has no label; the size of one must
 /// be a size all the same.
 ButtonLayout MakeArrowLayout() {
@@ -71,7 +76,7 @@ ScrollViewer::ScrollViewer(RenderTargetPtr renderTarget)
       childVisibilityListener(MakeListener(this, &ScrollViewer::OnChildVisibilityChanged)),
       leftClickListener(MakeListener(this, &ScrollViewer::OnLeftClick)),
       rightClickListener(MakeListener(this, &ScrollViewer::OnRightClick)) {
-  animation.Duration.Set(0.3F);
+  animation.Duration.Set(slideSeconds);
   animation.AccelerationRatio.Set(0.05F);
   animation.DecelerationRatio.Set(0.75F);
 }
@@ -130,6 +135,7 @@ void ScrollViewer::SetChild(UIElement *newChild) {
 
 void ScrollViewer::UnfollowChild() {
   animation.Target.Set(nullptr); // the former strip may go; no slide must reach it any more
+  slideEnd.reset();
   child->DesiredWidth.changed.RemoveListener(childDesiredWidthListener.get());
   child->Left.changed.RemoveListener(childLeftListener.get());
   child->Visibility.changed.RemoveListener(childVisibilityListener.get());
@@ -188,18 +194,36 @@ void ScrollViewer::Slide(long distance) {
   if (child == nullptr)
     return;
   const long from = child->Left.Get();
-  const long lowest = Width.Get() - child->Width.Get();
+  const long to = InsideLimits(from + distance);
+  slideEnd.reset();
   animation.From.Set(static_cast<float>(from));
-  animation.To.Set(static_cast<float>(std::min(std::max(from + distance, lowest), 0L)));
+  animation.To.Set(static_cast<float>(to));
   animation.Target.Set(&child->Left);
   animation.Start();
+  if (from != to)
+    slideEnd = to;
+  slideDeadline = ::GetTickCount64() + slideLimitMs;
+}
+
+/// The place nearest to `left` at which no end of the strip is inside the room, unless the strip is narrower.
+long ScrollViewer::InsideLimits(long left) const {
+  return std::min(std::max(left, Width.Get() - child->Width.Get()), 0L);
+}
+
+bool ScrollViewer::IsSliding() const { return slideEnd.has_value() && ::GetTickCount64() < slideDeadline; }
+
+void ScrollViewer::EndSlide() {
+  if (slideEnd.has_value())
+    child->Left.Set(InsideLimits(*std::exchange(slideEnd, std::nullopt)));
 }
 
 void ScrollViewer::OnChildDesiredWidthChanged(PropertyChangeEventArgs<long> *) { Layout(); }
 
 /// Asks for the repaint itself: a short last step uncovers nothing but what an arrow lies over, and the platform then
 /// has no window to paint.
-void ScrollViewer::OnChildLeftChanged(PropertyChangeEventArgs<long> *) {
+void ScrollViewer::OnChildLeftChanged(PropertyChangeEventArgs<long> *args) {
+  if (slideEnd == args->newValue)
+    slideEnd.reset();
   UpdateButtons();
   Invalidate();
 }

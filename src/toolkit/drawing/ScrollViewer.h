@@ -4,6 +4,7 @@
 // pointer by whoever composes the screen; the strip is borrowed. User-interface thread.
 
 #include <memory>
+#include <optional>
 
 #include "toolkit/Animation.h"
 #include "toolkit/drawing/Button.h"
@@ -36,6 +37,13 @@ public:
   void OnWidthChanged() override;
   void OnHeightChanged() override;
 
+  /// Whether a slide is under way. One that hasn't come to its end long after its time, since another animation has
+  /// taken its ticks, isn't any more.
+  bool IsSliding() const;
+
+  /// Puts the strip where a slide leads that hasn't come to its end; for who is about to take its ticks.
+  void EndSlide();
+
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                             DWORD mapId = 0) override;
 
@@ -49,6 +57,7 @@ private:
   void PlaceButtons();
   void UpdateButtons();
   void Slide(long distance);
+  long InsideLimits(long left) const;
 
   void OnChildDesiredWidthChanged(PropertyChangeEventArgs<long> *args);
   void OnChildLeftChanged(PropertyChangeEventArgs<long> *args);
@@ -58,6 +67,8 @@ private:
 
   RenderTargetPtr renderTarget;
   LongAnimation animation;
+  std::optional<long> slideEnd; // where the strip's Left goes; empty when no slide is under way
+  ULONGLONG slideDeadline = 0;  // in ticks of GetTickCount64
   std::shared_ptr<TypedEventListener<ScrollViewer, PropertyChangeEventArgs<long>>> childDesiredWidthListener,
       childLeftListener;
   std::shared_ptr<TypedEventListener<ScrollViewer, PropertyChangeEventArgs<lumenor::Visibility>>>

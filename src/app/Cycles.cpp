@@ -13,8 +13,9 @@ namespace lumenor {
 namespace {
 
 /// How long a cycle that failed keeps the next one waiting: what fails (a task bar that is being started anew, say)
-/// may take its time, and until then the log isn't to be flooded.
-constexpr DWORD failedCyclePauseMs = 1000;
+/// may take its time, and until then the log isn't to be flooded. A cycle that ends sooner than that, as one does whose
+/// pictures can't be drawn, keeps the next one waiting for the rest.
+constexpr DWORD cyclePauseMs = 1000;
 
 /// Runs until WM_QUIT. A window handler keeps its failures to itself; what comes out here ends the cycle.
 void RunMessageLoop(CMainDlg &dock, MSG &message) {
@@ -51,6 +52,11 @@ bool TryCycle(MSG &message) {
   }
 }
 
+void WaitUntil(ULONGLONG time) {
+  if (const ULONGLONG now = ::GetTickCount64(); now < time)
+    ::Sleep(static_cast<DWORD>(time - now));
+}
+
 } // namespace
 
 int RunCycles() {
@@ -58,8 +64,10 @@ int RunCycles() {
   // reset finds the reset's code again and tries once more, for as long as the failure lasts.
   MSG message{};
   do {
-    if (!TryCycle(message) && message.wParam == RestartQuitCode)
-      ::Sleep(failedCyclePauseMs);
+    const ULONGLONG start = ::GetTickCount64();
+    const bool succeeded = TryCycle(message);
+    if (message.wParam == RestartQuitCode)
+      WaitUntil((succeeded ? start : ::GetTickCount64()) + cyclePauseMs);
   } while (message.wParam == RestartQuitCode);
   return static_cast<int>(message.wParam);
 }

@@ -11,6 +11,7 @@
 #include "resources/resource.h"
 #include "system/Desktop.h"
 #include "system/LanguageResources.h"
+#include "system/Log.h"
 #include "system/Paths.h"
 #include "toolkit/Geometry.h"
 #include "toolkit/TextBox.h"
@@ -111,6 +112,7 @@ const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
     {ResetDockMessage, L"OnResetDock", &CMainDlg::Handle<&CMainDlg::OnResetDock>},
     {ShowWelcomeMessage, L"OnShowWelcome", &CMainDlg::Handle<&CMainDlg::OnShowWelcome>},
     {WM_TIMER, L"OnTimer", &CMainDlg::HandleWord<UINT_PTR, &CMainDlg::OnTimer>},
+    {DrawFailedMessage, L"OnDrawFailed", &CMainDlg::HandleWord<HRESULT, &CMainDlg::OnDrawFailed>},
     {DockAtTopMessage, L"OnDockAtTop", &CMainDlg::Handle<&CMainDlg::OnDockAtTop>},
     {DockAtBottomMessage, L"OnDockAtBottom", &CMainDlg::Handle<&CMainDlg::OnDockAtBottom>},
 };
@@ -207,6 +209,17 @@ void CMainDlg::OnResetDock() {
     if (element.ActionType == L"xml")
       LoadDocument(element.ActionParams, true);
   LoadDocument(userDocumentName, true);
+}
+
+/// On a target that is lost for good the bar would never be drawn again. A new cycle has new ones; what the user made
+/// isn't to be lost with the old one.
+void CMainDlg::OnDrawFailed(HRESULT result) {
+  LogError("MainDlg: drawing failed, error %x", static_cast<unsigned>(result));
+  if (result != static_cast<HRESULT>(D2DERR_RECREATE_TARGET))
+    return;
+  savedButtons.Save(userElements);
+  ::PostQuitMessage(RestartQuitCode);
+  ::DestroyWindow(handle);
 }
 
 RECT CMainDlg::GetScreenBounds() const {

@@ -105,6 +105,7 @@ private:
   void OnRemoveButton(HWND buttonWindow);
   void OnResetDock();
   void OnTimer(UINT_PTR timer);
+  void OnDrawFailed(HRESULT result);
   void OnShowWelcome();
   void OnDockAtTop();
   void OnDockAtBottom();

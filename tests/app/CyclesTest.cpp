@@ -24,13 +24,18 @@
 #include "support/LogCapture.h"
 #include "support/TestFolders.h"
 #include "system/EventLog.h"
+#include "system/WindowException.h"
+#include "toolkit/AnimationServices.h"
 #include "toolkit/drawing/WICHelper.h"
+#include "toolkit/drawing/Window.h"
 
+#include <d2d1.h>
 #include <shellapi.h>
 #include <shobjidl.h>
 
 extern "C" decltype(&::OpenEventLogW) __imp_OpenEventLogW;
 extern "C" decltype(&::ShellExecuteW) __imp_ShellExecuteW;
+extern "C" decltype(&::DialogBoxParamW) __imp_DialogBoxParamW;
 
 namespace lumenor {
 
@@ -156,6 +161,110 @@ TEST_F(CyclesTest, AResetBuildsANewBarInTheSameProcess) {
   };
   EXPECT_EQ(0, RunCycles());
   EXPECT_EQ(Twice(CycleThatComesUp()), CycleLines());
+}
+
+/// As a window procedure whose object has failed.
+void KeepFailure() {
+  try {
+    throw std::runtime_error("kept");
+  } catch (...) {
+    KeepWindowException();
+  }
+}
+
+TEST_F(CyclesTest, BeginsWithNothingKept) {
+  KeepFailure();
+  onBar = [](HWND bar) { ::PostMessageW(bar, WM_CLOSE, 0, 0); };
+  EXPECT_EQ(0, RunCycles());
+  EXPECT_EQ(CycleThatComesUp(), CycleLines());
+  EXPECT_EQ(Texts{}, eventLog.Reports());
+}
+
+TEST_F(CyclesTest, ALostTargetBuildsANewBarWithTheUsersButtons) {
+  Element mine;
+  mine.ActionType = L"url";
+  mine.Image = L"nothing.png";
+  SaveDocument({mine}, userDocument);
+  const ULONGLONG limit = ::GetTickCount64() + 15'000;
+  HWND first = nullptr;
+  onBar = [&](HWND bar) {
+    if (first == nullptr) {
+      first = bar;
+      ::PostMessageW(bar, DrawFailedMessage, static_cast<WPARAM>(D2DERR_RECREATE_TARGET), 0);
+    } else if (bar != first || ::GetTickCount64() > limit) {
+      ::PostMessageW(bar, WM_CLOSE, 0, 0);
+    }
+  };
+  EXPECT_EQ(0, RunCycles());
+  EXPECT_EQ(Twice(CycleThatComesUp()), CycleLines());
+  EXPECT_EQ(1U, LoadDocument(userDocument, false).size());
+  EXPECT_EQ(Texts{}, eventLog.Reports());
+}
+
+TEST_F(CyclesTest, ATargetThatIsLostAgainAndAgainCostsACycleASecondAtMost) {
+  const ULONGLONG limit = ::GetTickCount64() + 15'000;
+  std::vector<ULONGLONG> starts;
+  HWND last = nullptr;
+  onBar = [&](HWND bar) {
+    if (bar != last) {
+      last = bar;
+      starts.push_back(::GetTickCount64());
+      ::PostMessageW(bar, DrawFailedMessage, static_cast<WPARAM>(D2DERR_RECREATE_TARGET), 0);
+    }
+    if (starts.size() == 4 || ::GetTickCount64() > limit)
+      ::PostMessageW(bar, WM_CLOSE, 0, 0);
+  };
+  const ULONGLONG start = ::GetTickCount64();
+  EXPECT_EQ(0, RunCycles());
+  ASSERT_EQ(4U, starts.size());
+  EXPECT_GE(starts.back() - start, 3000U);
+}
+
+TEST_F(CyclesTest, ABarThatIsClosedWhileItFadesEndsWithoutAReport) {
+  desk::MoveCursor({640, 600});
+  HWND closed = nullptr;
+  onBar = [&](HWND bar) {
+    if (std::exchange(closed, bar) == bar)
+      return;
+    for (int i = 0; i < 22; ++i)
+      ::SendMessageW(bar, WM_TIMER, FadeTimer, 0);
+    ::SendMessageW(bar, WM_CLOSE, 0, 0);
+  };
+  EXPECT_EQ(0, RunCycles());
+  EXPECT_EQ(CycleThatComesUp(), CycleLines());
+  EXPECT_EQ(Texts{}, eventLog.Reports());
+}
+
+/// Ends the loop with 5, as the end of the session would, once no animation plays any more.
+void CALLBACK EndAfterTheAnimations(HWND, UINT, UINT_PTR timer, DWORD) {
+  if (GetAnimationServices().Timer()->IsEnabled() == S_OK)
+    return;
+  ::KillTimer(nullptr, timer);
+  ::PostQuitMessage(5);
+}
+
+/// What the loop of a dialog does in which a window procedure fails.
+INT_PTR WINAPI FailInTheLoop(HINSTANCE, LPCWSTR, HWND, DLGPROC, LPARAM) {
+  KeepFailure();
+  return -1;
+}
+
+TEST_F(CyclesTest, AHandlerThatFailsWhileTheBarFadesLeavesOneReportAndALivingProcess) {
+  desk::MoveCursor({640, 600});
+  HWND failed = nullptr;
+  onBar = [&](HWND bar) {
+    failed = bar;
+    for (int i = 0; i < 22; ++i)
+      ::SendMessageW(bar, WM_TIMER, FadeTimer, 0);
+    const tests::ImportSlot dialogs(&__imp_DialogBoxParamW, &FailInTheLoop);
+    ::SendMessageW(bar, ShowWelcomeMessage, 0, 0);
+    ::SetTimer(nullptr, 0, 20, &EndAfterTheAnimations);
+  };
+  EXPECT_EQ(5, RunCycles());
+  EXPECT_NE(nullptr, failed);
+  EXPECT_FALSE(::IsWindow(failed));
+  EXPECT_EQ(CycleThatComesUp(), CycleLines());
+  EXPECT_EQ(Texts{L"caught an unhandled exception in OnShowWelcome"}, eventLog.Reports());
 }
 
 TEST_F(CyclesTest, AFailureBeforeTheFirstMessageEndsWithZero) {

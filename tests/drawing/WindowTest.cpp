@@ -15,6 +15,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
+/// A template of the tests' resources.
+constexpr WORD framedDialogId = 900;
+
 using WindowMessages = WindowOnScreen;
 using WindowGuard = WindowOnScreen;
 
@@ -29,6 +32,13 @@ TEST_F(WindowOnScreen, ComesUpWithoutFrameLayeredAndTopmost) {
   RECT client{};
   ::GetClientRect(window.handle, &client);
   EXPECT_THAT(ScreenBoundsOf(window.handle), ElementsAre(120, 140, client.right, client.bottom));
+}
+
+TEST_F(WindowOnScreen, KeepsNothingOfTheFrameOfItsTemplate) {
+  window.dialogId = framedDialogId;
+  Open();
+  ASSERT_TRUE(::IsWindow(window.handle));
+  EXPECT_EQ(::GetWindowLongW(window.handle, GWL_STYLE) & 0xCC0001, 0);
 }
 
 TEST_F(WindowOnScreen, ComesUpAtItsBoundsWithTheFocus) {

@@ -10,8 +10,8 @@ namespace lumenor {
 
 namespace {
 
-// The frame, the title and the absolute position that a template may ask for.
-constexpr LONG unwantedStyle = WS_CAPTION | WS_THICKFRAME | DS_ABSALIGN;
+// The frame, the title with its menu, and the absolute position that a template may ask for.
+constexpr LONG unwantedStyle = WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | DS_ABSALIGN;
 constexpr LONG neededExtendedStyle = WS_EX_LAYERED | WS_EX_TOPMOST;
 
 constexpr UINT styleChangeFlags = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED;

@@ -67,6 +67,8 @@ public:
     for (const Stopwatch watch; watch.Microseconds() < instant;)
       ::SwitchToThread();
     ::TerminateProcess(child.Get(), 1);
+    std::printf("."); // a long run isn't taken for one that hangs
+    std::fflush(stdout);
     ::WaitForSingleObject(child.Get(), INFINITE);
     return isAtWork;
   }

@@ -60,6 +60,8 @@ protected:
     while (Clock::now() - start < instant)
       ::SwitchToThread();
     dock.Kill();
+    std::printf("."); // a long run isn't taken for one that hangs
+    std::fflush(stdout);
   }
 
   /// Counts the kills that left neither the list before the close nor the one that a close leaves.
@@ -78,7 +80,7 @@ protected:
       lost += left != before && left != after;
       kept += left == before;
     }
-    std::printf("%d entries: %d times the old list, %d lost, else the new one\n", count, kept, lost);
+    std::printf("\n%d entries: %d times the old list, %d lost, else the new one\n", count, kept, lost);
     return lost;
   }
 

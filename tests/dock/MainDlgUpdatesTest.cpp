@@ -1,5 +1,7 @@
 // What the bar shows of files that others write while it runs.
 
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
 #include "content/Documents.h"
@@ -9,6 +11,8 @@
 #include "support/HandleCounts.h"
 #include "system/Handles.h"
 #include "system/Paths.h"
+
+extern "C" decltype(&::CompareFileTime) __imp_CompareFileTime;
 
 namespace lumenor {
 
@@ -234,10 +238,21 @@ TEST_F(Updates, OfTheSearchProvidersAreShown) {
   EXPECT_EQ(Element(), dock->GetSelectedProvider()) << "the choice is the user's";
 }
 
-TEST_F(Updates, ThatFailAreReportedByTheirHandler) {
+TEST_F(Updates, WhoseMarkCannotBeDecodedShowTheDefaultPicture) {
   StartUnwatched();
   WriteForYou({L"One"});
   tests::WriteText(ActivePicturePath(), L"no picture");
+  EXPECT_EQ(1, Refresh(RefreshForYouMessage));
+  EXPECT_NE(nullptr, dock->handle);
+  EXPECT_EQ(Texts{}, eventLog.Reports());
+}
+
+LONG WINAPI RaiseInstead(const FILETIME *, const FILETIME *) { throw std::runtime_error("out of a comparison"); }
+
+TEST_F(Updates, ThatFailAreReportedByTheirHandler) {
+  StartUnwatched();
+  WriteForYou({L"One"});
+  const tests::ImportSlot compare(&__imp_CompareFileTime, &RaiseInstead);
   Refresh(RefreshForYouMessage);
   EXPECT_EQ(nullptr, dock->handle);
   EXPECT_EQ(Texts{L"caught an unhandled exception in OnRefresh"}, eventLog.Reports());

@@ -206,13 +206,13 @@ TEST_F(CyclesTest, ATargetThatIsLostAgainAndAgainCostsACycleASecondAtMost) {
   std::vector<ULONGLONG> starts;
   HWND last = nullptr;
   onBar = [&](HWND bar) {
-    if (bar != last) {
-      last = bar;
-      starts.push_back(::GetTickCount64());
-      ::PostMessageW(bar, DrawFailedMessage, static_cast<WPARAM>(D2DERR_RECREATE_TARGET), 0);
-    }
-    if (starts.size() == 4 || ::GetTickCount64() > limit)
-      ::PostMessageW(bar, WM_CLOSE, 0, 0);
+    if (bar == last && ::GetTickCount64() < limit)
+      return;
+    last = bar;
+    starts.push_back(::GetTickCount64());
+    const bool isLast = starts.size() == 4 || starts.back() >= limit;
+    ::PostMessageW(bar, isLast ? UINT{WM_CLOSE} : UINT{DrawFailedMessage}, static_cast<WPARAM>(D2DERR_RECREATE_TARGET),
+                   0);
   };
   const ULONGLONG start = ::GetTickCount64();
   EXPECT_EQ(0, RunCycles());

@@ -2,8 +2,9 @@
 // loop of a drag is exchanged for a look at what it would have worked with.
 
 #include <functional>
+#include <vector>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "dock/DataObject.h"
 #include "dock/DragFixture.h"
@@ -11,6 +12,7 @@
 #include "resources/resource.h"
 #include "support/OperationSpy.h"
 #include "system/Desktop.h"
+#include "system/Handles.h"
 #include "system/HResultError.h"
 
 extern "C" decltype(&::DoDragDrop) __imp_DoDragDrop;
@@ -42,6 +44,22 @@ ComPtr<IDragSourceHelper> MakePlatformHelper() {
   ComPtr<IDragSourceHelper> helper;
   ThrowIfFailed(::CoCreateInstance(CLSID_DragDropHelper, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&helper)));
   return helper;
+}
+
+/// What is seen of a cursor, its hot spot included: the same of a copy.
+std::vector<LONG> LooksOf(HCURSOR cursor) {
+  ICONINFO info = {};
+  ::GetIconInfo(cursor, &info);
+  const BitmapHandle mask(info.hbmMask), color(info.hbmColor);
+  std::vector<LONG> looks = {static_cast<LONG>(info.xHotspot), static_cast<LONG>(info.yHotspot)};
+  for (const BitmapHandle *const bitmap : {&mask, &color}) {
+    BITMAP size = {};
+    ::GetObjectW(bitmap->Get(), sizeof size, &size);
+    std::vector<BYTE> bits(static_cast<std::size_t>(size.bmWidthBytes) * static_cast<std::size_t>(size.bmHeight));
+    ::GetBitmapBits(bitmap->Get(), static_cast<LONG>(bits.size()), bits.data());
+    looks.insert(looks.end(), bits.begin(), bits.end());
+  }
+  return looks;
 }
 
 class DragStart : public Drag {
@@ -102,7 +120,10 @@ TEST_F(DragStart, BringsTheCursorThatMeansRemoval) {
   DragFirst([&](IDataObject *, IDropSource *source, DWORD) {
     dragOutside = true;
     EXPECT_EQ(S_OK, source->GiveFeedback(DROPEFFECT_NONE));
-    EXPECT_EQ(::LoadCursorW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(DragCursorId)), ::GetCursor());
+    const std::vector<LONG> looks = LooksOf(::GetCursor());
+    EXPECT_THAT(looks, testing::SizeIs(testing::Gt(2U)));
+    EXPECT_EQ(LooksOf(::LoadCursorW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(DragCursorId))), looks);
+    EXPECT_NE(LooksOf(::LoadCursorW(nullptr, IDC_ARROW)), looks);
     return DRAGDROP_S_CANCEL;
   });
 }

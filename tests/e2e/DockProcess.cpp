@@ -103,10 +103,16 @@ bool DockProcess::WaitForPaint(const RECT &area) const {
 }
 
 HWND DockProcess::WaitForPopup() const {
-  if (!WaitFor([&] { return Popups().size() == 1; }) || !WaitForPaint(RectOf(Popups()[0])))
+  HWND popup = nullptr;
+  const auto isThere = [&] {
+    const std::vector<HWND> popups = Popups();
+    popup = popups.size() == 1 ? popups[0] : nullptr;
+    return popup != nullptr;
+  };
+  if (!WaitFor(isThere) || !WaitForPaint(RectOf(popup)))
     return nullptr;
-  CaptureSettled(RectOf(Popups()[0]));
-  return Popups()[0];
+  CaptureSettled(RectOf(popup));
+  return popup;
 }
 
 std::vector<HWND> DockProcess::TopLevelWindows() const {

@@ -31,7 +31,16 @@ public:
 
 private:
   friend class Event<Args>;
-  std::vector<AliveFlag> flagRefs; // one for every AddListener that was ever done with this listener
+
+  /// Keeps the flag of a new entry. Those that only this listener still holds, since their entries are gone, make room
+  /// first: one that hears of ever new objects would grow for as long as the process runs.
+  void Keep(const AliveFlag &flag) {
+    if (flagRefs.size() == flagRefs.capacity())
+      std::erase_if(flagRefs, [](const AliveFlag &kept) { return kept.use_count() == 1; });
+    flagRefs.push_back(flag);
+  }
+
+  std::vector<AliveFlag> flagRefs; // one for every entry of this listener, and some of entries that are gone
 };
 
 /// Calls a member function of an object; does nothing when either is null.
@@ -71,7 +80,7 @@ public:
     if (listener == nullptr)
       return;
     auto flag = std::make_shared<unsigned char>(static_cast<unsigned char>(1));
-    listener->flagRefs.push_back(flag);
+    listener->Keep(flag);
     listeners.push_back(listener);
     aliveFlags.push_back(std::move(flag));
   }

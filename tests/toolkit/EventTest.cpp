@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "toolkit/AllocationCount.h"
+
 namespace lumenor {
 
 namespace {
@@ -302,6 +304,22 @@ TEST(TypedEventListener, MayBeDroppedByItsOwnHandler) {
   event.Fire(&call);
   EXPECT_EQ(timer.calls, 1);
   EXPECT_EQ(event.Count(), 0U);
+}
+
+// The rows of a list are made anew at each of its changes, for as long as the process runs.
+TEST(TypedEventListener, HoldsNothingOfTheEventsThatAreGone) {
+  Log log;
+  Recorder listener(log, "a");
+  const auto subscribeToManyThatGo = [&] {
+    for (int i = 0; i < 1000; ++i) {
+      CallEvent event(L"Gone");
+      event.AddListener(&listener);
+    }
+  };
+  subscribeToManyThatGo();
+  const std::ptrdiff_t before = tests::LivingAllocations();
+  subscribeToManyThatGo();
+  EXPECT_GE(before, tests::LivingAllocations()) << "more than what was gone";
 }
 
 TEST(TypedEventListener, OwnerNeedsNoExplicitUnsubscribe) {

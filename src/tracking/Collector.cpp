@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "system/FileReading.h"
+#include "system/Launch.h"
 #include "system/Log.h"
 #include "system/Paths.h"
 #include "tracking/MachineValues.h"
@@ -39,6 +40,10 @@ bool SaysThatUserAgreed(const std::wstring &path) {
 void StartCollector() {
   LogInfo("RUQMENT: running TWRuq.exe");
   const std::wstring program = ExpandPath(ReadCollectorValue(L"RuqPath"));
+  if (!FitsShell(program)) {
+    LogError("RUQMENT: A path of %u characters is too long", static_cast<unsigned>(program.size()));
+    return;
+  }
   // The collector is given the folder as it is written here, with the variable's name in it.
   ::ShellExecuteW(nullptr, L"open", program.c_str(), trackedApplication, payloadFolder, SW_HIDE);
 }

@@ -47,6 +47,13 @@ TEST_F(Collector, ThatIsMissingDoesNoHarm) {
   EXPECT_THAT(recorder.WaitForCommandLines(1), ElementsAre(L"\"" + program + L"\" lumenor3.4"));
 }
 
+TEST_F(Collector, ThatTheShellCannotBeGivenIsLogged) {
+  key.SetText(L"RuqPath", L"C:\\" + std::wstring(1500, L'x') + L".exe");
+  StartCollector();
+  EXPECT_THAT(log.Lines(),
+              ElementsAre("INFO: RUQMENT: running TWRuq.exe", "ERROR: RUQMENT: A path of 1507 characters is too long"));
+}
+
 TEST_F(Collector, ItsIniFileIsNamedByTheMachine) {
   EXPECT_EQ(L"", CollectorIniFile());
   key32.SetText(L"RuqIniFile", L"%APPDATA%\\old.ini");

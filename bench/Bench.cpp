@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "content/Stubs.h"
-#include "dock/MainDlg.h"
+#include "dock/bar/MainDlg.h"
 #include "e2e/DockProcess.h"
 #include "e2e/Installation.h"
 #include "e2e/Screen.h"

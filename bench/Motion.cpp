@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "dock/bar/MainDlg.h"
 #include "dock/DockMessages.h"
-#include "dock/MainDlg.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
 #include "Measure.h"

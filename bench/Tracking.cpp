@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "dock/DockButton.h"
-#include "dock/MainDlg.h"
+#include "dock/bar/MainDlg.h"
+#include "dock/flyouts/DockButton.h"
 #include "Measure.h"
 #include "support/ImportSlot.h"
 #include "system/HResultError.h"

@@ -1,8 +1,8 @@
 #include "app/Cycles.h"
 
 #include "app/JumpListPlatform.h"
+#include "dock/bar/MainDlg.h"
 #include "dock/DockMessages.h"
-#include "dock/MainDlg.h"
 #include "system/EventLog.h"
 #include "system/Log.h"
 #include "system/WindowException.h"

@@ -4,7 +4,7 @@
 #include "app/Cycles.h"
 #include "app/SharedServices.h"
 #include "app/SingleInstance.h"
-#include "dock/MainDlg.h"
+#include "dock/bar/MainDlg.h"
 #include "system/EventLog.h"
 #include "system/Log.h"
 #include "system/Paths.h"

@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "content/Documents.h"
-#include "dock/BarFixture.h"
+#include "dock/bar/BarFixture.h"
 #include "dock/DockMessages.h"
-#include "dock/FlyoutWindow.h"
+#include "dock/flyouts/FlyoutWindow.h"
 #include "support/Desk.h"
 
 namespace lumenor {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "content/Element.h"
-#include "dock/FlyoutWindow.h"
+#include "dock/flyouts/FlyoutWindow.h"
 #include "resources/resource.h"
 #include "support/ComApartment.h"
 #include "support/Desk.h"

@@ -1,0 +1,44 @@
+# One static library per module, built from every source in its folders; the folders' listing is the list of sources.
+
+add_library(lumenor_options INTERFACE)
+target_include_directories(lumenor_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_definitions(lumenor_options INTERFACE UNICODE _UNICODE)
+target_compile_options(lumenor_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+  -Werror=return-type -fno-omit-frame-pointer
+  $<$<CONFIG:Debug>:-Og -gdwarf-4 -fsanitize=undefined -fsanitize-undefined-trap-on-error>
+  $<$<CONFIG:Release>:-O2 -ffunction-sections -fdata-sections>)
+target_compile_definitions(lumenor_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+target_link_options(lumenor_options INTERFACE $<$<CONFIG:Release>:-s -Wl,--gc-sections>)
+
+# The platform's import libraries; the linker takes of them only what is called.
+set(LUMENOR_PLATFORM_LIBRARIES
+  ole32 oleaut32 uuid shell32 shlwapi comctl32 advapi32 gdi32 user32 d2d1 dwrite windowscodecs rpcrt4)
+
+# lumenor_module(<name> <list of folders> [<module it links>...]). The file with the entry function isn't part of its
+# module, so that tests can link the rest.
+function(lumenor_module name folders)
+  list(TRANSFORM folders APPEND "/*.cpp" OUTPUT_VARIABLE source_patterns)
+  list(TRANSFORM folders APPEND "/*.h" OUTPUT_VARIABLE header_patterns)
+  file(GLOB sources CONFIGURE_DEPENDS ${source_patterns})
+  file(GLOB headers CONFIGURE_DEPENDS ${header_patterns})
+  list(FILTER sources EXCLUDE REGEX "/Main\\.cpp$")
+  if(sources)
+    add_library(${name} STATIC ${sources} ${headers})
+    set(scope PUBLIC)
+  else()
+    add_library(${name} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_link_libraries(${name} ${scope} lumenor_options ${ARGN} ${LUMENOR_PLATFORM_LIBRARIES})
+endfunction()
+
+# lumenor_program(<name> <entry function's source> [<module it links>...]): the shipped executable, with the product's
+# resources.
+function(lumenor_program name entry)
+  add_executable(${name} WIN32 ${entry} ${CMAKE_SOURCE_DIR}/src/resources/LumenorDock.rc)
+  target_link_libraries(${name} PRIVATE ${ARGN})
+  target_link_options(${name} PRIVATE -municode)
+  file(GLOB resources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/resources/*)
+  set_source_files_properties(${CMAKE_SOURCE_DIR}/src/resources/LumenorDock.rc PROPERTIES OBJECT_DEPENDS "${resources}")
+endfunction()

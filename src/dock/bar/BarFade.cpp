@@ -1,0 +1,72 @@
+#include "dock/bar/BarFade.h"
+
+#include <utility>
+
+#include "dock/bar/BarElements.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr unsigned char dimmed = 190;
+constexpr unsigned char opaque = 255;
+
+constexpr float fadeSeconds = 0.3F;
+constexpr float fadeAcceleration = 0.05F;
+constexpr float fadeDeceleration = 0.75F;
+
+/// Steps without the cursor before the bar dims.
+constexpr int idleTicksBeforeFade = 21;
+
+} // namespace
+
+BarFade::BarFade(Property<unsigned char> &opacity, const BarElements &bar) : opacity(opacity), bar(bar) {
+  fadeAnimation.AccelerationRatio.Set(fadeAcceleration);
+  fadeAnimation.DecelerationRatio.Set(fadeDeceleration);
+  fadeAnimation.Duration.Set(fadeSeconds);
+  fadeAnimation.Target.Set(&opacity);
+}
+
+/// The count starts anew only when the bar comes back from being dim. A cursor that stays away a little at a time adds
+/// up, so that the bar may dim as soon as it leaves again. A fade that got stuck goes on, and under the cursor it turns
+/// back; one that runs does neither.
+void BarFade::Step(bool isCursorOnBar, bool mayDim) {
+  const bool isStuck = IsStuck();
+  if (isCursorOnBar) {
+    const bool isDim = idleTicks != 0 && opacity.Get() == dimmed;
+    if ((isDim || isStuck) && FadeTo(opaque))
+      idleTicks = 0;
+    return;
+  }
+  if (isStuck)
+    FadeTo(*fadeGoal);
+  else if (mayDim && idleTicks >= idleTicksBeforeFade && opacity.Get() >= opaque)
+    FadeTo(dimmed);
+  if (mayDim)
+    ++idleTicks;
+}
+
+/// Whether the fade stands still short of its goal. The animation that started last has all the ticks: a slide of the
+/// row that begins within a fade leaves it where it is.
+bool BarFade::IsStuck() {
+  const unsigned char now = opacity.Get();
+  if (fadeGoal == now)
+    fadeGoal.reset();
+  return std::exchange(opacityBefore, now) == now && fadeGoal.has_value();
+}
+
+/// Begins to fade from where the opacity stands. False while the row slides, which the fade would stop between two
+/// buttons: the next step is soon enough.
+bool BarFade::FadeTo(unsigned char goal) {
+  if (bar.scrollViewer->IsSliding())
+    return false;
+  bar.scrollViewer->EndSlide(); // of one that got stuck
+  fadeAnimation.From.Set(opacity.Get());
+  fadeAnimation.To.Set(goal);
+  fadeAnimation.Start();
+  fadeGoal = goal;
+  bar.ShowFadingButtons(goal == opaque ? Visibility::Visible : Visibility::Hidden);
+  return true;
+}
+
+} // namespace lumenor

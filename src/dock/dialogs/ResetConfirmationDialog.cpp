@@ -1,0 +1,143 @@
+#include "dock/dialogs/ResetConfirmationDialog.h"
+
+#include "dock/DockMessages.h"
+#include "resources/resource.h"
+#include "system/LanguageResources.h"
+#include "toolkit/BackPlate.h"
+#include "toolkit/drawing/ButtonLayout.h"
+#include "toolkit/drawing/SimpleButtonPainter.h"
+#include "toolkit/Scale.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr Color white = {1.0F, 1.0F, 1.0F, 1.0F};
+
+/// The height of the message's row: what the rows of the title and of the buttons leave of the dialog's 172.
+constexpr int messageHeight = 50;
+
+/// The margin of what stands in a row of its own: the title, and each button.
+Margin RowMargin() { return {0, ScaleY(8), ScaleX(8), ScaleY(8)}; }
+
+ButtonLayout DialogButtonLayout() {
+  ButtonLayout layout;
+  layout.fontSize = static_cast<float>(ScaleY(13));
+  layout.textFlag = 1;
+  layout.textStyle = 30;
+  return layout;
+}
+
+/// Makes a picture that is higher than its row as high as that; a bigger one would push the buttons off the dialog.
+void LimitHeight(ImageElement &image, long height) {
+  const long wanted = image.DesiredHeight.Get();
+  if (wanted <= height)
+    return;
+  image.DesiredWidth.Set(::MulDiv(image.DesiredWidth.Get(), height, wanted));
+  image.KeepAspect();
+}
+
+} // namespace
+
+ResetConfirmationDialog::ResetConfirmationDialog(const RECT &bounds, HWND ownerWindow)
+    : bounds(bounds), title(LoadDockString(L"Element[@ID='ResetWindow.Title']/Head")),
+      description(LoadDockString(L"Element[@ID='ResetWindow.Description']/Head")),
+      backPlate(std::make_shared<BackPlate>(renderTarget, 0.7F, 0.36F)),
+      titleText(std::make_shared<TextElement>(renderTarget)),
+      descriptionText(std::make_shared<TextElement>(renderTarget)), ownerWindow(ownerWindow),
+      rows(std::make_shared<StackPanel>()), rootPanel(std::make_shared<DockPanel>()),
+      titleRow(std::make_shared<DockPanel>()), messageRow(std::make_shared<DockPanel>()),
+      buttonRow(std::make_shared<DockPanel>()), clickListener(MakeListener(this, &ResetConfirmationDialog::OnClick)) {
+  dialogId = ResetConfirmationDialogId;
+  StyleTitle();
+  StyleDescription();
+}
+
+void ResetConfirmationDialog::StyleTitle() {
+  titleText->BeginUpdate();
+  titleText->Text.Set(title);
+  titleText->Margin.Set({ScaleX(20), ScaleX(20), 0, 0});
+  titleText->FontSize.Set(static_cast<float>(ScaleX(16)));
+  titleText->FontWeight.Set(DWRITE_FONT_WEIGHT_SEMI_BOLD);
+  titleText->Color.Set(white);
+  titleText->TextAlignment.Set(DWRITE_TEXT_ALIGNMENT_TRAILING);
+  titleText->EndUpdate();
+}
+
+void ResetConfirmationDialog::StyleDescription() {
+  descriptionText->BeginUpdate();
+  descriptionText->Text.Set(description);
+  descriptionText->FontSize.Set(static_cast<float>(ScaleY(12)));
+  descriptionText->FontWeight.Set(DWRITE_FONT_WEIGHT_MEDIUM);
+  descriptionText->Color.Set(white);
+  descriptionText->WordWrapping.Set(DWRITE_WORD_WRAPPING_WRAP);
+  descriptionText->TextAlignment.Set(DWRITE_TEXT_ALIGNMENT_LEADING);
+  descriptionText->EndUpdate();
+}
+
+void ResetConfirmationDialog::InitializeComponent() {
+  Left.Set(bounds.left);
+  Top.Set(bounds.top);
+  Width.Set(bounds.right - bounds.left);
+  Height.Set(bounds.bottom - bounds.top);
+  ComposePanels();
+  AddTitle();
+  AddMessage();
+  // The row fills from its right end, so the reset button comes to stand left of the other.
+  cancelButton = MakeButton(L"Element[@ID='ResetWindow.CancelButton']/Head");
+  AddButton(*cancelButton);
+  resetButton = MakeButton(L"Element[@ID='ResetWindow.ResetButton']/Head");
+  AddButton(*resetButton);
+}
+
+void ResetConfirmationDialog::ComposePanels() {
+  // A panel makes its window under its parent's, so each is attached before anything is added to it.
+  SetChild(rootPanel.get());
+  rootPanel->AddChild(backPlate.get());
+  rows->Orientation.Set(lumenor::Orientation::Vertical);
+  rootPanel->AddChild(rows.get());
+  for (DockPanel *row : {titleRow.get(), messageRow.get(), buttonRow.get()})
+    rows->AddChild(row);
+}
+
+void ResetConfirmationDialog::AddTitle() {
+  titleText->DesiredHeight.Set(ScaleY(50));
+  titleText->Margin.Set(RowMargin());
+  titleRow->AddChild(titleText.get());
+}
+
+void ResetConfirmationDialog::AddMessage() {
+  image = std::make_shared<ImageElement>(L"..\\resources\\ResetImage.png", renderTarget);
+  image->Margin.Set({ScaleX(8), ScaleY(8), 0, 0});
+  image->VerticalAlignment.Set(lumenor::VerticalAlignment::Center);
+  LimitHeight(*image, ScaleY(messageHeight));
+  messageRow->AddChild(image.get());
+  messageRow->SetDock(image.get(), Dock::Left);
+  descriptionText->DesiredHeight.Set(ScaleY(messageHeight)); // it wraps, and had measured itself as one line
+  descriptionText->Margin.Set({0, ScaleX(8), 0, 0});
+  messageRow->AddChild(descriptionText.get());
+}
+
+std::shared_ptr<Button> ResetConfirmationDialog::MakeButton(const wchar_t *textQuery) const {
+  return std::make_shared<Button>(std::make_shared<SimpleButtonPainter>(renderTarget, LoadDockString(textQuery),
+                                                                        DialogButtonLayout(), std::wstring()));
+}
+
+void ResetConfirmationDialog::AddButton(Button &button) {
+  buttonRow->AddChild(&button);
+  buttonRow->SetDock(&button, Dock::Right);
+  ::SetWindowLongW(button.GetHandle(), GWL_ID, ResetDialogButtonId);
+  button.DesiredWidth.Set(ScaleX(80));
+  button.DesiredHeight.Set(ScaleY(40));
+  button.Margin.Set(RowMargin());
+  button.Click.AddListener(clickListener.get());
+  buttonRow->Layout();
+}
+
+void ResetConfirmationDialog::OnClick(ButtonEventArgs *args) {
+  if (args->sender == resetButton.get())
+    ::PostMessageW(ownerWindow, ResetDockMessage, 0, 0);
+  ::EndDialog(handle, 0);
+}
+
+} // namespace lumenor

@@ -1,0 +1,335 @@
+#include "dock/dialogs/WelcomeScreenDialog.h"
+
+#include <algorithm>
+
+#include "content/Element.h"
+#include "dock/Commands.h"
+#include "dock/dialogs/WelcomeSettings.h"
+#include "dock/flyouts/DockButton.h"
+#include "dock/flyouts/DockGlowButtonPainter.h"
+#include "resources/resource.h"
+#include "system/LanguageResources.h"
+#include "system/Launch.h"
+#include "system/Locale.h"
+#include "system/Paths.h"
+#include "toolkit/ColorRectangle.h"
+#include "toolkit/drawing/ButtonLayout.h"
+#include "toolkit/drawing/SelectableButtonPainter.h"
+#include "toolkit/drawing/SimpleButtonPainter.h"
+#include "toolkit/Scale.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr wchar_t tourProgram[] = L"%ProgramFiles%\\Tarnwick\\Lumenor\\LumenorVideo\\doc.exe";
+
+constexpr Color white = {1.0F, 1.0F, 1.0F, 1.0F};
+constexpr Color transparent = {};
+constexpr Color titleColor = {0.58431375F, 0.7490196F, 0.92156863F, 1.0F};
+constexpr Color preferencesColor = {0.827451F, 0.827451F, 0.827451F, 1.0F};
+
+// The side with the picture and the tour, in device pixels at every density.
+constexpr int leftStackWidth = 300;
+constexpr int pictureWidth = 280;
+constexpr int pictureHeight = 160; // at most; a higher one would push the tour off
+constexpr int tourTextWidth = 220;
+constexpr int tourButtonRoomSize = 60;
+constexpr int tourTextHeight = 32; // has the tour button's middle as its own
+
+// The strip with the buttons, in design pixels.
+constexpr int sideMargin = 32;
+constexpr int stripHeight = 116;
+constexpr int closeButtonWidth = 120;
+constexpr int closeButtonHeight = 40;
+constexpr int checkBoxWidth = 420;
+constexpr int checkBoxHeight = 28;
+
+constexpr float buttonFontSize = 13.0F; // the same at every density, and so is the box of the check boxes
+constexpr int checkBoxLabelLeft = 20;
+
+std::wstring GetWelcomeString(const std::wstring &query) {
+  return LoadString(L"Lumenor.MainFrame.Controls.WelcomeWindow.xml",
+                    L"//UIRoot/Lumenor.MainFrame.Controls.WelcomeWindow/Elements/" + query);
+}
+
+std::wstring FeatureText(int number, wchar_t half) {
+  return GetWelcomeString(L"Element[@ID='TextBlock.Feature" + std::to_wstring(number) + half + L"']/Head");
+}
+
+ButtonLayout MakeTourButtonLayout() {
+  ButtonLayout layout;
+  layout.fontSize = static_cast<float>(ScaleY(10));
+  layout.textFlag = 1;
+  layout.textStyle = 15;
+  return layout;
+}
+
+ButtonLayout MakeDialogButtonLayout(unsigned char centred) {
+  ButtonLayout layout;
+  layout.fontSize = buttonFontSize;
+  layout.textFlag = centred;
+  return layout;
+}
+
+} // namespace
+
+WelcomeScreenDialog::WelcomeScreenDialog(const RECT &bounds)
+    : bounds(bounds), titleText(MakeTitle()),
+      featuresHeading(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.FeaturesHeading']/Head"), 20.0F)),
+      tourText(
+          MakeText(GetWelcomeString(L"Element[@ID='TextBlock.ViewTour']/Head"), 14.0F, DWRITE_TEXT_ALIGNMENT_CENTER)),
+      preferencesText(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.OptOutPreferences']/Head"), 9.0F,
+                               DWRITE_TEXT_ALIGNMENT_CENTER)),
+      rootPanel(std::make_shared<DockPanel>()), contentPanel(std::make_shared<DockPanel>()),
+      bodyPanel(std::make_shared<DockPanel>()), tourButtonPanel(std::make_shared<DockPanel>()),
+      bottomPanel(std::make_shared<DockPanel>()), mainStack(std::make_shared<StackPanel>()),
+      leftStack(std::make_shared<StackPanel>()), featureStack(std::make_shared<StackPanel>()),
+      tourRow(std::make_shared<StackPanel>()), tourTextStack(std::make_shared<StackPanel>()),
+      buttonStack(std::make_shared<StackPanel>()),
+      tourButtonRoom(std::make_shared<ColorRectangle>(RECT{}, renderTarget, transparent)),
+      clickListener(MakeListener(this, &WelcomeScreenDialog::OnClick)) {
+  dialogId = WelcomeDialogId;
+  preferencesText->Color.Set(preferencesColor);
+  for (int i = 0; i < featureCount; ++i)
+    featureRows[static_cast<std::size_t>(i)] = MakeFeatureRow(i + 1);
+}
+
+WelcomeScreenDialog::~WelcomeScreenDialog() = default;
+
+/// `size` is in design pixels.
+std::shared_ptr<TextElement> WelcomeScreenDialog::MakeText(const std::wstring &text, float size,
+                                                           DWRITE_TEXT_ALIGNMENT alignment) const {
+  auto element = std::make_shared<TextElement>(renderTarget);
+  element->BeginUpdate();
+  element->Text.Set(text);
+  element->Left.Set(0);
+  element->Top.Set(0);
+  element->FontSize.Set(static_cast<float>(ScaleY(static_cast<int>(size))));
+  element->FontWeight.Set(DWRITE_FONT_WEIGHT_MEDIUM);
+  element->Color.Set(white);
+  element->TextAlignment.Set(alignment);
+  element->EndUpdate();
+  return element;
+}
+
+std::shared_ptr<TextElement> WelcomeScreenDialog::MakeTitle() const {
+  auto title =
+      MakeText(GetWelcomeString(L"Element[@ID='TextBlock.WindowTitle']/Head"), 16.0F, DWRITE_TEXT_ALIGNMENT_CENTER);
+  title->BeginUpdate();
+  title->FontWeight.Set(DWRITE_FONT_WEIGHT_SEMI_BOLD);
+  title->Color.Set(titleColor);
+  title->EndUpdate();
+  return title;
+}
+
+WelcomeScreenDialog::FeatureRow WelcomeScreenDialog::MakeFeatureRow(int number) const {
+  return {std::make_shared<DockPanel>(), std::make_shared<StackPanel>(), MakeText(FeatureText(number, L'a'), 14.0F),
+          MakeText(FeatureText(number, L'b'), 14.0F)};
+}
+
+/// The platform closes a window in ways of its own, such as Alt+F4, which would pass over the settings.
+BOOL WelcomeScreenDialog::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
+                                               DWORD mapId) {
+  if (mapId != 0)
+    return FALSE;
+  if (message == WM_CLOSE) {
+    result = 0;
+    return TRUE;
+  }
+  if (Window::ProcessWindowMessage(window, message, wParam, lParam, result))
+    return TRUE;
+  BOOL handled = FALSE;
+  const LRESULT answer = ReflectNotifications(handle, message, wParam, lParam, handled);
+  if (handled)
+    result = answer;
+  return handled;
+}
+
+void WelcomeScreenDialog::InitializeComponent() {
+  LoadPictures();
+  PlaceWindow();
+  ComposePanels();
+  AddTitle();
+  AddPicture();
+  AddTour();
+  AddFeatures();
+  AddButtons();
+}
+
+/// Here and not at construction: a picture that can't be decoded then costs this screen and not the bar.
+void WelcomeScreenDialog::LoadPictures() {
+  backgroundImage = std::make_shared<ImageElement>(L"..\\resources\\backgroundwindow.png", renderTarget);
+  arrowImage = std::make_shared<ImageElement>(L"..\\resources\\arrowIcon.png", renderTarget);
+  handsImage = std::make_shared<ImageElement>(L"..\\resources\\handswithIconsGraphic.png", renderTarget);
+}
+
+void WelcomeScreenDialog::PlaceWindow() {
+  Top.Set(bounds.top);
+  Width.Set(ScaleX(static_cast<int>(backgroundImage->DesiredWidth.Get())));
+  Height.Set(ScaleY(static_cast<int>(backgroundImage->DesiredHeight.Get())));
+  Left.Set((bounds.right - bounds.left) / 2 - Width.Get() / 2 + bounds.left);
+}
+
+/// A panel makes its window under its parent's, so each is attached before anything is added to it.
+void WelcomeScreenDialog::ComposePanels() {
+  SetChild(rootPanel.get());
+  rootPanel->AddChild(contentPanel.get());
+  contentPanel->AddChild(backgroundImage.get());
+  for (StackPanel *stack :
+       {mainStack.get(), leftStack.get(), featureStack.get(), tourTextStack.get(), buttonStack.get()})
+    stack->Orientation.Set(lumenor::Orientation::Vertical);
+  mainStack->Margin.Set({ScaleX(32), 0, 0, ScaleY(16)});
+  contentPanel->AddChild(mainStack.get());
+}
+
+void WelcomeScreenDialog::AddTitle() {
+  titleText->DesiredHeight.Set(ScaleY(50));
+  titleText->VerticalAlignment.Set(lumenor::VerticalAlignment::Center);
+  titleText->Margin.Set({0, ScaleY(8), ScaleX(8), ScaleY(8)});
+  mainStack->AddChild(titleText.get());
+  mainStack->AddChild(bodyPanel.get());
+}
+
+/// The stack is named for its place in the tree; it stands at the right.
+void WelcomeScreenDialog::AddPicture() {
+  leftStack->DesiredWidth.Set(leftStackWidth);
+  bodyPanel->AddChild(leftStack.get());
+  bodyPanel->SetDock(leftStack.get(), Dock::Right);
+  handsImage->HorizontalAlignment.Set(lumenor::HorizontalAlignment::Left); // at its own width, and so undistorted
+  handsImage->DesiredWidth.Set(pictureWidth);
+  handsImage->KeepAspect();
+  if (const long height = handsImage->DesiredHeight.Get(); height > pictureHeight) {
+    handsImage->DesiredWidth.Set(::MulDiv(pictureWidth, pictureHeight, height));
+    handsImage->KeepAspect();
+  }
+  leftStack->AddChild(handsImage.get());
+}
+
+void WelcomeScreenDialog::AddTour() {
+  tourRow->DesiredWidth.Set(pictureWidth);
+  tourRow->DesiredHeight.Set(tourButtonRoomSize);
+  leftStack->AddChild(tourRow.get());
+  tourTextStack->DesiredWidth.Set(tourTextWidth);
+  tourRow->AddChild(tourTextStack.get());
+  tourText->DesiredHeight.Set(std::max<long>(tourTextHeight, tourText->DesiredHeight.Get()));
+  tourTextStack->AddChild(tourText.get());
+  tourRow->AddChild(tourButtonPanel.get());
+  tourButton = MakeTourButton();
+  tourButtonPanel->AddChild(tourButton.get());
+  // The panel asks for what its children ask for, and the button alone asks for less.
+  tourButtonRoom->DesiredWidth.Set(tourButtonRoomSize);
+  tourButtonRoom->DesiredHeight.Set(tourButtonRoomSize);
+  tourButtonPanel->AddChild(tourButtonRoom.get());
+}
+
+std::shared_ptr<DockButton> WelcomeScreenDialog::MakeTourButton() const {
+  Element element;
+  element.ActionParams = CommandName(Command::ForYou); // what the dock would run; the click comes to this window
+  element.Image = L"..\\resources\\LaunchVideo.png";
+  element.ToolTip = tourText->Text.Get();
+  auto button = std::make_shared<DockButton>(
+      std::make_shared<DockGlowButtonPainter>(renderTarget, 0, element, MakeTourButtonLayout()), 4, element);
+  button->DesiredWidth.Set(ScaleX(16));
+  button->DesiredHeight.Set(ScaleY(16));
+  button->Margin.Set({0, 10, 8, 36});
+  button->VerticalAlignment.Set(lumenor::VerticalAlignment::Center);
+  button->Click.AddListener(clickListener.get());
+  return button;
+}
+
+void WelcomeScreenDialog::AddFeatures() {
+  featureStack->DesiredHeight.Set(ScaleY(200));
+  bodyPanel->AddChild(featureStack.get());
+  featuresHeading->DesiredHeight.Set(ScaleY(40));
+  featureStack->AddChild(featuresHeading.get());
+  arrowImage->HorizontalAlignment.Set(lumenor::HorizontalAlignment::Center);
+  arrowImage->VerticalAlignment.Set(lumenor::VerticalAlignment::Center);
+  for (FeatureRow &row : featureRows)
+    AddFeature(row);
+}
+
+/// One arrow stands in all rows: each places it at the same spot of itself. The texts share the height of the row, so
+/// that no font's lines make it higher.
+void WelcomeScreenDialog::AddFeature(FeatureRow &row) {
+  const int height = ScaleY(35);
+  row.panel->DesiredHeight.Set(height);
+  row.panel->Margin.Set({.bottom = ScaleY(5)}); // what sets one feature off from the next
+  featureStack->AddChild(row.panel.get());
+  row.panel->AddChild(arrowImage.get());
+  row.panel->SetDock(arrowImage.get(), Dock::Left);
+  row.texts->Orientation.Set(lumenor::Orientation::Vertical);
+  row.panel->AddChild(row.texts.get());
+  row.headline->DesiredHeight.Set(height / 2);
+  row.headline->Margin.Set({0, ScaleY(6), 0, 0});
+  row.texts->AddChild(row.headline.get());
+  row.sentence->DesiredHeight.Set(height - height / 2);
+  row.texts->AddChild(row.sentence.get());
+}
+
+/// The strip at the lower edge. It lies over the stack above it, whose children end before it. With less of a
+/// background than this it keeps the close button, without which nobody would get out.
+void WelcomeScreenDialog::AddButtons() {
+  const int side = std::min<int>(ScaleX(sideMargin), Width.Get() / 16);
+  bottomPanel->Margin.Set({side, side, std::max<int>(0, Height.Get() - ScaleY(stripHeight)), 0});
+  contentPanel->AddChild(bottomPanel.get());
+  bottomPanel->AddChild(buttonStack.get());
+  AddCloseButton();
+  updateCheckBox = AddCheckBox(L"Element[@ID='TextBlock.AllowToUpdate']/Head");
+  startupCheckBox = AddCheckBox(L"Element[@ID='TextBlock.OptOutLabel']/Head");
+  if (UserCountryCode() != L"US")
+    updateCheckBox->Checked.Set(0);
+  AddPreferences();
+}
+
+/// The button stands beside the check boxes, at the middle of their height: its margins take back what it takes.
+void WelcomeScreenDialog::AddCloseButton() {
+  closeButton = std::make_shared<Button>(std::make_shared<SimpleButtonPainter>(
+      renderTarget, GetWelcomeString(L"Element[@ID='TextBlock.ButtonClose']/Head"), MakeDialogButtonLayout(1),
+      std::wstring()));
+  const int top = (2 * ScaleY(checkBoxHeight) - ScaleY(closeButtonHeight)) / 2;
+  closeButton->Name.Set(GetWelcomeString(L"Element[@ID='Button.Tooltip.Close']/Head"));
+  closeButton->DesiredWidth.Set(ScaleX(closeButtonWidth));
+  closeButton->DesiredHeight.Set(ScaleY(closeButtonHeight));
+  closeButton->HorizontalAlignment.Set(lumenor::HorizontalAlignment::Right);
+  closeButton->Margin.Set({0, 0, top, -top - ScaleY(closeButtonHeight)});
+  buttonStack->AddChild(closeButton.get());
+  closeButton->Click.AddListener(clickListener.get());
+}
+
+/// The margin keeps the box off the close button in a window that is narrower than both.
+std::shared_ptr<CheckedButton> WelcomeScreenDialog::AddCheckBox(const wchar_t *textQuery) {
+  auto checkBox = std::make_shared<CheckedButton>(std::make_shared<SelectableButtonPainter>(
+      renderTarget, GetWelcomeString(textQuery), MakeDialogButtonLayout(0), std::wstring()));
+  checkBox->Checked.Set(1);
+  checkBox->DesiredWidth.Set(ScaleX(checkBoxWidth));
+  checkBox->DesiredHeight.Set(ScaleY(checkBoxHeight));
+  checkBox->HorizontalAlignment.Set(lumenor::HorizontalAlignment::Left);
+  checkBox->Margin.Set({.right = ScaleX(closeButtonWidth)});
+  buttonStack->AddChild(checkBox.get());
+  checkBox->Click.AddListener(clickListener.get());
+  return checkBox;
+}
+
+void WelcomeScreenDialog::AddPreferences() {
+  preferencesText->HorizontalAlignment.Set(lumenor::HorizontalAlignment::Left);
+  preferencesText->Margin.Set({.left = checkBoxLabelLeft, .top = ScaleY(8)});
+  buttonStack->AddChild(preferencesText.get());
+}
+
+/// The check boxes have flipped by themselves already.
+void WelcomeScreenDialog::OnClick(ButtonEventArgs *args) {
+  if (args->sender == closeButton.get()) {
+    ApplySettings();
+    ::EndDialog(handle, 0);
+  } else if (args->sender == tourButton.get()) {
+    OpenWithShell(ExpandPath(MapProgramFiles(tourProgram)), GetTutorialLanguage());
+  }
+}
+
+void WelcomeScreenDialog::ApplySettings() const {
+  StartWithSession(startupCheckBox->Checked.Get() != 0);
+  AllowToUpdate(updateCheckBox->Checked.Get() != 0);
+}
+
+} // namespace lumenor

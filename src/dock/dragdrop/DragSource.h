@@ -1,0 +1,27 @@
+#pragma once
+// The side of a drag where it begins: says how long it lasts, and shows the cursor that means removal while the drag is
+// off the row. Lives by its references. User-interface thread.
+
+#include "dock/dragdrop/OleObject.h"
+#include "system/Handles.h"
+#include "system/Windows.h"
+
+namespace lumenor {
+
+class CDragSource : public OleObject<IDropSource> {
+public:
+  /// Takes `cursor` over and destroys it in the end.
+  explicit CDragSource(HCURSOR cursor) : cursor(cursor) {}
+
+  /// Goes on as long as the left mouse button is down, and drops when it comes up.
+  HRESULT STDMETHODCALLTYPE QueryContinueDrag(BOOL escapePressed, DWORD keyState) noexcept override;
+
+  HRESULT STDMETHODCALLTYPE GiveFeedback(DWORD effect) noexcept override;
+
+private:
+  ~CDragSource() override = default;
+
+  CursorHandle cursor;
+};
+
+} // namespace lumenor

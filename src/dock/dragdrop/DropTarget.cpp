@@ -1,0 +1,172 @@
+#include "dock/dragdrop/DropTarget.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "dock/DockMessages.h"
+#include "dock/dragdrop/DataObject.h"
+#include "dock/dragdrop/DragState.h"
+#include "system/HResultError.h"
+
+#include <shlobj.h>
+
+namespace lumenor {
+
+namespace {
+
+constexpr UINT allFiles = 0xFFFFFFFF;
+
+/// A point on the screen as messages carry it: x in the low half, y in the high one.
+DWORD PackedPoint(POINTL point) { return static_cast<DWORD>(MAKELONG(point.x, point.y)); }
+
+POINT ToPoint(POINTL point) { return {point.x, point.y}; }
+
+/// A medium that is released when it goes out of scope, filled or not.
+class OwnedMedium {
+public:
+  OwnedMedium() = default;
+  ~OwnedMedium() { ::ReleaseStgMedium(&medium); }
+  OwnedMedium(const OwnedMedium &) = delete;
+  OwnedMedium &operator=(const OwnedMedium &) = delete;
+
+  STGMEDIUM medium = {};
+};
+
+/// Says how many files come behind the one that is being told of, so that the bar finishes with the last one.
+class FilesToCome {
+public:
+  explicit FilesToCome(UINT count) { droppedFilesToCome = count; }
+  ~FilesToCome() { droppedFilesToCome = 0; }
+  FilesToCome(const FilesToCome &) = delete;
+  FilesToCome &operator=(const FilesToCome &) = delete;
+};
+
+/// What the keys ask for; 0 without a wish.
+DWORD WishedEffect(DWORD keyState) {
+  switch (keyState & (MK_CONTROL | MK_SHIFT)) {
+  case MK_CONTROL | MK_SHIFT:
+    return DROPEFFECT_LINK;
+  case MK_CONTROL:
+    return DROPEFFECT_COPY;
+  case MK_SHIFT:
+    return DROPEFFECT_MOVE;
+  default:
+    return 0;
+  }
+}
+
+/// What is done where the keys ask for nothing.
+DWORD UsualEffect(DWORD allowed) {
+  if ((allowed & DROPEFFECT_COPY) != 0)
+    return DROPEFFECT_COPY;
+  if ((allowed & DROPEFFECT_MOVE) != 0)
+    return DROPEFFECT_MOVE;
+  return allowed & DROPEFFECT_LINK;
+}
+
+/// A link is never made by wish.
+DWORD GrantedEffect(DWORD wish, DWORD allowed) { return wish != DROPEFFECT_LINK ? allowed & wish : 0; }
+
+} // namespace
+
+CDropTarget::CDropTarget(HWND window) : window(window) {
+  ThrowIfFailed(
+      ::CoCreateInstance(CLSID_DragDropHelper, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(helper.GetAddressOf())));
+}
+
+HRESULT CDropTarget::DragEnter(IDataObject *data, DWORD keyState, POINTL point, DWORD *effect) noexcept {
+  return Shielded([&] {
+    if (data == nullptr || effect == nullptr)
+      return E_INVALIDARG;
+    POINT place = ToPoint(point);
+    helper->DragEnter(window, data, &place, *effect);
+    inDrag = true;
+    if (draggedButton != nullptr)
+      Notify(DragEnterNotification, PackedPoint(point));
+    FORMATETC format = fileListFormat;
+    acceptsData = data->QueryGetData(&format) == S_OK;
+    ComputeEffect(keyState, *effect);
+    return S_OK;
+  });
+}
+
+HRESULT CDropTarget::DragOver(DWORD keyState, POINTL point, DWORD *effect) noexcept {
+  return Shielded([&] {
+    if (effect == nullptr)
+      return E_INVALIDARG;
+    POINT place = ToPoint(point);
+    helper->DragOver(&place, *effect);
+    ComputeEffect(keyState, *effect);
+    Notify(DragOverNotification, PackedPoint(point));
+    if (!dragOverButtons)
+      *effect = 0;
+    return S_OK;
+  });
+}
+
+HRESULT CDropTarget::DragLeave() noexcept {
+  return Shielded([&] {
+    helper->DragLeave();
+    inDrag = false;
+    acceptsData = false;
+    Notify(DragLeaveNotification, ::HandleToULong(draggedButton));
+    return S_OK;
+  });
+}
+
+HRESULT CDropTarget::Drop(IDataObject *data, DWORD keyState, POINTL point, DWORD *effect) noexcept {
+  return Shielded([&] {
+    if (data == nullptr || effect == nullptr)
+      return E_INVALIDARG;
+    POINT place = ToPoint(point);
+    helper->Drop(data, &place, *effect);
+    inDrag = false;
+    const bool isPossible = ComputeEffect(keyState, *effect);
+    *effect = 0;
+    return isPossible ? Take(*data, point) : E_FAIL;
+  });
+}
+
+/// Makes of the allowed effects the one that a drop would have; false when it would have none.
+bool CDropTarget::ComputeEffect(DWORD keyState, DWORD &effect) const {
+  const DWORD wish = WishedEffect(keyState);
+  const DWORD possible = wish != 0 ? GrantedEffect(wish, effect) : UsualEffect(effect);
+  effect = acceptsData ? possible : 0;
+  return effect != 0;
+}
+
+HRESULT CDropTarget::Take(IDataObject &data, POINTL point) const {
+  FORMATETC format = fileListFormat;
+  OwnedMedium files;
+  const HRESULT result = data.GetData(&format, &files.medium);
+  if (FAILED(result))
+    return result;
+  if (draggedButton != nullptr)
+    Notify(DropNotification, PackedPoint(point));
+  else if (files.medium.tymed == TYMED_HGLOBAL && files.medium.hGlobal != nullptr)
+    AddDroppedFiles(static_cast<HDROP>(files.medium.hGlobal), point);
+  return result;
+}
+
+/// One buffer for all of the paths, each of which starts where the text of the one before ended. A path that is longer
+/// than the platform's longest is cut there.
+void CDropTarget::AddDroppedFiles(HDROP drop, POINTL point) const {
+  const UINT count = ::DragQueryFileW(drop, allFiles, nullptr, 0);
+  std::vector<wchar_t> paths(std::size_t{count} * (MAX_PATH + 1) + 1);
+  wchar_t *path = paths.data();
+  for (UINT i = 0; i < count; ++i) {
+    const FilesToCome rest(count - 1 - i);
+    *path = L'\0';
+    const UINT length = ::DragQueryFileW(drop, i, path, MAX_PATH);
+    if (length > 0)
+      ::SendMessageW(window, DragAddMessage, reinterpret_cast<WPARAM>(path), static_cast<LPARAM>(PackedPoint(point)));
+    path += std::min<UINT>(length, MAX_PATH - 1);
+  }
+}
+
+void CDropTarget::Notify(UINT code, UINT_PTR idFrom) const {
+  const NMHDR header = {window, idFrom, code};
+  ::SendMessageW(window, WM_NOTIFY, reinterpret_cast<WPARAM>(window), reinterpret_cast<LPARAM>(&header));
+}
+
+} // namespace lumenor

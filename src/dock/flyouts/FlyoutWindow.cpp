@@ -1,0 +1,268 @@
+#include "dock/flyouts/FlyoutWindow.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "content/ElementAction.h"
+#include "dock/DockMessages.h"
+#include "dock/flyouts/DockButton.h"
+#include "dock/flyouts/PainterPicture.h"
+#include "resources/resource.h"
+#include "system/Guard.h"
+#include "toolkit/BackPlate.h"
+#include "toolkit/drawing/BackgroundHighlightButtonPainter.h"
+#include "toolkit/drawing/ButtonLayout.h"
+#include "toolkit/Scale.h"
+#include "tracking/UsageTracker.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr int rowHeight = 40;
+constexpr int headerHeight = 40;
+
+/// The style bits that no flyout has, whatever its template says: caption with its menu, and thick frame.
+constexpr LONG frameStyles = WS_CAPTION | WS_SYSMENU | WS_THICKFRAME;
+constexpr LONG flyoutExtendedStyles = WS_EX_LAYERED | WS_EX_TOPMOST;
+
+void ApplyStyle(HWND window, int which, LONG style) {
+  ::SetWindowLongW(window, which, style);
+  ::SetWindowPos(window, nullptr, 0, 0, 0, 0,
+                 SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+}
+
+ButtonLayout RowLayout() {
+  ButtonLayout layout;
+  layout.fontSize = static_cast<float>(ScaleY(13));
+  layout.textStyle = 30;
+  layout.imageLeft = ScaleX(8);
+  layout.imageRight = ScaleX(208);
+  layout.imageTop = ScaleY(8);
+  layout.imageBottom = ScaleY(8);
+  layout.textLeft = ScaleX(42);
+  return layout;
+}
+
+/// Says that something is under way, the click of a row or the making of all of them, until that ends in whatever way.
+class ActivityMark {
+public:
+  explicit ActivityMark(int &count) : count(count) { ++count; }
+  ~ActivityMark() { --count; }
+  ActivityMark(const ActivityMark &) = delete;
+  ActivityMark &operator=(const ActivityMark &) = delete;
+
+private:
+  int &count;
+};
+
+} // namespace
+
+FlyoutWindow::FlyoutWindow(const RECT &bounds, const std::wstring &title, const ElementList &elements)
+    : bounds(bounds), title(title), backPlate(std::make_shared<BackPlate>(renderTarget, 0.8F, 0.6F)),
+      elements(elements), header(std::make_shared<TextElement>(renderTarget)), Visible(L"Visible"),
+      rootPanel(std::make_shared<DockPanel>()), list(std::make_shared<StackPanel>()),
+      itemClickListener(MakeListener(this, &FlyoutWindow::OnItemClick)) {
+  StyleHeader();
+  Left.Set(bounds.left);
+  Top.Set(bounds.top);
+  Width.Set(bounds.right - bounds.left);
+  Height.Set(bounds.bottom - bounds.top);
+  Visibility.Set(lumenor::Visibility::Hidden);
+  list->Orientation.Set(lumenor::Orientation::Vertical);
+  header->DesiredHeight.Set(headerHeight);
+  list->AddChild(header.get());
+  dialogId = FlyoutDialogId;
+}
+
+FlyoutWindow::~FlyoutWindow() = default;
+
+void FlyoutWindow::StyleHeader() {
+  header->BeginUpdate();
+  header->Text.Set(title);
+  header->Margin.Set({ScaleX(6), ScaleX(6), 0, 0});
+  header->Left.Set(0);
+  header->Top.Set(0);
+  header->Width.Set(ScaleX(228));
+  header->Height.Set(ScaleY(13));
+  header->FontSize.Set(static_cast<float>(ScaleY(12)));
+  header->FontWeight.Set(DWRITE_FONT_WEIGHT_MEDIUM);
+  header->Color.Set({1.0F, 1.0F, 1.0F, 1.0F});
+  header->TextAlignment.Set(DWRITE_TEXT_ALIGNMENT_LEADING);
+  header->EndUpdate();
+}
+
+void FlyoutWindow::InitializeComponent() {
+  ApplyStyle(handle, GWL_STYLE, ::GetWindowLongW(handle, GWL_STYLE) & ~frameStyles);
+  ApplyStyle(handle, GWL_EXSTYLE, ::GetWindowLongW(handle, GWL_EXSTYLE) | flyoutExtendedStyles);
+  SetChild(rootPanel.get());
+  rootPanel->AddChild(backPlate.get());
+  rootPanel->AddChild(list.get());
+  if (!elements.empty())
+    CreateItems();
+}
+
+/// The making of a row can let a message in that refreshes the list. The rows that are just being made are then out of
+/// date: they are made once more, behind those that are under way and not amid them.
+void FlyoutWindow::CreateItems() {
+  itemsAreCurrent = false;
+  if (makingsUnderWay != 0)
+    return;
+  const ActivityMark mark(makingsUnderWay);
+  while (!std::exchange(itemsAreCurrent, true)) {
+    MakeItems(ElementList(elements));
+    FitToItems();
+  }
+}
+
+void FlyoutWindow::MakeItems(const ElementList &shown) {
+  for (const std::shared_ptr<DockButton> &item : items)
+    list->RemoveChild(item.get());
+  items.clear();
+  const ButtonLayout layout = RowLayout();
+  for (const Element &element : shown)
+    AddItem(element, layout);
+}
+
+void FlyoutWindow::FitToItems() {
+  UpdateBottom();
+  const LONG width = bounds.right - bounds.left;
+  const LONG height = bounds.bottom - bounds.top;
+  SizeBackPlate();
+  // Ahead of the move: a window that is moved takes the size that its element has.
+  Width.Set(width);
+  Height.Set(height);
+  PlaceWindow();
+  DesiredWidth.Set(width);
+  DesiredHeight.Set(height);
+  RedrawNow();
+}
+
+/// The rows come from files that others write and are made anew while the dock runs. A picture that can't be decoded
+/// costs its row that picture; passed on, the failure would take the flyout along at the start and the bar at a
+/// refresh.
+std::shared_ptr<IButtonPainter> FlyoutWindow::MakePainter(const Element &element, const ButtonLayout &layout) {
+  return MakeWithPicture("FlyoutWindow", element.Image, [&](const std::wstring &image) {
+    return std::make_shared<BackgroundHighlightButtonPainter>(renderTarget, element.Head, image, layout,
+                                                              Color{0.0F, 0.0F, 0.0F, 0.25F});
+  });
+}
+
+void FlyoutWindow::AddItem(const Element &element, const ButtonLayout &layout) {
+  const int index = static_cast<int>(items.size());
+  const auto button = std::make_shared<DockButton>(MakePainter(element, layout), index, element);
+  items.push_back(button);
+  list->AddChild(button.get());
+  ::SetWindowLongW(button->GetHandle(), GWL_ID, FirstFlyoutItemId + index);
+  button->DesiredHeight.Set(ScaleY(rowHeight));
+  button->Name.Set(element.ToolTip);
+  button->Click.AddListener(itemClickListener.get());
+}
+
+void FlyoutWindow::UpdateBottom() {
+  const LONG rows = static_cast<LONG>(items.size()) * ScaleY(rowHeight);
+  bounds.bottom = bounds.top + ScaleY(header->DesiredHeight.Get()) + rows;
+}
+
+void FlyoutWindow::SizeBackPlate() {
+  const RECT plate = {0, 0, bounds.right - bounds.left, bounds.bottom - bounds.top};
+  backPlate->SetBounds(&plate);
+}
+
+/// The activation is left alone: rows are made anew behind the user's back, and a flyout that took it then would close
+/// the one that is open, or the keys that the user types elsewhere would go to a window that nobody sees.
+void FlyoutWindow::PlaceWindow() {
+  if (::IsWindow(handle))
+    ::SetWindowPos(handle, nullptr, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top,
+                   SWP_FRAMECHANGED | SWP_NOACTIVATE);
+}
+
+void FlyoutWindow::RedrawNow() {
+  if (::IsWindow(handle))
+    ::RedrawWindow(handle, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
+}
+
+void FlyoutWindow::SetBounds(const RECT &rectangle) {
+  bounds = rectangle;
+  UpdateBottom();
+  Left.Set(bounds.left);
+  Top.Set(bounds.top);
+  Width.Set(bounds.right - bounds.left);
+  Height.Set(bounds.bottom - bounds.top);
+  SizeBackPlate();
+  PlaceWindow();
+  RedrawNow();
+}
+
+void FlyoutWindow::ToggleVisibility() {
+  const bool visible = Visibility.Get() == lumenor::Visibility::Visible;
+  Visibility.Set(visible ? lumenor::Visibility::Hidden : lumenor::Visibility::Visible);
+}
+
+void FlyoutWindow::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) {
+  Visible.Fire(args);
+  if (!::IsWindow(handle))
+    return;
+  if (args->newValue != lumenor::Visibility::Visible) {
+    ::ShowWindow(handle, SW_HIDE);
+    return;
+  }
+  ::SetWindowPos(handle, nullptr, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top,
+                 SWP_SHOWWINDOW);
+  Render();
+}
+
+BOOL FlyoutWindow::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
+                                        DWORD mapId) {
+  // Unlike the guard of the base's rows this one leaves the window alone: the base's table follows on a failure. But
+  // not on WM_CLOSE, where the base lets the window go: this one is made once.
+  bool handled = false;
+  if (message == WM_ACTIVATE)
+    handled = Guarded(L"OnActivate", [&] { OnActivate(LOWORD(wParam)); });
+  else if (message == WM_DESTROY)
+    handled = Guarded(L"OnDestroy", [&] { DestroyItemWindows(); });
+  else if (message == WM_CLOSE) {
+    Guarded(L"OnClose", [&] { HideWindow(); });
+    handled = true;
+  }
+  if (!handled)
+    return Window::ProcessWindowMessage(window, message, wParam, lParam, result, mapId);
+  result = 0;
+  return TRUE;
+}
+
+void FlyoutWindow::OnActivate(UINT state) {
+  if (state == WA_INACTIVE)
+    HideWindow();
+}
+
+void FlyoutWindow::DestroyItemWindows() {
+  for (const std::shared_ptr<DockButton> &item : items)
+    ::DestroyWindow(item->GetHandle());
+}
+
+void FlyoutWindow::HideWindow() {
+  if (::IsWindow(handle))
+    ::ShowWindow(handle, SW_HIDE);
+}
+
+void FlyoutWindow::OnItemClick(ButtonEventArgs *args) {
+  const auto row = std::find_if(items.begin(), items.end(),
+                                [&](const std::shared_ptr<DockButton> &item) { return item.get() == args->sender; });
+  if (row == items.end())
+    return;
+  if (clicksUnderWay == 0)
+    clickedItems.clear();
+  clickedItems.push_back(*row);
+  const ActivityMark mark(clicksUnderWay);
+  const Element chosen = (*row)->GetElement();
+  HideWindow();
+  OnItemChosen(chosen);
+}
+
+void FlyoutWindow::OnItemChosen(const Element &element) {
+  RunElementAction(element);
+  usageTracker.TrackPopupClick(element);
+}
+
+} // namespace lumenor

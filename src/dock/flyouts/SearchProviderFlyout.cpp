@@ -1,0 +1,28 @@
+#include "dock/flyouts/SearchProviderFlyout.h"
+
+#include "dock/DockMessages.h"
+
+namespace lumenor {
+
+namespace {
+
+bool IsSearchProvider(const Element &element) {
+  return element.ActionType == L"url" || element.ActionType == L"helpSearch";
+}
+
+} // namespace
+
+SearchProviderFlyout::SearchProviderFlyout(const RECT &bounds, const std::wstring &title, IActionDataProvider &provider)
+    : DataProviderFlyout(bounds, title, provider, RefreshSearchProviderMessage) {
+  header->DesiredHeight.Set(0);
+}
+
+void SearchProviderFlyout::OnItemChosen(const Element &element) {
+  // Sent, not posted: the element lives only as long as this call.
+  if (IsSearchProvider(element))
+    ::SendMessageW(::GetParent(handle), SetSearchProviderMessage, reinterpret_cast<WPARAM>(&element), 0);
+  else
+    DataProviderFlyout::OnItemChosen(element);
+}
+
+} // namespace lumenor

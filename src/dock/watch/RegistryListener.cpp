@@ -1,0 +1,105 @@
+#include "dock/watch/RegistryListener.h"
+
+#include <array>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "dock/DockMessages.h"
+#include "dock/Placement.h"
+#include "system/Guard.h"
+
+namespace lumenor {
+
+namespace {
+
+constexpr DWORD endingLimitMs = 1000;
+
+/// Asks for the next change. A notification is good for one only.
+void AskForChange(HKEY key, HANDLE event) {
+  ::RegNotifyChangeKeyValue(key, FALSE, REG_NOTIFY_CHANGE_LAST_SET, event, TRUE);
+}
+
+void PostIfMoved(const RegistryListenerContext &context, std::wstring &last) {
+  std::wstring current = GetDockPosition();
+  if (current == last)
+    return;
+  last = std::move(current);
+  ::PostMessageW(context.window, last == L"Top" ? context.topMessage : context.bottomMessage, 0, 0);
+}
+
+/// False when the wait ended otherwise than by the event.
+bool SleepUntilChange(const RegistryListenerContext &context) {
+  ::SetEvent(context.sleeping);
+  const DWORD woken = ::WaitForSingleObject(context.event.Get(), INFINITE);
+  ::ResetEvent(context.sleeping);
+  return woken == WAIT_OBJECT_0;
+}
+
+DWORD Listen(RegistryListenerContext &context) {
+  RegistryKey key;
+  if (::RegOpenKeyExW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick\\Lumenor", 0, KEY_READ, key.Put()) != ERROR_SUCCESS)
+    return static_cast<DWORD>(E_FAIL);
+  // The value is read behind each asking, never ahead of it: a change between the two wakes the thread once more.
+  AskForChange(key.Get(), context.event.Get());
+  std::wstring last = GetDockPosition();
+  while (SleepUntilChange(context)) {
+    AskForChange(key.Get(), context.event.Get());
+    PostIfMoved(context, last);
+  }
+  return 0;
+}
+
+/// Whether the thread, which stands still from now on, was caught in its sleep; one that wasn't goes on.
+bool FreezeInSleep(HANDLE thread, HANDLE sleeping) {
+  ::SuspendThread(thread);
+  CONTEXT context = {};
+  context.ContextFlags = CONTEXT_CONTROL;
+  ::GetThreadContext(thread, &context); // the thread stands only once this comes back
+  if (::WaitForSingleObject(sleeping, 0) == WAIT_OBJECT_0)
+    return true;
+  ::ResumeThread(thread);
+  return false;
+}
+
+} // namespace
+
+DWORD WINAPI RegistryListenerThread(void *context) {
+  const std::unique_ptr<RegistryListenerContext> owned(static_cast<RegistryListenerContext *>(context));
+  try {
+    return Listen(*owned);
+  } catch (...) {
+    ReportUnhandledException(L"RegistryListenerThread"); // not by a guard: that one belongs to the windows' thread
+    return static_cast<DWORD>(E_FAIL);
+  }
+}
+
+KernelHandle StartRegistryListener(KernelHandle event, HWND window, HANDLE sleeping) {
+  auto context = std::make_unique<RegistryListenerContext>(
+      RegistryListenerContext{std::move(event), window, DockAtTopMessage, DockAtBottomMessage, sleeping});
+  KernelHandle thread(::CreateThread(nullptr, 0, RegistryListenerThread, context.get(), 0, nullptr));
+  if (!thread)
+    return thread;
+  context.release();
+  const std::array<HANDLE, 2> either = {sleeping, thread.Get()};
+  ::WaitForMultipleObjects(static_cast<DWORD>(either.size()), either.data(), FALSE, INFINITE);
+  return thread;
+}
+
+// A thread that is killed while it starts, or while it holds the heap's lock, leaves the process with a lock that
+// nobody gives back.
+void EndRegistryListener(HANDLE thread, HANDLE sleeping) {
+  const std::array<HANDLE, 2> either = {sleeping, thread};
+  const ULONGLONG deadline = ::GetTickCount64() + endingLimitMs;
+  bool asleep = false;
+  while (!asleep && ::GetTickCount64() < deadline) {
+    const DWORD first =
+        ::WaitForMultipleObjects(static_cast<DWORD>(either.size()), either.data(), FALSE, endingLimitMs);
+    if (first != WAIT_OBJECT_0)
+      break;
+    asleep = FreezeInSleep(thread, sleeping);
+  }
+  ::TerminateThread(thread, 0);
+}
+
+} // namespace lumenor

@@ -86,6 +86,14 @@ std::optional<DWORD> DockProcess::WaitForExit() const {
   return code;
 }
 
+// The old window may go between two looks: each look asks once.
+bool DockProcess::WaitForNewBar(HWND previous) const {
+  return WaitFor([&] {
+    const HWND bar = Bar();
+    return bar != nullptr && bar != previous;
+  });
+}
+
 HWND DockProcess::WaitForBar() {
   if (!WaitFor([&] { return Bar() != nullptr || !IsRunning(); }) || Bar() == nullptr)
     return nullptr;

@@ -34,6 +34,9 @@ public:
   /// bright, and returns its window; null when it doesn't come.
   HWND WaitForBar();
 
+  /// Waits until the bar has another window than `previous`, that of the cycle before; false when it doesn't come.
+  bool WaitForNewBar(HWND previous) const;
+
   /// The bar's window as it is now: visible, of this process, of the bar's title; null without one.
   HWND Bar() const;
   RECT BarRect() const;

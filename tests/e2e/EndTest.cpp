@@ -111,7 +111,7 @@ TEST_F(End, ResetAsksRebuildsAndComesBackInTheSameProcess) {
 
   Click(Center(buttons[0]));
 
-  ASSERT_TRUE(WaitFor([&] { return dock.Bar() != nullptr && dock.Bar() != oldBar; }));
+  ASSERT_TRUE(dock.WaitForNewBar(oldBar));
   EXPECT_TRUE(dock.IsRunning());
   EXPECT_EQ(0, CountOf(UserDocument(), "Mine"));
   EXPECT_EQ(1, CountOf(UserDocument(), "<Head>User 1</Head>"));

@@ -38,8 +38,9 @@ protected:
                            {.head = L"Mine", .actionType = L"exe", .actionParams = installation.Recorder()}));
   }
 
+  /// A thousand entries take their time to be read on a busy machine.
   static bool StartClose(const DockProcess &dock) {
-    return WaitFor([&] { return dock.Bar() != nullptr; }, std::chrono::seconds(30)) &&
+    return WaitFor([&] { return dock.Bar() != nullptr; }, std::chrono::minutes(2)) &&
            ::PostMessageW(dock.Bar(), WM_CLOSE, 0, 0);
   }
 

@@ -33,6 +33,12 @@ protected:
     return popup == nullptr ? 0 : RectOf(popup).bottom - RectOf(popup).top;
   }
 
+  /// The height of the list that is open; 0 without one.
+  static LONG PopupHeight(const DockProcess &dock) {
+    const std::vector<HWND> popups = dock.Popups();
+    return popups.empty() ? 0 : RectOf(popups[0]).bottom - RectOf(popups[0]).top;
+  }
+
   static LONG OpenProviders(DockProcess &dock) {
     Click(dock.SearchProviderButton());
     const HWND popup = dock.WaitForPopup();
@@ -107,7 +113,7 @@ TEST_F(ProviderInput, AListWithoutEntriesEmptiesTheOneThatIsShown) {
   ASSERT_NE(nullptr, dock.WaitForBar());
   ASSERT_EQ(40 + 2 * 40, OpenForYou(dock));
   installation.WriteDocument(forYouList, {});
-  EXPECT_TRUE(WaitFor([&] { return RectOf(dock.Popups().at(0)).bottom - RectOf(dock.Popups().at(0)).top == 40; }));
+  EXPECT_TRUE(WaitFor([&] { return PopupHeight(dock) == 40; }));
   ExpectUsable(dock);
 }
 
@@ -199,8 +205,7 @@ TEST_F(ProviderInput, APictureThatIsNoneGivesTheDefaultOneAtTheStartAndLater) {
   ASSERT_NE(nullptr, dock.WaitForBar());
   EXPECT_EQ(40 + 40, OpenForYou(dock));
   installation.WriteDocument(forYouList, {entry, entry, entry});
-  EXPECT_TRUE(
-      WaitFor([&] { return RectOf(dock.Popups().at(0)).bottom - RectOf(dock.Popups().at(0)).top == 40 + 3 * 40; }));
+  EXPECT_TRUE(WaitFor([&] { return PopupHeight(dock) == 40 + 3 * 40; }));
   ClickRow(dock, 3);
   EXPECT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
   ExpectUsable(dock);

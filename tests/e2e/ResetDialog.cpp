@@ -32,7 +32,7 @@ bool Reset(DockProcess &dock) {
   if (dialog == nullptr)
     return false;
   Click(Center(DialogButtons(dialog).at(0)));
-  return WaitFor([&] { return dock.Bar() != nullptr && dock.Bar() != bar; }) && dock.WaitForBar() != nullptr;
+  return dock.WaitForNewBar(bar) && dock.WaitForBar() != nullptr;
 }
 
 } // namespace lumenor::e2e

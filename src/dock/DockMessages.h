@@ -28,6 +28,11 @@ enum DragNotification : UINT {
   DropNotification = 4,      // of a dragged button; files come as DragAddMessage
 };
 
+/// The screen point that DragAddMessage and the notifications carry. Screens to the left and above have negative ones.
+inline POINT UnpackedPoint(UINT_PTR packed) {
+  return {static_cast<short>(LOWORD(packed)), static_cast<short>(HIWORD(packed))};
+}
+
 /// Timers of the dock's main window.
 enum DockTimer : UINT_PTR {
   FadeTimer = 3,

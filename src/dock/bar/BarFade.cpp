@@ -2,7 +2,8 @@
 
 #include <utility>
 
-#include "dock/bar/BarElements.h"
+#include "dock/dragdrop/DragState.h"
+#include "system/Windows.h"
 
 namespace lumenor {
 
@@ -20,27 +21,42 @@ constexpr int idleTicksBeforeFade = 21;
 
 } // namespace
 
-BarFade::BarFade(Property<unsigned char> &opacity, const BarElements &bar) : opacity(opacity), bar(bar) {
+BarFade::BarFade(Window &window, const Bar &bar)
+    : window(window), bar(bar), flyoutListener(MakeListener(this, &BarFade::OnFlyoutVisibilityChanged)) {
   fadeAnimation.AccelerationRatio.Set(fadeAcceleration);
   fadeAnimation.DecelerationRatio.Set(fadeDeceleration);
   fadeAnimation.Duration.Set(fadeSeconds);
-  fadeAnimation.Target.Set(&opacity);
+  fadeAnimation.Target.Set(&window.Opacity);
 }
 
+void BarFade::OnFlyoutVisibilityChanged(PropertyChangeEventArgs<Visibility> *args) {
+  keepAwake = args->newValue == Visibility::Visible;
+}
+
+void BarFade::Step() {
+  POINT cursor;
+  if (!::GetCursorPos(&cursor)) // another desktop has the cursor, such as that of a locked session
+    return;
+  const RECT place = window.GetBounds();
+  Step(::PtInRect(&place, cursor) != FALSE, !dragOutside && !keepAwake);
+}
+
+/// `mayDim` is false while something keeps the bar awake.
+///
 /// The count starts anew only when the bar comes back from being dim. A cursor that stays away a little at a time adds
 /// up, so that the bar may dim as soon as it leaves again. A fade that got stuck goes on, and under the cursor it turns
 /// back; one that runs does neither.
 void BarFade::Step(bool isCursorOnBar, bool mayDim) {
   const bool isStuck = IsStuck();
   if (isCursorOnBar) {
-    const bool isDim = idleTicks != 0 && opacity.Get() == dimmed;
+    const bool isDim = idleTicks != 0 && window.Opacity.Get() == dimmed;
     if ((isDim || isStuck) && FadeTo(opaque))
       idleTicks = 0;
     return;
   }
   if (isStuck)
     FadeTo(*fadeGoal);
-  else if (mayDim && idleTicks >= idleTicksBeforeFade && opacity.Get() >= opaque)
+  else if (mayDim && idleTicks >= idleTicksBeforeFade && window.Opacity.Get() >= opaque)
     FadeTo(dimmed);
   if (mayDim)
     ++idleTicks;
@@ -49,7 +65,7 @@ void BarFade::Step(bool isCursorOnBar, bool mayDim) {
 /// Whether the fade stands still short of its goal. The animation that started last has all the ticks: a slide of the
 /// row that begins within a fade leaves it where it is.
 bool BarFade::IsStuck() {
-  const unsigned char now = opacity.Get();
+  const unsigned char now = window.Opacity.Get();
   if (fadeGoal == now)
     fadeGoal.reset();
   return std::exchange(opacityBefore, now) == now && fadeGoal.has_value();
@@ -61,7 +77,7 @@ bool BarFade::FadeTo(unsigned char goal) {
   if (bar.scrollViewer->IsSliding())
     return false;
   bar.scrollViewer->EndSlide(); // of one that got stuck
-  fadeAnimation.From.Set(opacity.Get());
+  fadeAnimation.From.Set(window.Opacity.Get());
   fadeAnimation.To.Set(goal);
   fadeAnimation.Start();
   fadeGoal = goal;

@@ -2,39 +2,46 @@
 
 #include "content/DocumentNames.h"
 #include "content/Documents.h"
-#include "dock/bar/BarButtons.h"
+#include "content/ElementAction.h"
+#include "dock/bar/Search.h"
 #include "dock/Commands.h"
-#include "dock/dragdrop/DragState.h"
-#include "dock/dragdrop/DropTarget.h"
+#include "dock/dialogs/ResetConfirmationDialog.h"
+#include "dock/dialogs/WelcomeScreenDialog.h"
+#include "dock/DockMessages.h"
+#include "dock/flyouts/FlyoutWindow.h"
 #include "dock/Placement.h"
-#include "dock/watch/RegistryListener.h"
+#include "dock/watch/FirstRun.h"
 #include "resources/resource.h"
 #include "system/Desktop.h"
+#include "system/Instance.h"
 #include "system/LanguageResources.h"
+#include "system/Launch.h"
 #include "system/Log.h"
-#include "system/Paths.h"
-#include "toolkit/Geometry.h"
-#include "toolkit/TextBox.h"
+#include "system/ScopeExit.h"
+#include "toolkit/Scale.h"
 #include "tracking/UsageTracker.h"
 
 namespace lumenor {
 
 namespace {
 
-/// The screen point that a message of a drag carries; screens to the left and above have negative ones.
-POINT UnpackedPoint(UINT_PTR packed) {
-  return {static_cast<short>(LOWORD(packed)), static_cast<short>(HIWORD(packed))};
+constexpr int welcomeTop = 77; // right below a bar at the top
+
+void SetWindowIcon(HWND window) {
+  const HICON icon = ::LoadIconW(instanceHandle, MAKEINTRESOURCEW(MainIconId));
+  ::SendMessageW(window, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
 }
 
-POINT ClientPoint(HWND window, UINT_PTR packed) {
-  POINT point = UnpackedPoint(packed);
-  ::ScreenToClient(window, &point);
-  return point;
+void StartTimers(HWND window) {
+  ::SetTimer(window, FadeTimer, fadeStepMs, nullptr);
+  ::SetTimer(window, StartMainApplicationTimer, startMainApplicationMs, nullptr);
+  ::SetTimer(window, TrackingTimer, trackingFlushMs, nullptr);
 }
 
-void DestroyButtonWindow(const std::shared_ptr<DockButton> &button) {
-  if (button && ::IsWindow(button->GetHandle()))
-    ::DestroyWindow(button->GetHandle());
+/// Posted, so that the bar stands before the user is greeted.
+void AskForWelcome(HWND window) {
+  if (CheckFirstRun())
+    ::PostMessageW(window, ShowWelcomeMessage, 0, 0);
 }
 
 /// A payload that is due by time waits for the next run; only one that is too big is handed over now.
@@ -44,38 +51,76 @@ void WriteEndOfUse() {
   usageTracker.CheckPayloadSize();
 }
 
+void ToggleFlyout(DockButton &button) {
+  FlyoutWindow *const flyout = button.GetFlyout();
+  if (flyout == nullptr)
+    return;
+  flyout->SetBounds(button.GetFlyoutRect());
+  flyout->ToggleVisibility();
+}
+
 } // namespace
 
-// The flyouts aren't there yet to be asked for the height of their rows.
 CMainDlg::CMainDlg()
-    : BarElements(renderTarget), dockRect(lumenor::GetWindowRect()), userElements(savedButtons.Load()),
-      forYouFlyout(GetForYouFlyoutRect(GetScreenBounds(), 0), LoadForYouTitle(), forYouProvider, RefreshForYouMessage),
-      forYouFileTime(LastWriteTime(DocumentPath(forYouListName))),
-      searchProviderFlyout(GetSearchProviderFlyoutRect(GetScreenBounds(), 0),
-                           LoadDockString(L"Element[@ID='SearchBox.SelectProviderToolTip']/Head"), searchProvider),
+    : bar(renderTarget), dockRect(lumenor::GetWindowRect()),
       clickListener(MakeListener(this, &CMainDlg::OnButtonClick)),
-      dragBeginListener(MakeListener(this, &CMainDlg::OnButtonDragBegin)),
       acceptListener(MakeListener(this, &CMainDlg::OnTextAccept)),
-      dockPositionListener(MakeListener(this, &CMainDlg::ForwardDockPosition)),
-      flyoutVisibilityListener(MakeListener(this, &CMainDlg::OnFlyoutVisibilityChanged)) {
-  ForgetDrag();
+      dockPositionListener(MakeListener(this, &CMainDlg::OnDockPositionChanged)), fade(*this, bar),
+      maker(renderTarget, clickListener.get(), fade.FlyoutListener()), userRow(*this, bar, maker),
+      rowDrag(*this, bar, userRow), lists(*this, bar, maker) {
   dialogId = MainDialogId;
   usageTracker.TrackDockOpen();
-  endSessionHandler = static_cast<EndSessionHandler>(&CMainDlg::OnEndSession);
+  endSessionHandler = static_cast<EndSessionHandler>(&CMainDlg::EndUse);
 }
 
 CMainDlg::~CMainDlg() {
   // A cycle can fail with the window still up, which mustn't outlive its object.
   if (::IsWindow(handle))
     ::DestroyWindow(handle);
-  StopRegistryThread();
+  registryThread.End();
 }
 
-/// The thread sleeps in a wait that nothing else ends: its event belongs to the registry's notification and has a name
-/// that the next cycle's thread shares, so signalling it can't mean an end.
-void CMainDlg::StopRegistryThread() {
-  if (registryThread)
-    EndRegistryListener(registryThread.Get(), registryThreadSleeping.Get());
+// The composition.
+
+void CMainDlg::InitializeComponent() {
+  LogInfo("MainDlg InitializeComponent");
+  SetWindowIcon(handle);
+  lists.CreateFlyouts(fade.FlyoutListener());
+  SetChild(bar.rootPanel.get());
+  bar.Begin();
+  bar.AddMainButtons(maker);
+  bar.AddUserButtonPanel();
+  userRow.MakeButtons();
+  bar.AddCanvas(Height.Get());
+  bar.AddForYouButton(maker);
+  bar.AddSearchField(renderTarget, acceptListener.get());
+  lists.SelectFirstProvider();
+  bar.AddSearchButtons(maker);
+  bar.AddSystemButtons(maker);
+  bar.dockPositionButton->Checked.changed.AddListener(dockPositionListener.get());
+  bar.End();
+  userRow.AssignControlIds();
+  bar.AssignControlIds(userRow.GetButtons().size());
+  rowDrag.AcceptDrops();
+  StartTimers(handle);
+  AskForWelcome(handle);
+  registryThread.Start(handle);
+  PlaceBar();
+}
+
+/// The bar comes up at the top; a user who wants it at the bottom gets it moved there before it shows.
+void CMainDlg::PlaceBar() {
+  const RECT place = lumenor::GetWindowRect();
+  SetBounds(&place);
+  if (GetDockPosition() != L"Bottom")
+    return;
+  OnDockAtBottom();
+  bar.dockPositionButton->Checked.Set(0);
+}
+
+void CMainDlg::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
+  PaintChild(target, GetChild(), rect);
+  PaintChild(target, bar.dragIndicator.get(), rect);
 }
 
 // The message map: what a row doesn't handle goes on to the root window.
@@ -96,7 +141,7 @@ BOOL CMainDlg::HandleWord(WPARAM wParam, LPARAM, LRESULT &result) {
 }
 
 template <UINT message> BOOL CMainDlg::HandleRefresh(WPARAM, LPARAM, LRESULT &result) {
-  OnRefresh(message);
+  lists.Refresh(message);
   result = 1;
   return TRUE;
 }
@@ -120,7 +165,7 @@ const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
 /// The rows speak of a bar that stands; what the platform sends while it is being composed isn't for them. The search
 /// provider is the dock's own message out of the composition, and needs no more than the field.
 bool CMainDlg::AnswersTo(UINT message) const {
-  return message == SetSearchProviderMessage ? textBox != nullptr : dockPositionButton != nullptr;
+  return message == SetSearchProviderMessage ? bar.textBox != nullptr : bar.IsComposed();
 }
 
 BOOL CMainDlg::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
@@ -137,67 +182,42 @@ BOOL CMainDlg::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LP
 
 BOOL CMainDlg::HandleNotify(WPARAM, LPARAM lParam, LRESULT &result) {
   result = 0;
-  return lParam == 0 || OnNotify(*reinterpret_cast<const NMHDR *>(lParam));
+  return lParam == 0 || rowDrag.OnNotify(*reinterpret_cast<const NMHDR *>(lParam));
 }
 
 BOOL CMainDlg::HandleDragAdd(WPARAM wParam, LPARAM lParam, LRESULT &result) {
   const auto *const path = reinterpret_cast<const wchar_t *>(wParam);
   if (path != nullptr && *path != L'\0')
-    OnDragAdd(path, UnpackedPoint(static_cast<UINT_PTR>(lParam)));
+    rowDrag.OnDragAdd(path, UnpackedPoint(static_cast<UINT_PTR>(lParam)));
   result = 1;
   return TRUE;
 }
 
 BOOL CMainDlg::HandleSetSearchProvider(WPARAM wParam, LPARAM, LRESULT &result) {
   if (wParam != 0)
-    OnSetSearchProvider(*reinterpret_cast<const Element *>(wParam));
+    lists.SetSelectedProvider(*reinterpret_cast<const Element *>(wParam));
   result = 1;
   return TRUE;
 }
 
 BOOL CMainDlg::HandleRemoveButton(WPARAM wParam, LPARAM, LRESULT &result) {
-  OnRemoveButton(reinterpret_cast<HWND>(wParam));
+  userRow.TakeOut(reinterpret_cast<HWND>(wParam));
   result = 0;
   return TRUE;
 }
 
 // The handlers.
 
-/// True when the notification is the dock's own. Those of a drag come from the drop target.
-bool CMainDlg::OnNotify(const NMHDR &header) {
-  switch (header.code) {
-  case NoNotification:
-    return true;
-  case DragEnterNotification:
-  case DragOverNotification:
-    OnDragOver(ClientPoint(handle, header.idFrom));
-    return true;
-  case DragLeaveNotification:
-    OnDragLeave(header.idFrom);
-    return true;
-  case DropNotification:
-    OnButtonDrop(ClientPoint(handle, header.idFrom));
-    return true;
-  default:
-    return false;
-  }
-}
-
 void CMainDlg::OnDisplayChange() {
   const RECT place = lumenor::GetWindowRect();
   Left.Set(place.left);
-  Top.Set(dockPositionButton->Checked.Get() != 0 ? place.top : GetWorkArea().bottom - Height.Get());
+  Top.Set(bar.dockPositionButton->Checked.Get() != 0 ? place.top : GetWorkArea().bottom - Height.Get());
   Width.Set(place.right - place.left);
   Height.Set(place.bottom - place.top);
-  rootPanel->Width.Set(Width.Get());
+  bar.rootPanel->Width.Set(Width.Get());
   dockRect = place;
   MoveToBounds();
   Invalidate();
-}
-
-void CMainDlg::OnSetSearchProvider(const Element &provider) {
-  selectedProvider = provider;
-  textBox->WatermarkText.Set(provider.Head);
 }
 
 /// The window goes before the documents are rebuilt and without the close handler, so that the user's buttons aren't
@@ -217,20 +237,16 @@ void CMainDlg::OnDrawFailed(HRESULT result) {
   LogError("MainDlg: drawing failed, error %x", static_cast<unsigned>(result));
   if (result != static_cast<HRESULT>(D2DERR_RECREATE_TARGET))
     return;
-  savedButtons.Save(userElements);
+  userRow.Save();
   ::PostQuitMessage(RestartQuitCode);
   ::DestroyWindow(handle);
-}
-
-RECT CMainDlg::GetScreenBounds() const {
-  return {Left.Get(), Top.Get(), Left.Get() + Width.Get(), Top.Get() + Height.Get()};
 }
 
 void CMainDlg::OnTimer(UINT_PTR timer) {
   switch (timer) {
   case FadeTimer:
-    HideForgottenIndicator();
-    return StepFade();
+    rowDrag.HideForgottenIndicator();
+    return fade.Step();
   case StartMainApplicationTimer:
     StartMainApplication(L"mode=windowless");
     ::KillTimer(handle, StartMainApplicationTimer);
@@ -245,34 +261,88 @@ void CMainDlg::OnTimer(UINT_PTR timer) {
 
 void CMainDlg::OnDockAtTop() {
   Top.Set(lumenor::GetWindowRect().top);
-  dockPositionButton->Name.Set(LoadDockString(L"Element[@ID='Button.Tooltip.DockAtTop']/Head"));
+  bar.dockPositionButton->Name.Set(LoadDockString(L"Element[@ID='Button.Tooltip.DockAtTop']/Head"));
 }
 
 void CMainDlg::OnDockAtBottom() {
   Top.Set(GetWorkArea().bottom - Height.Get());
-  dockPositionButton->Name.Set(LoadDockString(L"Element[@ID='Button.Tooltip.DockAtBottom']/Head"));
+  bar.dockPositionButton->Name.Set(LoadDockString(L"Element[@ID='Button.Tooltip.DockAtBottom']/Head"));
 }
 
 void CMainDlg::OnDockPositionChanged(PropertyChangeEventArgs<int> *args) {
   SetDockPosition(args->newValue != 0 ? L"Top" : L"Bottom");
 }
 
-void CMainDlg::ForwardDockPosition(PropertyChangeEventArgs<int> *args) { OnDockPositionChanged(args); }
+/// The first start is noted once more, whatever came of the note that was made ahead of it, and of the dialog.
+void CMainDlg::OnShowWelcome() {
+  const ScopeExit note(&ClearFirstRun);
+  WelcomeScreenDialog dialog({dockRect.left, ScaleY(welcomeTop), dockRect.right, 0});
+  const auto awake = fade.KeepAwake();
+  dialog.DoModal(::GetActiveWindow());
+}
 
-void CMainDlg::OnFlyoutVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) {
-  keepAwake = args->newValue == lumenor::Visibility::Visible;
+// What a click does. Every button reports here, whatever its origin; its element decides.
+
+void CMainDlg::OnButtonClick(ButtonEventArgs *args) {
+  auto *const button = dynamic_cast<DockButton *>(args->sender);
+  if (button == nullptr)
+    return;
+  const Element element = button->GetElement(); // a copy: what it starts may take the button away
+  if (element.ActionType == L"xml")
+    return ToggleFlyout(*button);
+  if (const auto command = FindCommand(SplitCommandLine(element.ActionParams).program))
+    return RunCommand(*command);
+  RunElementAction(element);
+  usageTracker.TrackIconClick(element);
+}
+
+void CMainDlg::RunCommand(Command command) {
+  switch (command) {
+  case Command::ForYou:
+    return lists.ToggleForYouFlyout();
+  case Command::ResetConfirmation:
+    return ConfirmReset();
+  case Command::Close:
+    return CloseDock();
+  case Command::SearchProvider:
+    return lists.ToggleSearchProviderFlyout();
+  case Command::Search:
+    return Search();
+  case Command::Flyout:
+    return;
+  }
+}
+
+void CMainDlg::OnTextAccept(TextBoxEventArgs *) { Search(); }
+
+/// The field keeps its text.
+void CMainDlg::Search() {
+  const std::wstring text = bar.GetSearchText();
+  if (!text.empty())
+    SearchFor(handle, Element(lists.GetSelectedProvider()), text);
+}
+
+void CMainDlg::ConfirmReset() {
+  ResetConfirmationDialog dialog(GetResetDialogRect(dockRect, bar.dockPositionButton->Checked.Get() != 0, Top.Get()),
+                                 handle);
+  const auto awake = fade.KeepAwake();
+  dialog.Visibility.Set(lumenor::Visibility::Visible);
+  dialog.DoModal(::GetActiveWindow());
+}
+
+/// A user who closes the dock early gets the main application all the same, in the tray.
+void CMainDlg::CloseDock() {
+  ::PostMessageW(handle, WM_CLOSE, 0, 0);
+  if (!mainApplicationStarted)
+    StartMainApplication(L"view=SYSTRAY");
 }
 
 // The end of the window.
 
 void CMainDlg::OnDestroy() {
-  ::RevokeDragDrop(handle);
-  for (const auto &button : userButtons)
-    DestroyButtonWindow(button);
-  for (const auto &button : mainButtons)
-    DestroyButtonWindow(button);
-  for (const auto &button : {forYouButton, searchProviderButton, searchButton, closeButton, resetButton})
-    DestroyButtonWindow(button);
+  rowDrag.RefuseDrops();
+  userRow.DestroyButtonWindows();
+  bar.DestroyButtonWindows();
 }
 
 void CMainDlg::OnClose() {
@@ -280,18 +350,16 @@ void CMainDlg::OnClose() {
   ::PostQuitMessage(EndProcessQuitCode);
 }
 
-void CMainDlg::OnEndSession() { EndUse(); }
-
 /// A payload that can't be written fails the handler like any other failure, but the user's buttons aren't to go with
 /// it.
 void CMainDlg::EndUse() {
   try {
     WriteEndOfUse();
   } catch (...) {
-    savedButtons.Save(userElements);
+    userRow.Save();
     throw;
   }
-  savedButtons.Save(userElements);
+  userRow.Save();
 }
 
 } // namespace lumenor

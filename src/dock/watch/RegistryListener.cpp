@@ -102,4 +102,15 @@ void EndRegistryListener(HANDLE thread, HANDLE sleeping) {
   ::TerminateThread(thread, 0);
 }
 
+void RegistryThread::Start(HWND window) {
+  KernelHandle event(::CreateEventW(nullptr, FALSE, FALSE, registryListenerEventName));
+  sleeping.Reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  thread = StartRegistryListener(std::move(event), window, sleeping.Get());
+}
+
+void RegistryThread::End() {
+  if (thread)
+    EndRegistryListener(thread.Get(), sleeping.Get());
+}
+
 } // namespace lumenor

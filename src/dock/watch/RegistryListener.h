@@ -32,4 +32,19 @@ KernelHandle StartRegistryListener(KernelHandle event, HWND window, HANDLE sleep
 /// within a second, anywhere. Its key, its event and its context stay as they are.
 void EndRegistryListener(HANDLE thread, HANDLE sleeping);
 
+/// The listener of one main window: the thread with the events that belong to it. A member of the dock.
+class RegistryThread {
+public:
+  /// Starts the listener for the dock's `window`.
+  void Start(HWND window);
+
+  /// Ends the listener, if one was started. It sleeps in a wait that nothing else ends: its event belongs to the
+  /// registry's notification and has a name that the next cycle's thread shares, so signalling it can't mean an end.
+  void End();
+
+private:
+  KernelHandle sleeping; // an event, set while the thread sleeps
+  KernelHandle thread;
+};
+
 } // namespace lumenor

@@ -46,6 +46,22 @@ public:
   /// Puts the window on the screen at its bounds, with the focus, when Visibility says visible.
   void Show();
 
+  /// Holds all repaints of `window` back while it lives. They aren't made up for: whoever holds them back repaints
+  /// afterwards.
+  class RepaintHold {
+  public:
+    explicit RepaintHold(Window &window) : window(window) { ++window.repaintHolds; }
+    ~RepaintHold() { --window.repaintHolds; }
+    RepaintHold(const RepaintHold &) = delete;
+    RepaintHold &operator=(const RepaintHold &) = delete;
+
+  private:
+    Window &window;
+  };
+
+  /// Left, Top, Left + Width and Top + Height, in screen pixels.
+  RECT GetBounds() const { return {Left.Get(), Top.Get(), Left.Get() + Width.Get(), Top.Get() + Height.Get()}; }
+
   /// The number of the template that Create and DoModal take, set by the constructor of each subclass.
   WORD dialogId = 0;
 
@@ -78,19 +94,6 @@ protected:
   /// name, the window is destroyed, and the message counts as not handled.
   template <typename Owner, std::size_t count>
   BOOL RunHandler(const MessageRow<Owner> (&rows)[count], UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result);
-
-  /// Holds all repaints of `window` back while it lives. They aren't made up for: whoever holds them repaints behind
-  /// it.
-  class RepaintHold {
-  public:
-    explicit RepaintHold(Window &window) : window(window) { ++window.repaintHolds; }
-    ~RepaintHold() { --window.repaintHolds; }
-    RepaintHold(const RepaintHold &) = delete;
-    RepaintHold &operator=(const RepaintHold &) = delete;
-
-  private:
-    Window &window;
-  };
 
   /// Called at the end of a session when set.
   EndSessionHandler endSessionHandler = nullptr;

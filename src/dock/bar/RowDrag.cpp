@@ -1,19 +1,13 @@
-// Drag and drop on the bar: a user button that is dragged to another place of the row or off it, and files that are
-// dropped onto the row. Both come through the one drop target; a button's drag is one in which `draggedButton` is set.
-//
-// The platform's loop of a button's drag runs inside a mouse message of that button, and every message of the dock may
-// come within it, the end of the dock's window too.
-
-#include "dock/bar/MainDlg.h"
+#include "dock/bar/RowDrag.h"
 
 #include <utility>
 
+#include "dock/DockMessages.h"
 #include "dock/dragdrop/DataObject.h"
 #include "dock/dragdrop/DragSource.h"
 #include "dock/dragdrop/DragState.h"
 #include "dock/dragdrop/DroppedFile.h"
 #include "dock/dragdrop/DropTarget.h"
-#include "dock/dragdrop/InsertionIndex.h"
 #include "resources/resource.h"
 #include "system/Desktop.h"
 #include "system/HResultError.h"
@@ -88,7 +82,7 @@ POINT MapPoint(HWND from, HWND to, POINT point) {
 }
 
 /// The marker's height is that of the bar on the screen, taken for a place in the bar: with the bar at the bottom the
-/// marker lies below all that the bar shows, and that is wanted so.
+/// marker lies below all that the bar shows, which is intentional.
 RECT IndicatorPlace(HWND bar, LONG left, LONG right) {
   RECT place = {};
   ::GetWindowRect(bar, &place);
@@ -102,12 +96,34 @@ bool IsAnyMouseButtonDown() {
   return false;
 }
 
+/// The screen point that a notification carries in `packed`, in the client coordinates of `window`.
+POINT ClientPoint(HWND window, UINT_PTR packed) {
+  POINT point = UnpackedPoint(packed);
+  ::ScreenToClient(window, &point);
+  return point;
+}
+
 } // namespace
+
+RowDrag::RowDrag(Window &window, const Bar &bar, UserRow &row)
+    : window(window), bar(bar), row(row), dragBeginListener(MakeListener(this, &RowDrag::OnButtonDragBegin)) {
+  ForgetDrag();
+  row.SetDragListener(dragBeginListener.get());
+}
+
+RowDrag::~RowDrag() = default;
+
+void RowDrag::AcceptDrops() {
+  dropTarget = MakeOleObject<CDropTarget>(window.GetHandle());
+  ThrowIfFailed(::RegisterDragDrop(window.GetHandle(), dropTarget.Get()));
+}
+
+void RowDrag::RefuseDrops() { ::RevokeDragDrop(window.GetHandle()); }
 
 // A button's drag.
 
 /// A drag that can't even begin leaves the row as it was.
-void CMainDlg::OnButtonDragBegin(ButtonEventArgs *args) {
+void RowDrag::OnButtonDragBegin(ButtonEventArgs *args) {
   if (args->sender == nullptr)
     return;
   args->sender->IsPressed.Set(0);                            // the button never hears of the release
@@ -121,14 +137,14 @@ void CMainDlg::OnButtonDragBegin(ButtonEventArgs *args) {
   }
 }
 
-void CMainDlg::BeginButtonDrag(HWND buttonWindow) {
+void RowDrag::BeginButtonDrag(HWND buttonWindow) {
   const ComPtr<CDragSource> source = MakeDragSource();
   const ComPtr<CDataObject> data = MakeButtonData();
   const ComPtr<IDragSourceHelper> helper = MakeDragSourceHelper();
-  const std::size_t index = IndexOfUserButton(buttonWindow);
-  if (index == userButtons.size())
+  const std::size_t index = row.IndexOf(buttonWindow);
+  if (index == row.GetButtons().size())
     return ForgetDrag();
-  const Element element = userButtons[index]->GetElement();
+  const Element element = row.GetButtons()[index]->GetElement();
   const std::wstring program = SplitCommandLine(element.ActionParams).program;
   if (element.Image.empty() && ::GetFileAttributesW(program.c_str()) == INVALID_FILE_ATTRIBUTES)
     return RemoveVanishedButton(buttonWindow);
@@ -139,75 +155,94 @@ void CMainDlg::BeginButtonDrag(HWND buttonWindow) {
 }
 
 /// A button that opens nothing any more goes as soon as it is touched.
-void CMainDlg::RemoveVanishedButton(HWND buttonWindow) {
-  RemoveButton(buttonWindow);
+void RowDrag::RemoveVanishedButton(HWND buttonWindow) {
+  row.Remove(buttonWindow);
   draggedButton = nullptr;
-  BringToForeground(handle);
+  BringToForeground(window.GetHandle());
   Repaint();
 }
 
 /// Dropped off the row the button is gone; after anything else, a failure too, it is there. The mouse message that the
 /// drag began in is still to reach the button, which would then glow wherever the cursor has gone: so the leaving,
 /// which the drag has swallowed, is told behind it.
-void CMainDlg::FinishButtonDrag(HRESULT dragResult) {
+void RowDrag::FinishButtonDrag(HRESULT dragResult) {
   if (draggedButton != nullptr)
     ::PostMessageW(draggedButton, WM_MOUSELEAVE, 0, 0);
   if (dragResult == DRAGDROP_S_DROP && dragOutside)
-    RemoveButton(draggedButton);
+    row.Remove(draggedButton);
   else
     RestoreDraggedButton();
   ForgetDrag();
-  HideIndicator();
-  BringToForeground(handle);
+  bar.HideIndicator();
+  BringToForeground(window.GetHandle());
   Repaint();
 }
 
-void CMainDlg::RestoreDraggedButton() {
+void RowDrag::RestoreDraggedButton() {
   const std::size_t index = DraggedIndex();
-  if (index < userButtons.size())
-    userButtons[index]->Visibility.Set(lumenor::Visibility::Visible);
+  if (index < row.GetButtons().size())
+    row.GetButtons()[index]->Visibility.Set(lumenor::Visibility::Visible);
 }
 
 /// The number of buttons when none is dragged.
-std::size_t CMainDlg::DraggedIndex() const {
-  return draggedButton != nullptr ? IndexOfUserButton(draggedButton) : userButtons.size();
+std::size_t RowDrag::DraggedIndex() const {
+  return draggedButton != nullptr ? row.IndexOf(draggedButton) : row.GetButtons().size();
 }
 
-// What the drop target tells.
+// What the drop target reports.
 
-void CMainDlg::OnDragOver(POINT point) {
-  HideIndicator();
-  const LONG left = scrollViewer->Left.Get();
-  dragOverButtons = left <= point.x && point.x < left + scrollViewer->Width.Get();
+bool RowDrag::OnNotify(const NMHDR &header) {
+  switch (header.code) {
+  case NoNotification:
+    return true;
+  case DragEnterNotification:
+  case DragOverNotification:
+    OnDragOver(ClientPoint(window.GetHandle(), header.idFrom));
+    return true;
+  case DragLeaveNotification:
+    OnDragLeave(header.idFrom);
+    return true;
+  case DropNotification:
+    OnButtonDrop(ClientPoint(window.GetHandle(), header.idFrom));
+    return true;
+  default:
+    return false;
+  }
+}
+
+void RowDrag::OnDragOver(POINT point) {
+  bar.HideIndicator();
+  const LONG left = bar.scrollViewer->Left.Get();
+  dragOverButtons = left <= point.x && point.x < left + bar.scrollViewer->Width.Get();
   dragOutside = !dragOverButtons;
-  if (const auto index = GetInsertionIndex(MapPoint(handle, userButtonPanel->GetHandle(), point)))
+  if (const auto index = GetInsertionIndex(ToRow(point)))
     ShowIndicatorFor(*index);
   Repaint();
 }
 
 /// Only a button's own drag goes on outside the bar. Files that have left leave nothing behind that would keep the bar
 /// from dimming.
-void CMainDlg::OnDragLeave(UINT_PTR buttonId) {
+void RowDrag::OnDragLeave(UINT_PTR buttonId) {
   dragOutside = buttonId != 0 && buttonId == ::HandleToULong(draggedButton);
-  HideIndicator();
+  bar.HideIndicator();
   Repaint();
 }
 
-void CMainDlg::OnButtonDrop(POINT point) {
+void RowDrag::OnButtonDrop(POINT point) {
   if (draggedButton == nullptr)
     return;
   const std::size_t from = DraggedIndex();
-  const auto to = GetInsertionIndex(MapPoint(handle, userButtonPanel->GetHandle(), point));
-  if (!to || *to > userButtons.size())
+  const auto to = GetInsertionIndex(ToRow(point));
+  if (!to || *to > row.GetButtons().size())
     return;
   if (from < *to)
-    MoveButton(from, *to - 1); // the index after the removal
+    row.Move(from, *to - 1); // the index after the removal
   else if (from > *to)
-    MoveButton(from, *to);
+    row.Move(from, *to);
 }
 
 /// The files of one drop come one by one, and the bar is brought forward and painted once for all of them.
-void CMainDlg::OnDragAdd(const std::wstring &path, POINT screenPoint) {
+void RowDrag::OnDragAdd(const std::wstring &path, POINT screenPoint) {
   AddDroppedFile(path, screenPoint);
   if (droppedFilesToCome == 0)
     FinishDrop();
@@ -215,14 +250,14 @@ void CMainDlg::OnDragAdd(const std::wstring &path, POINT screenPoint) {
 
 /// What can't be added isn't looked at. The record of a file that no button can be made for stays with the others and
 /// is saved with them. What the shell can't show is no more of a reason to end the bar than what isn't there.
-void CMainDlg::AddDroppedFile(const std::wstring &path, POINT screenPoint) {
-  const RepaintHold hold(*this);
-  ::ScreenToClient(userButtonPanel->GetHandle(), &screenPoint);
+void RowDrag::AddDroppedFile(const std::wstring &path, POINT screenPoint) {
+  const Window::RepaintHold hold(window);
+  ::ScreenToClient(bar.userButtonPanel->GetHandle(), &screenPoint);
   const auto position = GetInsertionIndex(screenPoint);
-  if (!position || !CanAddButton(*position))
+  if (!position || !row.CanAdd(*position))
     return;
   try {
-    AddButton(MakeDroppedElement(path), *position);
+    row.Add(MakeDroppedElement(path), *position);
   } catch (const CommandNotFoundException &) {
     LogError(cannotAddButton);
   } catch (const HResultError &) {
@@ -231,74 +266,63 @@ void CMainDlg::AddDroppedFile(const std::wstring &path, POINT screenPoint) {
 }
 
 /// The windows of the new buttons ask for a repaint of the bar each, and the one that is made here shows them all.
-void CMainDlg::FinishDrop() {
+void RowDrag::FinishDrop() {
   {
-    const RepaintHold hold(*this);
-    HideIndicator();
-    BringToForeground(handle);
-    ::RedrawWindow(handle, nullptr, nullptr, RDW_VALIDATE | RDW_NOINTERNALPAINT | RDW_ALLCHILDREN);
+    const Window::RepaintHold hold(window);
+    bar.HideIndicator();
+    BringToForeground(window.GetHandle());
+    ::RedrawWindow(window.GetHandle(), nullptr, nullptr, RDW_VALIDATE | RDW_NOINTERNALPAINT | RDW_ALLCHILDREN);
   }
   Repaint();
 }
 
-/// A program that dies while it drags something over the bar tells nobody that it has left. No drag goes on without a
-/// button of the mouse.
-void CMainDlg::HideForgottenIndicator() {
+/// No drag goes on without a button of the mouse.
+void RowDrag::HideForgottenIndicator() {
   if (!dropTarget || !dropTarget->IsInDrag() || draggedButton != nullptr || IsAnyMouseButtonDown())
     return;
   dragOutside = false;
-  if (dragIndicator->Width.Get() == 0)
+  if (bar.dragIndicator->Width.Get() == 0)
     return;
-  HideIndicator();
+  bar.HideIndicator();
   Repaint();
 }
 
 // Places.
 
+POINT RowDrag::ToRow(POINT point) const {
+  return MapPoint(window.GetHandle(), bar.userButtonPanel->GetHandle(), point);
+}
+
 /// Empty off the row.
-std::optional<std::size_t> CMainDlg::GetInsertionIndex(POINT rowPoint) const {
+std::optional<std::size_t> RowDrag::GetInsertionIndex(POINT rowPoint) const {
   if (!dragOverButtons)
     return std::nullopt;
-  std::vector<ButtonSpan> spans;
-  for (const auto &button : userButtons)
-    spans.push_back({button->Left.Get(), button->Left.Get() + button->Width.Get()});
-  return InsertionIndex(rowPoint.x, spans, DraggedIndex());
+  return InsertionIndex(rowPoint.x, row.GetSpans(), DraggedIndex());
 }
 
 /// Both gaps beside a dragged button are its own place, which shows no marker.
-void CMainDlg::ShowIndicatorFor(std::size_t index) {
-  const std::size_t count = userButtons.size();
+void RowDrag::ShowIndicatorFor(std::size_t index) {
+  const std::vector<ButtonSpan> spans = row.GetSpans();
   const std::size_t dragged = DraggedIndex();
-  if (dragged < count && (index == dragged || index == dragged + 1))
+  if (dragged < spans.size() && (index == dragged || index == dragged + 1))
     return;
-  if (index < count)
-    ShowIndicatorBefore(index);
+  if (index < spans.size())
+    ShowIndicatorAt(spans[index].left, indicatorFarSide, indicatorNearSide);
   else if (index > 0)
-    ShowIndicatorAfter(index - 1);
+    ShowIndicatorAt(spans[index - 1].right, indicatorNearSide, indicatorFarSide);
 }
 
-void CMainDlg::ShowIndicatorBefore(std::size_t index) {
-  const POINT edge = MapPoint(userButtonPanel->GetHandle(), handle, {userButtons[index]->Left.Get(), 0});
-  const RECT place = IndicatorPlace(handle, edge.x - indicatorFarSide, edge.x + indicatorNearSide);
-  dragIndicator->SetBounds(&place);
-}
-
-void CMainDlg::ShowIndicatorAfter(std::size_t index) {
-  const DockButton &button = *userButtons[index];
-  const POINT edge = MapPoint(userButtonPanel->GetHandle(), handle, {button.Left.Get() + button.Width.Get(), 0});
-  const RECT place = IndicatorPlace(handle, edge.x - indicatorNearSide, edge.x + indicatorFarSide);
-  dragIndicator->SetBounds(&place);
+/// Shows the marker around `rowX` on the row, `before` to its left and `behind` to its right.
+void RowDrag::ShowIndicatorAt(LONG rowX, LONG before, LONG behind) {
+  const POINT edge = MapPoint(bar.userButtonPanel->GetHandle(), window.GetHandle(), {rowX, 0});
+  const RECT place = IndicatorPlace(window.GetHandle(), edge.x - before, edge.x + behind);
+  bar.dragIndicator->SetBounds(&place);
 }
 
 /// The window may have gone within the drag's loop.
-void CMainDlg::Repaint() {
-  if (::IsWindow(handle))
-    Render();
-}
-
-void CMainDlg::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
-  PaintChild(target, GetChild(), rect);
-  PaintChild(target, dragIndicator.get(), rect);
+void RowDrag::Repaint() {
+  if (::IsWindow(window.GetHandle()))
+    window.Render();
 }
 
 } // namespace lumenor

@@ -1,0 +1,92 @@
+#include "dock/bar/BarLists.h"
+
+#include "content/Documents.h"
+#include "dock/bar/BarButtons.h"
+#include "dock/DockMessages.h"
+#include "dock/Placement.h"
+#include "system/LanguageResources.h"
+#include "system/Paths.h"
+#include "toolkit/TextBox.h"
+
+namespace lumenor {
+
+namespace {
+
+/// A list that is open gets as high as its rows now are, and stays against the bar.
+void RefreshFlyout(DataProviderFlyout &flyout, const auto &place) {
+  flyout.Refresh();
+  if (flyout.Visibility.Get() == lumenor::Visibility::Visible)
+    flyout.SetBounds(place());
+}
+
+void ToggleFlyout(DataProviderFlyout &flyout, const RECT &place) {
+  flyout.SetBounds(place);
+  flyout.ToggleVisibility();
+}
+
+} // namespace
+
+// The flyouts have no rows yet whose height could be asked for.
+BarLists::BarLists(Window &window, const Bar &bar, const ButtonMaker &maker)
+    : window(window), bar(bar), maker(maker),
+      forYouFlyout(GetForYouFlyoutRect(window.GetBounds(), 0), LoadForYouTitle(), forYouProvider, RefreshForYouMessage),
+      forYouFileTime(LastWriteTime(DocumentPath(forYouListName))),
+      searchProviderFlyout(GetSearchProviderFlyoutRect(window.GetBounds(), 0),
+                           LoadDockString(L"Element[@ID='SearchBox.SelectProviderToolTip']/Head"), searchProvider) {}
+
+void BarLists::CreateFlyouts(EventListener<PropertyChangeEventArgs<lumenor::Visibility>> *visibilityListener) {
+  for (DataProviderFlyout *flyout : {&forYouFlyout, static_cast<DataProviderFlyout *>(&searchProviderFlyout)}) {
+    flyout->Create(window.GetHandle());
+    flyout->Visible.AddListener(visibilityListener);
+  }
+}
+
+void BarLists::SelectFirstProvider() {
+  const ElementList providers = searchProvider.GetElements();
+  if (!providers.empty())
+    ::SendMessageW(window.GetHandle(), SetSearchProviderMessage, reinterpret_cast<WPARAM>(providers.data()), 0);
+}
+
+void BarLists::SetSelectedProvider(const Element &provider) {
+  selectedProvider = provider;
+  bar.textBox->WatermarkText.Set(provider.Head);
+}
+
+void BarLists::Refresh(UINT message) {
+  if (message == RefreshForYouMessage)
+    RefreshForYou();
+  else
+    RefreshFlyout(searchProviderFlyout, [this] { return SearchProviderFlyoutPlace(); });
+}
+
+/// Any write in the folder brings this, so the mark heeds only the list's own file, and only when that is newer.
+void BarLists::RefreshForYou() {
+  RefreshFlyout(forYouFlyout, [this] { return ForYouFlyoutPlace(); });
+  const FILETIME fileTime = LastWriteTime(DocumentPath(forYouListName));
+  if (::CompareFileTime(&forYouFileTime, &fileTime) >= 0)
+    return;
+  SetForYouState(true);
+  forYouFileTime = fileTime;
+}
+
+/// Opening the list or closing it takes the mark of new items away.
+void BarLists::ToggleForYouFlyout() {
+  ToggleFlyout(forYouFlyout, ForYouFlyoutPlace());
+  SetForYouState(false);
+}
+
+void BarLists::ToggleSearchProviderFlyout() { ToggleFlyout(searchProviderFlyout, SearchProviderFlyoutPlace()); }
+
+void BarLists::SetForYouState(bool active) {
+  bar.forYouButton->SetPainter(maker.MakePainter(MakeForYouElement(active), MakeForYouLayout()));
+}
+
+RECT BarLists::ForYouFlyoutPlace() const {
+  return GetForYouFlyoutRect(window.GetBounds(), forYouFlyout.DesiredHeight.Get());
+}
+
+RECT BarLists::SearchProviderFlyoutPlace() const {
+  return GetSearchProviderFlyoutRect(window.GetBounds(), searchProviderFlyout.DesiredHeight.Get());
+}
+
+} // namespace lumenor

@@ -1,0 +1,74 @@
+#pragma once
+// Drag and drop on the bar: a user button that is dragged to another place of the row or off it, and files that are
+// dropped onto the row. Both come through the one drop target; a button's drag is one in which `draggedButton` is set.
+//
+// The platform's loop of a button's drag runs inside a mouse message of that button, and every message of the dock may
+// come within it, the end of the dock's window too.
+//
+// A member of the dock. Points are in the dock's client coordinates, if not told otherwise. User-interface thread.
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <wrl/client.h>
+
+#include "dock/bar/Bar.h"
+#include "dock/bar/UserRow.h"
+#include "system/Windows.h"
+#include "toolkit/drawing/Window.h"
+#include "toolkit/Event.h"
+
+namespace lumenor {
+
+class CDropTarget;
+
+class RowDrag {
+public:
+  /// All three are borrowed: the dock's window, its tree with the marker, and the row, whose buttons report their drags
+  /// here from now on.
+  RowDrag(Window &window, const Bar &bar, UserRow &row);
+  ~RowDrag();
+
+  /// Makes the dock's window a drop target. Raises HResultError.
+  void AcceptDrops();
+  void RefuseDrops();
+
+  /// Takes a notification of the drop target. False when it isn't one of those.
+  bool OnNotify(const NMHDR &header);
+
+  /// Adds a button for the dropped file `path`; `screenPoint` is where it was dropped.
+  void OnDragAdd(const std::wstring &path, POINT screenPoint);
+
+  /// Takes away the marker of a drag that nobody goes on with. A program that dies while it drags something over the
+  /// bar tells nobody that it has left.
+  void HideForgottenIndicator();
+
+private:
+  void OnButtonDragBegin(ButtonEventArgs *args);
+  void BeginButtonDrag(HWND buttonWindow);
+  void RemoveVanishedButton(HWND buttonWindow);
+  void FinishButtonDrag(HRESULT dragResult);
+  void RestoreDraggedButton();
+  void OnDragOver(POINT point);
+  void OnDragLeave(UINT_PTR buttonId);
+  void OnButtonDrop(POINT point);
+  void AddDroppedFile(const std::wstring &path, POINT screenPoint);
+  void FinishDrop();
+
+  std::optional<std::size_t> GetInsertionIndex(POINT rowPoint) const;
+  POINT ToRow(POINT point) const;
+  void ShowIndicatorFor(std::size_t index);
+  void ShowIndicatorAt(LONG rowX, LONG before, LONG behind);
+  std::size_t DraggedIndex() const;
+  void Repaint();
+
+  Window &window;
+  const Bar &bar;
+  UserRow &row;
+  Microsoft::WRL::ComPtr<CDropTarget> dropTarget;
+  std::shared_ptr<TypedEventListener<RowDrag, ButtonEventArgs>> dragBeginListener;
+};
+
+} // namespace lumenor

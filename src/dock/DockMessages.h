@@ -1,11 +1,11 @@
 #pragma once
-// The numbers by which the dock's windows, timers and threads speak to each other: one table of each kind.
+// The numbers of the dock's messages, notifications, timers, controls and quit codes: one table of each kind.
 
 #include "system/Windows.h"
 
 namespace lumenor {
 
-/// Messages of the dock's main window. WM_USER+10 stands between them: the root window's own, for a failed EndDraw.
+/// Messages of the dock's main window. WM_USER+10 is the root window's own, for a failed EndDraw.
 enum DockMessage : UINT {
   DragAddMessage = WM_USER + 1,                // 1025: a path was dropped; wParam the text, lParam the screen point
   RemoveButtonMessage = WM_USER + 3,           // 1027: wParam the window of the button to remove

@@ -1,5 +1,5 @@
 #pragma once
-// Where the bar, its flyouts and its dialogs stand on the primary screen, and the registry value that keeps the bar's
+// The places of the bar, its flyouts and its dialogs on the primary screen, and the registry value that holds the bar's
 // edge. The arithmetic is in pure functions over plain numbers; the operations without arguments for the machine ask
 // the platform and pass the answers on. All rectangles are in device pixels; those of windows are in screen
 // coordinates. The registry operations may be called on any thread, the others on the user-interface thread.
@@ -22,7 +22,7 @@ struct DesignScale {
 /// The scale of this process's screen, the one of ScaleX and ScaleY.
 DesignScale ScreenScale();
 
-/// What the platform tells about the primary screen and its task bar.
+/// The platform's figures of the primary screen and its task bar.
 struct ScreenMetrics {
   int fullScreenWidth; // SM_CXFULLSCREEN
   RECT taskBar;        // by ABM_GETTASKBARPOS
@@ -58,14 +58,13 @@ RECT ButtonFlyoutRect(POINT corner, LONG buttonHeight, LONG flyoutHeight, const 
 /// under it too where it wouldn't be on the screen over it.
 RECT ResetDialogRect(const RECT &dockRect, bool atTop, LONG barTop, const DesignScale &scale);
 
-/// "Top", "Bottom" or whatever text stands in the registry; "Top" when none can be read. Never raises for a registry
-/// that says nothing.
+/// "Top", "Bottom" or any other text of the registry value; "Top" when it can't be read. Doesn't raise.
 std::wstring GetDockPosition();
 
 /// Writes the edge. A failure leaves one line in the log and nothing else.
 void SetDockPosition(const std::wstring &text);
 
-/// The work area of the primary screen. Raises HResultError when the platform has none to tell.
+/// The work area of the primary screen. Raises HResultError when the platform returns none.
 RECT GetWorkArea();
 
 /// The bar's width on this screen.
@@ -74,10 +73,10 @@ int GetBarWidth();
 /// The bar's rectangle at its top position on this screen. Raises HResultError when there is no task bar window.
 RECT GetWindowRect();
 
-/// The For You flyout's rectangle for a bar that stands at `window` (its Left, Top, Left + Width, Top + Height).
+/// The For You flyout's rectangle for a bar at `window` (its Left, Top, Left + Width, Top + Height).
 RECT GetForYouFlyoutRect(const RECT &window, LONG desiredHeight);
 
-/// The search provider flyout's rectangle for a bar that stands at `window`.
+/// The search provider flyout's rectangle for a bar at `window`.
 RECT GetSearchProviderFlyoutRect(const RECT &window, LONG desiredHeight);
 
 /// The reset dialog's rectangle: `dockRect` is the bar's rectangle at its top position, `atTop` the state of the

@@ -29,15 +29,15 @@ RECT CanvasRect(int left, int top, int width, int height) {
   return {x, y, x + ScaleX(width), y + ScaleY(height)};
 }
 
-/// The search button stands out of its row by 3 to each side; each number is rounded for itself.
+/// The search button is 3 larger than its picture on each side; each number is rounded separately.
 RECT SearchButtonRect() {
   const LONG x = ScaleX(116);
   const LONG y = ScaleY(37) - ScaleY(3);
   return {x, y, x + ScaleX(13) + ScaleX(6), y + ScaleY(14) + ScaleY(6)};
 }
 
-/// Where the text of the search field lies on the canvas; each number is rounded for itself. The field itself starts 2
-/// further left.
+/// The text of the search field on the canvas; each number is rounded separately. The field itself starts 2 further
+/// left.
 RECT TextRect() {
   return {ScaleX(16) + ScaleX(4), ScaleY(35) + ScaleY(2), ScaleX(16) + ScaleX(120) - ScaleX(32),
           ScaleY(35) + ScaleY(16) - ScaleY(2)};

@@ -43,9 +43,9 @@ void BarFade::Step() {
 
 /// `mayDim` is false while something keeps the bar awake.
 ///
-/// The count starts anew only when the bar comes back from being dim. A cursor that stays away a little at a time adds
+/// The count restarts only when the bar comes back from being dim. A cursor that stays away a little at a time adds
 /// up, so that the bar may dim as soon as it leaves again. A fade that got stuck goes on, and under the cursor it turns
-/// back; one that runs does neither.
+/// back; a running one does neither.
 void BarFade::Step(bool isCursorOnBar, bool mayDim) {
   const bool isStuck = IsStuck();
   if (isCursorOnBar) {
@@ -62,8 +62,8 @@ void BarFade::Step(bool isCursorOnBar, bool mayDim) {
     ++idleTicks;
 }
 
-/// Whether the fade stands still short of its goal. The animation that started last has all the ticks: a slide of the
-/// row that begins within a fade leaves it where it is.
+/// Whether the fade has stopped short of its goal. Only the animation that started last gets timer ticks: a slide of
+/// the row that begins within a fade stops it.
 bool BarFade::IsStuck() {
   const unsigned char now = window.Opacity.Get();
   if (fadeGoal == now)

@@ -12,7 +12,7 @@ namespace lumenor {
 
 namespace {
 
-/// A list that is open gets as high as its rows now are, and stays against the bar.
+/// An open flyout is fitted to its new rows and stays against the bar.
 void RefreshFlyout(DataProviderFlyout &flyout, const auto &place) {
   flyout.Refresh();
   if (flyout.Visibility.Get() == lumenor::Visibility::Visible)
@@ -59,7 +59,7 @@ void BarLists::Refresh(UINT message) {
     RefreshFlyout(searchProviderFlyout, [this] { return SearchProviderFlyoutPlace(); });
 }
 
-/// Any write in the folder brings this, so the mark heeds only the list's own file, and only when that is newer.
+/// Every write in the folder comes here, so only a newer file of the list itself sets the mark.
 void BarLists::RefreshForYou() {
   RefreshFlyout(forYouFlyout, [this] { return ForYouFlyoutPlace(); });
   const FILETIME fileTime = LastWriteTime(DocumentPath(forYouListName));
@@ -69,7 +69,7 @@ void BarLists::RefreshForYou() {
   forYouFileTime = fileTime;
 }
 
-/// Opening the list or closing it takes the mark of new items away.
+/// Opening or closing the list clears the mark of new items.
 void BarLists::ToggleForYouFlyout() {
   ToggleFlyout(forYouFlyout, ForYouFlyoutPlace());
   SetForYouState(false);

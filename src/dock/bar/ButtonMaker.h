@@ -27,7 +27,7 @@ public:
   /// a picture nor a target that exists.
   std::shared_ptr<DockButton> MakeButton(int index, const Element &element, const ButtonLayout &layout) const;
 
-  /// The button that moves the bar to the other edge. Checked stands for a bar at the top, and the picture then offers
+  /// The button that moves the bar to the other edge. Checked means a bar at the top, and the picture then offers
   /// the bottom.
   std::shared_ptr<CheckedButton> MakeDockPositionButton() const;
 

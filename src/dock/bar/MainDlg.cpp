@@ -38,13 +38,13 @@ void StartTimers(HWND window) {
   ::SetTimer(window, TrackingTimer, trackingFlushMs, nullptr);
 }
 
-/// Posted, so that the bar stands before the user is greeted.
+/// Posted, so that the bar is shown before the welcome screen.
 void AskForWelcome(HWND window) {
   if (CheckFirstRun())
     ::PostMessageW(window, ShowWelcomeMessage, 0, 0);
 }
 
-/// A payload that is due by time waits for the next run; only one that is too big is handed over now.
+/// A payload that is due by time waits for the next run; one that is too big is handed over now.
 void WriteEndOfUse() {
   usageTracker.TrackDockClose();
   usageTracker.WritePayload(false);
@@ -74,7 +74,7 @@ CMainDlg::CMainDlg()
 }
 
 CMainDlg::~CMainDlg() {
-  // A cycle can fail with the window still up, which mustn't outlive its object.
+  // A cycle can fail with the window still up, and the window must not outlive its object.
   if (::IsWindow(handle))
     ::DestroyWindow(handle);
   registryThread.End();
@@ -123,16 +123,16 @@ void CMainDlg::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
   PaintChild(target, bar.dragIndicator.get(), rect);
 }
 
-// The message map: what a row doesn't handle goes on to the root window.
+// The message map. What no row handles goes on to the root window.
 
-/// For handlers that need nothing of their message.
+/// For handlers without parameters.
 template <void (CMainDlg::*handler)()> BOOL CMainDlg::Handle(WPARAM, LPARAM, LRESULT &result) {
   (this->*handler)();
   result = 0;
   return TRUE;
 }
 
-/// For handlers that need the first word of their message alone.
+/// For handlers that take the message's first parameter.
 template <typename Word, void (CMainDlg::*handler)(Word)>
 BOOL CMainDlg::HandleWord(WPARAM wParam, LPARAM, LRESULT &result) {
   (this->*handler)(static_cast<Word>(wParam));
@@ -162,8 +162,8 @@ const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
     {DockAtBottomMessage, L"OnDockAtBottom", &CMainDlg::Handle<&CMainDlg::OnDockAtBottom>},
 };
 
-/// The rows speak of a bar that stands; what the platform sends while it is being composed isn't for them. The search
-/// provider is the dock's own message out of the composition, and needs no more than the field.
+/// The rows need a composed bar, and the platform sends messages before that. The dock itself sends the message of the
+/// search provider during the composition; that one needs the field only.
 bool CMainDlg::AnswersTo(UINT message) const {
   return message == SetSearchProviderMessage ? bar.textBox != nullptr : bar.IsComposed();
 }
@@ -220,8 +220,8 @@ void CMainDlg::OnDisplayChange() {
   Invalidate();
 }
 
-/// The window goes before the documents are rebuilt and without the close handler, so that the user's buttons aren't
-/// saved: to throw them away is what was asked for.
+/// The window is destroyed without its close handler, so that the user's buttons aren't saved: the user has asked to
+/// discard them.
 void CMainDlg::OnResetDock() {
   ::PostQuitMessage(RestartQuitCode);
   ::DestroyWindow(handle);
@@ -231,8 +231,8 @@ void CMainDlg::OnResetDock() {
   LoadDocument(userDocumentName, true);
 }
 
-/// On a target that is lost for good the bar would never be drawn again. A new cycle has new ones; what the user made
-/// isn't to be lost with the old one.
+/// A bar whose render target is lost can never be drawn again. A new cycle makes new targets; the user's buttons are
+/// saved first.
 void CMainDlg::OnDrawFailed(HRESULT result) {
   LogError("MainDlg: drawing failed, error %x", static_cast<unsigned>(result));
   if (result != static_cast<HRESULT>(D2DERR_RECREATE_TARGET))
@@ -273,7 +273,8 @@ void CMainDlg::OnDockPositionChanged(PropertyChangeEventArgs<int> *args) {
   SetDockPosition(args->newValue != 0 ? L"Top" : L"Bottom");
 }
 
-/// The first start is noted once more, whatever came of the note that was made ahead of it, and of the dialog.
+/// The mark of the first start is cleared again, whether clearing it ahead of the dialog worked and whether the dialog
+/// failed.
 void CMainDlg::OnShowWelcome() {
   const ScopeExit note(&ClearFirstRun);
   WelcomeScreenDialog dialog({dockRect.left, ScaleY(welcomeTop), dockRect.right, 0});
@@ -281,7 +282,7 @@ void CMainDlg::OnShowWelcome() {
   dialog.DoModal(::GetActiveWindow());
 }
 
-// What a click does. Every button reports here, whatever its origin; its element decides.
+// Clicks. Every button of the bar reports here, and its element decides.
 
 void CMainDlg::OnButtonClick(ButtonEventArgs *args) {
   auto *const button = dynamic_cast<DockButton *>(args->sender);
@@ -315,7 +316,7 @@ void CMainDlg::RunCommand(Command command) {
 
 void CMainDlg::OnTextAccept(TextBoxEventArgs *) { Search(); }
 
-/// The field keeps its text.
+/// The text stays in the field.
 void CMainDlg::Search() {
   const std::wstring text = bar.GetSearchText();
   if (!text.empty())
@@ -350,8 +351,7 @@ void CMainDlg::OnClose() {
   ::PostQuitMessage(EndProcessQuitCode);
 }
 
-/// A payload that can't be written fails the handler like any other failure, but the user's buttons aren't to go with
-/// it.
+/// A payload that can't be written fails the handler like any other failure, but the user's buttons are saved first.
 void CMainDlg::EndUse() {
   try {
     WriteEndOfUse();

@@ -27,18 +27,18 @@ namespace {
 
 constexpr char cannotAddButton[] = "Could not add Button because the shortcut cannot be found";
 
-// The marker reaches this far from the edge of the button that it stands at, in device pixels at every density.
+// How far the marker reaches from the edge of its button, in device pixels at every density.
 constexpr LONG indicatorFarSide = 6;
 constexpr LONG indicatorNearSide = 3;
 constexpr LONG indicatorInset = 3; // from the bar's upper and lower edge
 
-/// The source destroys its cursor, and a loaded one is shared: so it gets one of its own.
+/// The source destroys its cursor and a loaded cursor is shared, so the source gets a copy.
 ComPtr<CDragSource> MakeDragSource() {
   const HCURSOR shared = ::LoadCursorW(instanceHandle, MAKEINTRESOURCEW(DragCursorId));
   return MakeOleObject<CDragSource>(CopyCursor(shared));
 }
 
-/// What a dragged button carries: a list of files that isn't there. The drop target asks for the format alone.
+/// The data of a dragged button: the format of a list of files, without one. The drop target only asks for the format.
 ComPtr<CDataObject> MakeButtonData() {
   const ComPtr<CDataObject> data = MakeOleObject<CDataObject>();
   FORMATETC format = fileListFormat;
@@ -162,9 +162,9 @@ void RowDrag::RemoveVanishedButton(HWND buttonWindow) {
   Repaint();
 }
 
-/// Dropped off the row the button is gone; after anything else, a failure too, it is there. The mouse message that the
-/// drag began in is still to reach the button, which would then glow wherever the cursor has gone: so the leaving,
-/// which the drag has swallowed, is told behind it.
+/// A button that was dropped off the row goes; after anything else, a failure too, it stays. The mouse message that
+/// began the drag still reaches the button, which would then glow wherever the cursor is: the WM_MOUSELEAVE that the
+/// drag has swallowed is posted after it.
 void RowDrag::FinishButtonDrag(HRESULT dragResult) {
   if (draggedButton != nullptr)
     ::PostMessageW(draggedButton, WM_MOUSELEAVE, 0, 0);
@@ -248,8 +248,8 @@ void RowDrag::OnDragAdd(const std::wstring &path, POINT screenPoint) {
     FinishDrop();
 }
 
-/// What can't be added isn't looked at. The record of a file that no button can be made for stays with the others and
-/// is saved with them. What the shell can't show is no more of a reason to end the bar than what isn't there.
+/// A file that can't be added isn't read. The record of a file that makes no button stays in the list and is saved with
+/// it. A file whose icon the shell can't load must not end the bar either.
 void RowDrag::AddDroppedFile(const std::wstring &path, POINT screenPoint) {
   const Window::RepaintHold hold(window);
   ::ScreenToClient(bar.userButtonPanel->GetHandle(), &screenPoint);
@@ -319,7 +319,7 @@ void RowDrag::ShowIndicatorAt(LONG rowX, LONG before, LONG behind) {
   bar.dragIndicator->SetBounds(&place);
 }
 
-/// The window may have gone within the drag's loop.
+/// The window may have been destroyed within the drag's loop.
 void RowDrag::Repaint() {
   if (::IsWindow(window.GetHandle()))
     window.Render();

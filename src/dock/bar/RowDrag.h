@@ -41,8 +41,8 @@ public:
   /// Adds a button for the dropped file `path`; `screenPoint` is where it was dropped.
   void OnDragAdd(const std::wstring &path, POINT screenPoint);
 
-  /// Takes away the marker of a drag that nobody goes on with. A program that dies while it drags something over the
-  /// bar tells nobody that it has left.
+  /// Hides the marker of a drag that has ended without a notification: a program that dies while it drags something
+  /// over the bar sends none.
   void HideForgottenIndicator();
 
 private:

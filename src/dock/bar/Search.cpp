@@ -45,7 +45,7 @@ bool IsUnsafe(unsigned char byte) {
   return byte < 32 || byte > 126 || unsafe.find(static_cast<char>(byte)) != std::string_view::npos;
 }
 
-/// A percent sign is unsafe and goes out as it stands all the same: "100%" is searched for as "100%".
+/// A percent sign is unsafe but is kept: "100%" is searched for as "100%".
 void AppendEncoded(std::wstring &result, unsigned char byte) {
   constexpr wchar_t digits[] = L"0123456789abcdef";
   if (byte == '%' || !IsUnsafe(byte))

@@ -1,6 +1,6 @@
 #pragma once
-// The search that the search field stands for: with a provider of the web in the browser, with the help search in the
-// platform's help pane. User-interface thread.
+// The search for the text of the search field: in the browser for a web provider, in the platform's help pane for the
+// help search. User-interface thread.
 
 #include <string>
 
@@ -9,7 +9,7 @@
 
 namespace lumenor {
 
-/// `text` as it goes behind the start of a URL: its UTF-8 bytes, the unsafe ones as "%" and two hexadecimal digits in
+/// `text` encoded for the end of a URL: its UTF-8 bytes, the unsafe ones as "%" and two hexadecimal digits in
 /// lower case. A "%" stays as it is. Empty when the result would be longer than 2047 characters.
 std::wstring UrlEncode(const std::wstring &text);
 

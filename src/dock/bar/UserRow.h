@@ -63,7 +63,7 @@ public:
   /// The number of buttons when the window isn't one of theirs.
   std::size_t IndexOf(HWND buttonWindow) const;
 
-  /// Where the buttons stand on the row, from left to right.
+  /// The extents of the buttons on the row, from left to right.
   std::vector<ButtonSpan> GetSpans() const;
 
   /// Writes the records. Raises HResultError when that fails; the document is then as it was.

@@ -70,7 +70,7 @@ HRESULT CopyContent(const STGMEDIUM &from, STGMEDIUM &to) {
 
 HRESULT CopyMedium(const STGMEDIUM &from, STGMEDIUM &to) noexcept {
   to = from;
-  if (from.pUnkForRelease != nullptr) { // its content goes with that object, whoever holds it
+  if (from.pUnkForRelease != nullptr) { // its content lives as long as that object
     from.pUnkForRelease->AddRef();
     if ((from.tymed == TYMED_ISTREAM || from.tymed == TYMED_ISTORAGE) && from.pstm != nullptr)
       static_cast<IUnknown *>(from.pstm)->AddRef(); // released beside it
@@ -134,7 +134,7 @@ HRESULT CDataObject::SetData(FORMATETC *format, STGMEDIUM *medium, BOOL release)
   return E_OUTOFMEMORY;
 }
 
-/// A format that is set again, as helpers of a drag do with theirs at every move, has one medium only.
+/// A format that is set again, as drag helpers do at every move, keeps one medium.
 void CDataObject::Keep(const FORMATETC &format, const STGMEDIUM &medium) noexcept {
   for (std::size_t i = 0; i < formats.size(); ++i) {
     if (!IsSameFormat(formats[i], format))

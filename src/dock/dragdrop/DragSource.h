@@ -1,6 +1,6 @@
 #pragma once
-// The side of a drag where it begins: says how long it lasts, and shows the cursor that means removal while the drag is
-// off the row. Lives by its references. User-interface thread.
+// The drop source of a dragged button: it decides when the drag ends, and shows the cursor of a removal while the drag
+// is off the row. Lives by its references. User-interface thread.
 
 #include "dock/dragdrop/OleObject.h"
 #include "system/Handles.h"

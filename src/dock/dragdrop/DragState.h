@@ -1,6 +1,6 @@
 #pragma once
-// What a drag in progress tells the buttons, the drop target and the bar, which have no pointers to each other.
-// Process-wide; user-interface thread only.
+// The state of the drag in progress, shared by the buttons, the drop target and the bar, which have no pointers to each
+// other. Process-wide; user-interface thread only.
 
 #include "system/Windows.h"
 
@@ -15,10 +15,10 @@ inline bool dragOutside = false;
 /// True while a drag's cursor is over the row of user buttons.
 inline bool dragOverButtons = false;
 
-/// How many files of the drop that is being taken come behind the present one.
+/// How many files of the current drop come after the present one.
 inline unsigned droppedFilesToCome = 0;
 
-/// Puts the first three back to where no button is dragged.
+/// Resets the first three to the state without a drag.
 inline void ForgetDrag() {
   draggedButton = nullptr;
   dragOutside = false;

@@ -1,6 +1,6 @@
 #pragma once
-// The white marker at the place of the row where a drag would land: a capital I as high as it is told. It stands in no
-// panel; the bar paints it over everything else. User-interface thread.
+// The white insertion marker of a drag, a capital I as high as its bounds. It is in no panel; the bar paints it over
+// everything else. User-interface thread.
 
 #include "toolkit/UIElement.h"
 

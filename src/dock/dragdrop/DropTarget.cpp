@@ -7,6 +7,7 @@
 #include "dock/dragdrop/DataObject.h"
 #include "dock/dragdrop/DragState.h"
 #include "system/HResultError.h"
+#include "system/ScopeExit.h"
 
 #include <shlobj.h>
 
@@ -16,7 +17,7 @@ namespace {
 
 constexpr UINT allFiles = 0xFFFFFFFF;
 
-/// A point on the screen as messages carry it: x in the low half, y in the high one.
+/// A screen point as messages carry it: x in the low half, y in the high one.
 DWORD PackedPoint(POINTL point) { return static_cast<DWORD>(MAKELONG(point.x, point.y)); }
 
 POINT ToPoint(POINTL point) { return {point.x, point.y}; }
@@ -32,17 +33,8 @@ public:
   STGMEDIUM medium = {};
 };
 
-/// Says how many files come behind the one that is being told of, so that the bar finishes with the last one.
-class FilesToCome {
-public:
-  explicit FilesToCome(UINT count) { droppedFilesToCome = count; }
-  ~FilesToCome() { droppedFilesToCome = 0; }
-  FilesToCome(const FilesToCome &) = delete;
-  FilesToCome &operator=(const FilesToCome &) = delete;
-};
-
-/// What the keys ask for; 0 without a wish.
-DWORD WishedEffect(DWORD keyState) {
+/// The effect that the keys ask for; 0 for none.
+DWORD RequestedEffect(DWORD keyState) {
   switch (keyState & (MK_CONTROL | MK_SHIFT)) {
   case MK_CONTROL | MK_SHIFT:
     return DROPEFFECT_LINK;
@@ -55,8 +47,8 @@ DWORD WishedEffect(DWORD keyState) {
   }
 }
 
-/// What is done where the keys ask for nothing.
-DWORD UsualEffect(DWORD allowed) {
+/// The effect where the keys ask for none.
+DWORD DefaultEffect(DWORD allowed) {
   if ((allowed & DROPEFFECT_COPY) != 0)
     return DROPEFFECT_COPY;
   if ((allowed & DROPEFFECT_MOVE) != 0)
@@ -64,8 +56,8 @@ DWORD UsualEffect(DWORD allowed) {
   return allowed & DROPEFFECT_LINK;
 }
 
-/// A link is never made by wish.
-DWORD GrantedEffect(DWORD wish, DWORD allowed) { return wish != DROPEFFECT_LINK ? allowed & wish : 0; }
+/// A link is never made on request.
+DWORD GrantedEffect(DWORD requested, DWORD allowed) { return requested != DROPEFFECT_LINK ? allowed & requested : 0; }
 
 } // namespace
 
@@ -129,8 +121,8 @@ HRESULT CDropTarget::Drop(IDataObject *data, DWORD keyState, POINTL point, DWORD
 
 /// Makes of the allowed effects the one that a drop would have; false when it would have none.
 bool CDropTarget::ComputeEffect(DWORD keyState, DWORD &effect) const {
-  const DWORD wish = WishedEffect(keyState);
-  const DWORD possible = wish != 0 ? GrantedEffect(wish, effect) : UsualEffect(effect);
+  const DWORD requested = RequestedEffect(keyState);
+  const DWORD possible = requested != 0 ? GrantedEffect(requested, effect) : DefaultEffect(effect);
   effect = acceptsData ? possible : 0;
   return effect != 0;
 }
@@ -148,14 +140,13 @@ HRESULT CDropTarget::Take(IDataObject &data, POINTL point) const {
   return result;
 }
 
-/// One buffer for all of the paths, each of which starts where the text of the one before ended. A path that is longer
-/// than the platform's longest is cut there.
+/// One buffer for all paths, each of which starts at the end of the one before. A path is cut at the platform's limit.
 void CDropTarget::AddDroppedFiles(HDROP drop, POINTL point) const {
   const UINT count = ::DragQueryFileW(drop, allFiles, nullptr, 0);
   std::vector<wchar_t> paths(std::size_t{count} * (MAX_PATH + 1) + 1);
   wchar_t *path = paths.data();
   for (UINT i = 0; i < count; ++i) {
-    const FilesToCome rest(count - 1 - i);
+    const ScopedValue rest(droppedFilesToCome, count - 1 - i); // so that the bar finishes with the last one
     *path = L'\0';
     const UINT length = ::DragQueryFileW(drop, i, path, MAX_PATH);
     if (length > 0)

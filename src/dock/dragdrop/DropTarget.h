@@ -1,6 +1,6 @@
 #pragma once
-// What the platform tells of drags over the bar: it passes that on to the bar's window as notifications, and takes
-// dropped files apart. It serves drags of files and of the bar's own buttons, which are those during which
+// The bar's drop target: it passes the platform's calls on to the bar's window as notifications, and takes dropped
+// files apart. It serves drags of files and of the bar's own buttons, which are those during which
 // `draggedButton` is set. Lives by its references: the bar's and, as long as it is registered, the platform's.
 // User-interface thread.
 
@@ -23,7 +23,7 @@ public:
   HRESULT STDMETHODCALLTYPE DragOver(DWORD keyState, POINTL point, DWORD *effect) noexcept override;
   HRESULT STDMETHODCALLTYPE DragLeave() noexcept override;
 
-  /// Has `effect` 0 in any case: who dragged the data has nothing to do about it.
+  /// `effect` is always 0: the source has nothing left to do.
   HRESULT STDMETHODCALLTYPE Drop(IDataObject *data, DWORD keyState, POINTL point, DWORD *effect) noexcept override;
 
   /// True between a drag's entry and its leaving or dropping. Stays true when the program that drags dies.

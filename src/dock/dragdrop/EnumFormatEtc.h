@@ -1,5 +1,5 @@
 #pragma once
-// Lists the formats of a data object, which it has a copy of. Made by the data object for whoever asks; lives by its
+// Enumerates a copy of a data object's formats. Made by the data object for its caller; lives by its
 // references. User-interface thread.
 
 #include <cstddef>
@@ -25,7 +25,7 @@ public:
 
   HRESULT STDMETHODCALLTYPE Reset() noexcept override;
 
-  /// A list of the same formats that stands where this one does.
+  /// An enumerator of the same formats at the same position.
   HRESULT STDMETHODCALLTYPE Clone(IEnumFORMATETC **clone) noexcept override;
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
-// Whether the welcome screen is due: once for every user, and once more whenever the value in the registry asks for
-// it. Stateless; any thread; nothing raises.
+// Whether the welcome screen is due: once per user, and again whenever the registry value asks for it. Stateless; any
+// thread; nothing raises.
 
 namespace lumenor {
 

@@ -50,12 +50,12 @@ DWORD Listen(RegistryListenerContext &context) {
   return 0;
 }
 
-/// Whether the thread, which stands still from now on, was caught in its sleep; one that wasn't goes on.
+/// Suspends the thread. True when it was asleep; otherwise it is resumed.
 bool FreezeInSleep(HANDLE thread, HANDLE sleeping) {
   ::SuspendThread(thread);
   CONTEXT context = {};
   context.ContextFlags = CONTEXT_CONTROL;
-  ::GetThreadContext(thread, &context); // the thread stands only once this comes back
+  ::GetThreadContext(thread, &context); // the thread is suspended only once this returns
   if (::WaitForSingleObject(sleeping, 0) == WAIT_OBJECT_0)
     return true;
   ::ResumeThread(thread);

@@ -147,7 +147,7 @@ TEST_F(Click, OnTheCommandsWithoutAnEffectOfTheirOwnLaunchesNothing) {
   }
 }
 
-TEST_F(Click, OfNobodyDoesNothing) {
+TEST_F(Click, WithoutASenderDoesNothing) {
   ButtonEventArgs args;
   StartWithButton(L"url", L"http://nowhere.invalid/").Click.Fire(&args);
   EXPECT_EQ(Launches{}, shell.Launches());

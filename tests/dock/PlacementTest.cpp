@@ -47,7 +47,7 @@ TEST(BarWidth, ScalesDevicePixelsOnceMore) {
   EXPECT_EQ(600, BarWidth(640, dense));
 }
 
-TEST(BarRect, StandsUnderATaskBarAtTheTop) { EXPECT_EQ(Rect(190, 40, 1090, 117), BarWithTaskBar({0, 0, 1280, 41})); }
+TEST(BarRect, IsUnderATaskBarAtTheTop) { EXPECT_EQ(Rect(190, 40, 1090, 117), BarWithTaskBar({0, 0, 1280, 41})); }
 
 TEST(BarRect, LeavesOneRowFreeWithTheTaskBarAtTheBottom) {
   EXPECT_EQ(Rect(190, 1, 1090, 78), BarWithTaskBar({0, 984, 1280, 1024}));
@@ -211,7 +211,7 @@ const std::vector<std::string> nothingLogged;
 const std::vector<std::string> noneFound = {"INFO: No dock position regkey found, defaulting to top"};
 const std::vector<std::string> notRead = {"INFO: Dock position regkey query failed, defaulting to top"};
 
-TEST_F(DockPosition, ReadsTheTextAsItStands) {
+TEST_F(DockPosition, ReadsTheTextUnchanged) {
   for (const std::wstring text : {L"Top", L"Bottom", L"Left", L"bottom ", L"%windir%"}) {
     key.SetText(L"DockPosition", text);
     EXPECT_EQ(text, GetDockPosition());
@@ -229,7 +229,7 @@ TEST_F(DockPosition, ReadsAnEmptyText) {
   EXPECT_EQ(L"", GetDockPosition());
 }
 
-TEST_F(DockPosition, IsTopWithoutTheKeyAndSaysNothing) {
+TEST_F(DockPosition, IsTopWithoutTheKeyAndLogsNothing) {
   key.Delete();
   EXPECT_EQ(L"Top", GetDockPosition());
   EXPECT_EQ(nothingLogged, Logged());

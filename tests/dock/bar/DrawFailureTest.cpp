@@ -58,7 +58,7 @@ TEST_F(DrawFailure, OfATargetThatIsLostSavesTheButtonsAndBeginsANewCycle) {
   EXPECT_EQ(Texts{}, eventLog.Reports());
 }
 
-TEST_F(DrawFailure, OfALostTargetThatIsToldTwiceBeginsOneCycle) {
+TEST_F(DrawFailure, OfALostTargetThatIsReportedTwiceBeginsOneCycle) {
   StartWith(1);
   ::PostMessageW(dock->handle, DrawFailedMessage, static_cast<WPARAM>(D2DERR_RECREATE_TARGET), 0);
   ::PostMessageW(dock->handle, DrawFailedMessage, static_cast<WPARAM>(D2DERR_RECREATE_TARGET), 0);

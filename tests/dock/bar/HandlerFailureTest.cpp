@@ -284,7 +284,7 @@ TEST_F(LaunchFailure, BehindTheWelcomeScreenAndAnotherHandlersAreReportedOnceEac
       {L"caught an unhandled exception in OnNotify", L"caught an unhandled exception in OnShowWelcome"});
 }
 
-TEST_F(HandlerFailure, OfTheWelcomeScreenClearsTheMarkOfTheFirstStartAllTheSame) {
+TEST_F(HandlerFailure, OfTheWelcomeScreenStillClearsTheMarkOfTheFirstStart) {
   UnpaintableDock &failing = StartUnpaintable();
   registry.SetText(L"ShowWelcomePage", L"1");
   SendShowWelcome(failing);

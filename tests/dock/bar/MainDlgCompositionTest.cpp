@@ -102,7 +102,7 @@ TEST_F(Bar, HasEveryWindowWhereItsElementIs) {
   EXPECT_EQ(Lines{}, differences);
 }
 
-TEST_F(Bar, StandsAtTheTopInTheMiddleOfTheScreen) {
+TEST_F(Bar, IsAtTheTopInTheMiddleOfTheScreen) {
   StartWith(0, 0);
   RECT place{};
   ::GetWindowRect(dock->handle, &place);
@@ -227,7 +227,7 @@ protected:
   const desk::EventLogSpy eventLog;
 };
 
-TEST_F(BarWithABadPicture, StandsWithOneThatHasAFlippedBit) {
+TEST_F(BarWithABadPicture, ComesUpWithOneThatHasAFlippedBit) {
   const std::wstring path = folders.Root() + L"\\flipped.png";
   std::string bytes = tests::ReadBytes(PicturePath());
   bytes.at(bytes.find("IHDR") + 3) ^= 1;
@@ -236,24 +236,24 @@ TEST_F(BarWithABadPicture, StandsWithOneThatHasAFlippedBit) {
   ExpectAllButtons(path);
 }
 
-TEST_F(BarWithABadPicture, StandsWithOneThatIsCutOff) {
+TEST_F(BarWithABadPicture, ComesUpWithOneThatIsCutOff) {
   const std::wstring path = folders.Root() + L"\\cut.png";
   tests::WriteBytes(path, tests::ReadBytes(PicturePath()).substr(0, 20));
   StartWith(path);
   ExpectAllButtons(path);
 }
 
-TEST_F(BarWithABadPicture, StandsWithOneThatIsAFolder) {
+TEST_F(BarWithABadPicture, ComesUpWithOneThatIsAFolder) {
   StartWith(folders.Root());
   ExpectAllButtons(folders.Root());
 }
 
-TEST_F(BarWithABadPicture, StandsWithOneThatIsADevice) {
+TEST_F(BarWithABadPicture, ComesUpWithOneThatIsADevice) {
   StartWith(L"NUL");
   ExpectAllButtons(L"NUL");
 }
 
-TEST_F(BarWithABadPicture, StandsWithOneThatIsTheConsole) {
+TEST_F(BarWithABadPicture, ComesUpWithOneThatIsTheConsole) {
   StartWith(L"CON");
   ASSERT_TRUE(::IsWindow(dock->handle));
   EXPECT_EQ((Texts{L"First", L"Bad", L"Last"}), HeadsOf(BarTree(*dock).userButtons));

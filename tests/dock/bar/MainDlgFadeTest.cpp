@@ -258,7 +258,7 @@ TEST_F(FadeBesideASlide, ComesBackWholeWhenItsReturnWasInterrupted) {
   EXPECT_TRUE(Reaches(190)) << "and dims in its time";
 }
 
-TEST_F(FadeBesideASlide, BeginsOnlyWhenTheRowStands) {
+TEST_F(FadeBesideASlide, BeginsOnlyWhenTheRowHasStopped) {
   StartWithALongRow();
   Step(21);
   ClickArrow();
@@ -270,7 +270,7 @@ TEST_F(FadeBesideASlide, BeginsOnlyWhenTheRowStands) {
   EXPECT_TRUE(Reaches(190));
 }
 
-TEST_F(FadeBesideASlide, ReturnsOnlyWhenTheRowStands) {
+TEST_F(FadeBesideASlide, ReturnsOnlyWhenTheRowHasStopped) {
   StartWithALongRow();
   Dim();
   desk::MoveCursor(overTheBar);

@@ -124,7 +124,7 @@ TEST_F(MainDlg, NeverHoldsUpALogOff) {
   EXPECT_EQ(1, Send(WM_QUERYENDSESSION));
 }
 
-TEST_F(MainDlg, ABrokenUserDocumentIsLeftAsItStands) {
+TEST_F(MainDlg, ABrokenUserDocumentIsLeftUnchanged) {
   tests::WriteBytes(DocumentPath(userDocument), "<UIRoot><never closed");
   Start();
   EXPECT_EQ(ElementList{}, dock->GetUserElements());
@@ -195,7 +195,7 @@ TEST_F(MainDlg, TakesTheWindowsOfItsButtonsAlong) {
   EXPECT_EQ(before, tests::CountWindows());
 }
 
-TEST_F(MainDlg, TakesAWindowThatStillStandsAlong) {
+TEST_F(MainDlg, DestroysAWindowThatStillExists) {
   StartWith(1);
   const HWND window = dock->handle;
   dock.reset();

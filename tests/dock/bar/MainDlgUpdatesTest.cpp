@@ -162,7 +162,7 @@ TEST_F(Updates, ADeletedListCausesNoMarkAndKeepsItsRows) {
   EXPECT_EQ(Texts{}, eventLog.Reports());
 }
 
-TEST_F(Updates, TheMarkGoesWithAClickAndComesBackOnlyWithANewerFile) {
+TEST_F(Updates, TheMarkIsClearedByAClickAndComesBackOnlyWithANewerFile) {
   WriteForYou({L"Old"});
   Start();
   Age(10);

@@ -96,14 +96,14 @@ protected:
 
 const wchar_t opened[] = L"Open Dock    0";
 
-TEST_F(TrackedDock, TellsOfItsOpening) {
+TEST_F(TrackedDock, ReportsItsOpening) {
   dock = std::make_unique<CMainDlg>();
   EXPECT_EQ(Texts{opened}, Waiting());
   dock->Create(nullptr);
   EXPECT_EQ(Texts{opened}, Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfAClickOnAButtonOnceItsActionRan) {
+TEST_F(TrackedDock, ReportsAClickOnAButtonOnceItsActionRan) {
   const HWND button = StartWithButton(L"exe", L"C:\\gone.exe").GetHandle();
   Press(button);
   Press(button);
@@ -111,12 +111,12 @@ TEST_F(TrackedDock, TellsOfAClickOnAButtonOnceItsActionRan) {
   EXPECT_EQ((Texts{opened, L"Click Button  exe C:\\gone.exe 2"}), Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfAClickThatStartsNothing) {
+TEST_F(TrackedDock, ReportsAClickThatStartsNothing) {
   Press(StartWithButton(L"odd", L"thing").GetHandle());
   EXPECT_EQ((Texts{opened, L"Click Button  odd thing 1"}), Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfNoCommandAndNoOpenedFlyout) {
+TEST_F(TrackedDock, ReportsNoCommandAndNoOpenedFlyout) {
   for (const wchar_t *command : {L"flyout", L"foryou", L"searchProvider", L"search"}) {
     Press(StartWithButton(L"exe", command).GetHandle());
     EXPECT_EQ(opened, LastWaiting()) << command;
@@ -127,7 +127,7 @@ TEST_F(TrackedDock, TellsOfNoCommandAndNoOpenedFlyout) {
 
 HINSTANCE WINAPI FailToLaunch(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT) { throw std::runtime_error("launch"); }
 
-TEST_F(TrackedDock, TellsOfNoClickWhoseActionFailed) {
+TEST_F(TrackedDock, ReportsNoClickWhoseActionFailed) {
   const HWND button = StartWithButton(L"url", L"http://a.invalid/").GetHandle();
   const tests::ImportSlot failing(&__imp_ShellExecuteW, &FailToLaunch);
   Press(button);
@@ -135,7 +135,7 @@ TEST_F(TrackedDock, TellsOfNoClickWhoseActionFailed) {
   EXPECT_EQ(Texts{opened}, Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfAChoiceInTheFlyoutOfAButton) {
+TEST_F(TrackedDock, ReportsAChoiceInTheFlyoutOfAButton) {
   SaveDocument({MakeElement(L"Row", L"url", L"http://row.invalid/", PicturePath())}, L"Test.Flyout");
   FlyoutWindow *const flyout = StartWithButton(L"xml", L"Test.Flyout").GetFlyout();
   ASSERT_NE(nullptr, flyout);
@@ -143,7 +143,7 @@ TEST_F(TrackedDock, TellsOfAChoiceInTheFlyoutOfAButton) {
   EXPECT_EQ((Texts{opened, L"Click Row DockPopup url http://row.invalid/ 1"}), Waiting());
 }
 
-TEST_F(TrackedDock, TellsADockClickFromOneInAFlyout) {
+TEST_F(TrackedDock, DistinguishesADockClickFromOneInAFlyout) {
   const Element element = MakeElement(L"Same", L"url", L"http://same.invalid/", PicturePath());
   SaveDocument({element}, L"Test.Flyout");
   StartWith({element, MakeElement(L"List", L"xml", L"Test.Flyout", PicturePath())});
@@ -154,7 +154,7 @@ TEST_F(TrackedDock, TellsADockClickFromOneInAFlyout) {
       Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfNoChoiceOfASearchProviderButOfAProgramAmongThem) {
+TEST_F(TrackedDock, ReportsNoChoiceOfASearchProviderButOfAProgramAmongThem) {
   Start();
   FakeProvider provider;
   provider.list = {MakeElement(L"Web", L"url", L"http://web.invalid/", PicturePath()),
@@ -169,26 +169,26 @@ TEST_F(TrackedDock, TellsOfNoChoiceOfASearchProviderButOfAProgramAmongThem) {
   ::DestroyWindow(flyout.handle);
 }
 
-TEST_F(TrackedDock, TellsOfAnAddedButton) {
+TEST_F(TrackedDock, ReportsAnAddedButton) {
   Start();
   dock->AddButton(PictureElement(L"New"), 0);
   EXPECT_EQ((Texts{opened, L"Add New  exe C:\\windows\\New.exe 1"}), Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfNoButtonThatWasNotAdded) {
+TEST_F(TrackedDock, ReportsNoButtonThatWasNotAdded) {
   StartWith(PictureElements(maxUserButtons));
   dock->AddButton(PictureElement(L"One too many"), 0);
   dock->AddButton(PictureElement(L"Behind the end"), 99);
   EXPECT_EQ(Texts{opened}, Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfNoButtonThatCouldNotBeMade) {
+TEST_F(TrackedDock, ReportsNoButtonThatCouldNotBeMade) {
   Start();
   EXPECT_ANY_THROW(dock->AddButton(VanishedElement(L"Vanished"), 0));
   EXPECT_EQ(Texts{opened}, Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfARemovedButtonAtOnceAndOnce) {
+TEST_F(TrackedDock, ReportsARemovedButtonAtOnceAndOnce) {
   StartWith(PictureElements(2));
   dock->RemoveButton(dock->GetUserButtons()[1]->GetHandle());
   const Texts told = {opened, L"Delete Head 1  exe C:\\windows\\Head 1.exe 1"};
@@ -198,27 +198,27 @@ TEST_F(TrackedDock, TellsOfARemovedButtonAtOnceAndOnce) {
   EXPECT_EQ(told, Waiting());
 }
 
-TEST_F(TrackedDock, TellsWhichButtonWentAndNotItsNeighboursRecord) {
+TEST_F(TrackedDock, ReportsTheRemovedButtonAndNotItsNeighboursRecord) {
   StartWith({VanishedElement(L"Vanished"), PictureElement(L"First"), PictureElement(L"Second")});
   dock->RemoveButton(dock->GetUserButtons().at(0)->GetHandle());
   EXPECT_EQ(L"Delete First  exe C:\\windows\\First.exe 1", LastWaiting());
 }
 
-TEST_F(TrackedDock, TellsOfNoRemovalOfNobody) {
+TEST_F(TrackedDock, ReportsNoRemovalOfANullWindow) {
   StartWith(PictureElements(1));
   dock->RemoveButton(nullptr);
   dock->RemoveButton(dock->handle);
   EXPECT_EQ(Texts{opened}, Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfNoMove) {
+TEST_F(TrackedDock, ReportsNoMove) {
   StartWith(PictureElements(3));
   dock->MoveButton(0, 2);
   dock->MoveButton(1, 1);
   EXPECT_EQ(Texts{opened}, Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfSearchesButNotForWhat) {
+TEST_F(TrackedDock, ReportsSearchesWithoutTheirText) {
   const HelpPaneRegistration help;
   Start();
   SearchWith(L"url", L"secret");
@@ -229,7 +229,7 @@ TEST_F(TrackedDock, TellsOfSearchesButNotForWhat) {
   EXPECT_EQ(L"helpSearch", usageTracker.GetRecords()[2].Type);
 }
 
-TEST_F(TrackedDock, TellsOfASearchThoughItsAddressIsTooLong) {
+TEST_F(TrackedDock, ReportsASearchThoughItsAddressIsTooLong) {
   Start();
   Element provider;
   provider.ActionType = L"url";
@@ -241,7 +241,7 @@ TEST_F(TrackedDock, TellsOfASearchThoughItsAddressIsTooLong) {
   EXPECT_EQ(std::vector<Launch>{}, shell.Launches());
 }
 
-TEST_F(TrackedDock, TellsOfAHelpSearchForBlanksThoughItOpensNothing) {
+TEST_F(TrackedDock, ReportsAHelpSearchForBlanksThoughItOpensNothing) {
   const HelpPaneRegistration help;
   Start();
   SearchWith(L"helpSearch", L"   ");
@@ -249,7 +249,7 @@ TEST_F(TrackedDock, TellsOfAHelpSearchForBlanksThoughItOpensNothing) {
   EXPECT_EQ((Texts{opened, L"Search Search    1"}), Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfNoSearchThatDidNotTakePlace) {
+TEST_F(TrackedDock, ReportsNoSearchThatDidNotTakePlace) {
   Start();
   SearchWith(L"url", L"");
   SearchWith(L"", L"text");
@@ -257,7 +257,7 @@ TEST_F(TrackedDock, TellsOfNoSearchThatDidNotTakePlace) {
   EXPECT_EQ(Texts{opened}, Waiting());
 }
 
-TEST_F(TrackedDock, TellsOfNoHelpSearchThatFailed) {
+TEST_F(TrackedDock, ReportsNoHelpSearchThatFailed) {
   HelpPaneRegistration help;
   help.isThere = false;
   Start();
@@ -292,7 +292,7 @@ TEST_F(TrackedDock, WritesItsCloseAtTheEndOfTheSession) {
   EXPECT_FALSE(TakeQuitCode().has_value());
 }
 
-TEST_F(TrackedDock, TellsOfNoCloseAtAReset) {
+TEST_F(TrackedDock, ReportsNoCloseAtAReset) {
   Start();
   ::SendMessageW(dock->handle, ResetDockMessage, 0, 0);
   dock.reset();
@@ -370,7 +370,7 @@ protected:
   }
 };
 
-TEST_F(UntrackedDock, TellsNothingAndWritesNothing) {
+TEST_F(UntrackedDock, ReportsNothingAndWritesNothing) {
   StartWith(PictureElements(1));
   Press(dock->GetUserButtons()[0]->GetHandle());
   dock->AddButton(PictureElement(L"New"), 0);

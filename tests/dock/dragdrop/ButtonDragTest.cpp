@@ -285,7 +285,7 @@ TEST_F(ButtonDrag, ThatCannotBeginLeavesTheButtonAndRaises) {
   EXPECT_EQ((Texts{L"Head 0", L"Head 1"}), Heads());
 }
 
-TEST_F(ButtonDrag, OfNobodyIsIgnored) {
+TEST_F(ButtonDrag, WithoutASenderIsIgnored) {
   StartWith(1);
   ButtonEventArgs args;
   dock->GetUserButtons().at(0)->DragBegin.Fire(&args);

@@ -125,7 +125,7 @@ TEST_F(DataObject, RefusesNullArguments) {
   EXPECT_EQ(E_POINTER, data->EnumFormatEtc(DATADIR_GET, nullptr));
 }
 
-TEST_F(DataObject, SaysWhichFormatsItHasAndWhatIsWrongWithOthers) {
+TEST_F(DataObject, ReportsItsFormatsAndWhatIsWrongWithOthers) {
   EXPECT_EQ(DV_E_TYMED, Query(fileListFormat)) << "nothing stored";
   Store(Format(CF_TEXT), "text");
   EXPECT_EQ(S_OK, Query(Format(CF_TEXT)));
@@ -399,7 +399,7 @@ TEST_F(FormatList, SkipsToItsEndAndNotBeyond) {
   EXPECT_EQ((Numbers{S_FALSE}), Next(1));
 }
 
-TEST_F(FormatList, IsClonedWhereItStands) {
+TEST_F(FormatList, IsClonedAtItsPosition) {
   list->Skip(1);
   ComPtr<IEnumFORMATETC> clone;
   EXPECT_EQ(S_OK, list->Clone(&clone));

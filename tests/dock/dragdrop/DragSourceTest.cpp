@@ -55,7 +55,7 @@ TEST_F(DragSource, ShowsItsOwnCursorOffTheRow) {
   ::SetCursor(former);
 }
 
-TEST(DragSourceCursor, GoesWithItsSource) {
+TEST(DragSourceCursor, IsDestroyedWithItsSource) {
   const HCURSOR cursor = ::CopyIcon(::LoadCursorW(nullptr, IDC_NO));
   ICONINFO info = {};
   auto source = MakeOleObject<CDragSource>(cursor);

@@ -116,19 +116,19 @@ TEST_F(DropTarget, IsNotMadeWithoutThePlatformsHelper) {
   EXPECT_THROW(MakeOleObject<CDropTarget>(window.handle), HResultError);
 }
 
-TEST_F(DropTarget, TellsNothingOfFilesThatEnter) {
+TEST_F(DropTarget, SendsNoNotificationWhenFilesEnter) {
   Enter(files.Get());
   EXPECT_EQ((Arrivals{}), window.Take());
   EXPECT_TRUE(target->IsInDrag());
 }
 
-TEST_F(DropTarget, TellsOfAButtonThatEnters) {
+TEST_F(DropTarget, NotifiesOfAButtonThatEnters) {
   draggedButton = Button();
   Enter(files.Get());
   EXPECT_EQ((Arrivals{{1, packedPlace}}), window.Take());
 }
 
-TEST_F(DropTarget, TellsOfEveryMove) {
+TEST_F(DropTarget, NotifiesOfEveryMove) {
   Enter(files.Get());
   Over();
   Over();
@@ -142,7 +142,7 @@ TEST_F(DropTarget, PacksPlacesLeftOfAndAboveTheScreen) {
   EXPECT_EQ((Arrivals{{2, 0xFFFDFFFE}}), window.Take());
 }
 
-TEST_F(DropTarget, TellsWhichButtonLeft) {
+TEST_F(DropTarget, NotifiesWhichButtonLeft) {
   Enter(files.Get());
   EXPECT_EQ(S_OK, target->DragLeave());
   draggedButton = Button();
@@ -151,7 +151,7 @@ TEST_F(DropTarget, TellsWhichButtonLeft) {
   EXPECT_FALSE(target->IsInDrag());
 }
 
-TEST_F(DropTarget, GrantsWhatTheKeysWishAndTheSourceAllows) {
+TEST_F(DropTarget, GrantsTheRequestedEffectThatTheSourceAllows) {
   struct Row {
     DWORD keys, allowed, effect;
   };
@@ -247,7 +247,7 @@ TEST_F(DropTarget, AddsThousandsOfFiles) {
   EXPECT_TRUE(expected == window.Take()) << "too many to be printed";
 }
 
-TEST_F(DropTarget, TellsOfADroppedButtonAndAddsNothing) {
+TEST_F(DropTarget, NotifiesOfADroppedButtonAndAddsNothing) {
   draggedButton = Button();
   Enter(files.Get());
   window.Take();
@@ -321,7 +321,7 @@ HRESULT STDMETHODCALLTYPE NoteDrop(IDropTargetHelper *, IDataObject *data, POINT
   return S_OK;
 }
 
-TEST_F(DropTarget, TellsThePlatformsHelperOfEveryStep) {
+TEST_F(DropTarget, PassesEveryStepToThePlatformsHelper) {
   ComPtr<IDropTargetHelper> helper;
   ASSERT_EQ(S_OK, ::CoCreateInstance(CLSID_DragDropHelper, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&helper)));
   tests::OperationSpy spy(helper.Get());

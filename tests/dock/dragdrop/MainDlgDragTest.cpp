@@ -17,7 +17,7 @@ namespace {
 
 // The drop target's life.
 
-TEST_F(Drag, IsPossibleAsLongAsTheWindowStands) {
+TEST_F(Drag, IsPossibleWhileTheWindowExists) {
   StartWith(0);
   const HWND window = dock->handle;
   EXPECT_EQ(DRAGDROP_E_ALREADYREGISTERED, ::RegisterDragDrop(window, registeredTarget.Get()));
@@ -44,7 +44,7 @@ TEST_F(Drag, WithoutThePlatformsHelperFailsTheStart) {
 
 // Notifications.
 
-TEST_F(Drag, OverTheRoomOfTheRowIsOverTheButtons) {
+TEST_F(Drag, OverTheAreaOfTheRowIsOverTheButtons) {
   StartWith(1);
   const BarTree tree(*dock);
   RECT room = {};
@@ -455,7 +455,7 @@ TEST_F(Drag, OfFilesToAFullBarCostsNoMoreThanTheLookAtItsEnd) {
   ExpectNoMarker();
 }
 
-TEST_F(Drag, OfFilesAmongWhichOneIsGoneIsFinishedAllTheSame) {
+TEST_F(Drag, OfFilesAmongWhichOneIsGoneIsFinished) {
   StartWith(1);
   const DropCosts costs;
   DropFromOver({MakeFile(L"New.txt"), L"C:\\gone\\gone.exe"}, SecondHalf(0));

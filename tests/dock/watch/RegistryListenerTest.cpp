@@ -288,7 +288,7 @@ TEST_F(RegistryListener, IsKilledInItsSleepWhileChangesPourIn) {
   EXPECT_EQ(std::vector<bool>(100, true), wasAsleep);
 }
 
-TEST_F(RegistryListener, IsKilledAllTheSameWhenItDoesNotComeBackToItsSleep) {
+TEST_F(RegistryListener, IsKilledEvenWhenItDoesNotGoBackToSleep) {
   Start();
   ::ResetEvent(sleeping.Get());
   const KernelHandle killed = std::exchange(thread, KernelHandle());

@@ -5,17 +5,16 @@
 namespace lumenor {
 
 Container::Container()
-    : leftListener(MakeListener(this, &Container::ForwardLeft)),
-      topListener(MakeListener(this, &Container::ForwardTop)),
-      widthListener(MakeListener(this, &Container::ForwardWidth)),
-      heightListener(MakeListener(this, &Container::ForwardHeight)),
-      childDesiredWidthListener(MakeListener(this, &Container::ForwardChildDesiredWidth)),
-      childDesiredHeightListener(MakeListener(this, &Container::ForwardChildDesiredHeight)),
-      childVisibilityListener(MakeListener(this, &Container::ForwardChildVisibility)) {
-  Left.changed.AddListener(leftListener.get());
-  Top.changed.AddListener(topListener.get());
-  Width.changed.AddListener(widthListener.get());
-  Height.changed.AddListener(heightListener.get());
+    : childDesiredWidthListener(
+          MakeListener<PropertyChangeEventArgs<long>>(this, &Container::OnChildDesiredWidthChanged)),
+      childDesiredHeightListener(
+          MakeListener<PropertyChangeEventArgs<long>>(this, &Container::OnChildDesiredHeightChanged)),
+      childVisibilityListener(
+          MakeListener<PropertyChangeEventArgs<lumenor::Visibility>>(this, &Container::OnChildVisibilityChanged)) {
+  subscriptions.Add(this, &Container::OnLeftChanged, Left.changed);
+  subscriptions.Add(this, &Container::OnTopChanged, Top.changed);
+  subscriptions.Add(this, &Container::OnWidthChanged, Width.changed);
+  subscriptions.Add(this, &Container::OnHeightChanged, Height.changed);
 }
 
 void Container::Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) {
@@ -103,21 +102,5 @@ void Container::OnChildDesiredWidthChanged() { Layout(); }
 void Container::OnChildDesiredHeightChanged() { Layout(); }
 
 void Container::OnChildVisibilityChanged() { Layout(); }
-
-// The listeners are bound here, in the base; the virtual call lets the overrides of derived classes take effect.
-
-void Container::ForwardLeft(PropertyChangeEventArgs<long> *) { OnLeftChanged(); }
-
-void Container::ForwardTop(PropertyChangeEventArgs<long> *) { OnTopChanged(); }
-
-void Container::ForwardWidth(PropertyChangeEventArgs<long> *) { OnWidthChanged(); }
-
-void Container::ForwardHeight(PropertyChangeEventArgs<long> *) { OnHeightChanged(); }
-
-void Container::ForwardChildDesiredWidth(PropertyChangeEventArgs<long> *) { OnChildDesiredWidthChanged(); }
-
-void Container::ForwardChildDesiredHeight(PropertyChangeEventArgs<long> *) { OnChildDesiredHeightChanged(); }
-
-void Container::ForwardChildVisibility(PropertyChangeEventArgs<lumenor::Visibility> *) { OnChildVisibilityChanged(); }
 
 } // namespace lumenor

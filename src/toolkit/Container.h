@@ -64,20 +64,10 @@ protected:
   int layoutSuspendCount = 0;
 
 private:
-  template <typename T> using Listener = std::shared_ptr<TypedEventListener<Container, PropertyChangeEventArgs<T>>>;
-
   void AttachChild(UIElement *child);
-  void ForwardLeft(PropertyChangeEventArgs<long> *args);
-  void ForwardTop(PropertyChangeEventArgs<long> *args);
-  void ForwardWidth(PropertyChangeEventArgs<long> *args);
-  void ForwardHeight(PropertyChangeEventArgs<long> *args);
-  void ForwardChildDesiredWidth(PropertyChangeEventArgs<long> *args);
-  void ForwardChildDesiredHeight(PropertyChangeEventArgs<long> *args);
-  void ForwardChildVisibility(PropertyChangeEventArgs<lumenor::Visibility> *args);
 
-  Listener<long> leftListener, topListener, widthListener, heightListener;
-  Listener<long> childDesiredWidthListener, childDesiredHeightListener;
-  Listener<lumenor::Visibility> childVisibilityListener;
+  ListenerPtr<PropertyChangeEventArgs<long>> childDesiredWidthListener, childDesiredHeightListener;
+  ListenerPtr<PropertyChangeEventArgs<lumenor::Visibility>> childVisibilityListener;
 };
 
 } // namespace lumenor

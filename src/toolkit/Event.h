@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace lumenor {
@@ -43,15 +45,19 @@ private:
   std::vector<AliveFlag> flagRefs; // one for every entry of this listener, and some of entries that are gone
 };
 
-/// Calls a member function of an object; does nothing when either is null.
-template <typename Owner, typename Args> class TypedEventListener : public EventListener<Args> {
+/// Calls a member function of an object; does nothing when either is null. A handler without parameters isn't passed the
+/// arguments. A pointer to a virtual member function calls the override of the object's class.
+template <typename Owner, typename Args, typename Handler = void (Owner::*)(Args *)>
+class TypedEventListener : public EventListener<Args> {
 public:
-  using Handler = void (Owner::*)(Args *);
-
   TypedEventListener(Owner *owner, Handler handler) : owner(owner), handler(handler) {}
 
   void Invoke(Args *args) override {
-    if (owner != nullptr && handler != nullptr)
+    if (owner == nullptr || handler == nullptr)
+      return;
+    if constexpr (std::is_invocable_v<Handler, Owner *>)
+      (owner->*handler)();
+    else
       (owner->*handler)(args);
   }
 
@@ -60,10 +66,19 @@ private:
   Handler handler;
 };
 
-/// A listener that calls `handler` on `owner`. Keep the result in a member: it listens as long as that lives.
+/// A listener of any owner. Keep it in a member: it listens as long as that lives.
+template <typename Args> using ListenerPtr = std::shared_ptr<EventListener<Args>>;
+
+/// A listener that calls `handler` on `owner`.
 template <typename Owner, typename HandlerClass, typename Args>
 std::shared_ptr<TypedEventListener<Owner, Args>> MakeListener(Owner *owner, void (HandlerClass::*handler)(Args *)) {
   return std::make_shared<TypedEventListener<Owner, Args>>(owner, handler);
+}
+
+/// The same for a handler without parameters, from which `Args` can't be deduced: it is named at the call.
+template <typename Args, typename Owner, typename HandlerClass>
+ListenerPtr<Args> MakeListener(Owner *owner, void (HandlerClass::*handler)()) {
+  return std::make_shared<TypedEventListener<Owner, Args, void (HandlerClass::*)()>>(owner, handler);
 }
 
 /// The listeners of one happening, called in the order of their subscription.
@@ -126,6 +141,27 @@ private:
   std::vector<EventListener<Args> *> listeners;
   std::vector<AliveFlag> aliveFlags; // parallel to listeners
   const wchar_t *name;
+};
+
+/// Subscriptions that last as long as the object that holds them, one listener for each.
+class Subscriptions {
+public:
+  /// Calls `handler` on `owner` at every firing of each of `events`. The handler takes the arguments of the events or
+  /// nothing.
+  template <typename Owner, typename Handler, typename... Args>
+  void Add(Owner *owner, Handler handler, Event<Args> &...events) {
+    (AddOne(owner, handler, events), ...);
+  }
+
+private:
+  template <typename Owner, typename Handler, typename Args>
+  void AddOne(Owner *owner, Handler handler, Event<Args> &event) {
+    auto listener = std::make_shared<TypedEventListener<Owner, Args, Handler>>(owner, handler);
+    event.AddListener(listener.get());
+    listeners.push_back(std::move(listener));
+  }
+
+  std::vector<std::shared_ptr<void>> listeners; // of events with different arguments
 };
 
 } // namespace lumenor

@@ -2,11 +2,9 @@
 
 namespace lumenor {
 
-SingleChildContainer::SingleChildContainer()
-    : widthListener(MakeListener(this, &SingleChildContainer::ForwardWidth)),
-      heightListener(MakeListener(this, &SingleChildContainer::ForwardHeight)) {
-  Width.changed.AddListener(widthListener.get());
-  Height.changed.AddListener(heightListener.get());
+SingleChildContainer::SingleChildContainer() {
+  subscriptions.Add(this, &SingleChildContainer::OnWidthChanged, Width.changed);
+  subscriptions.Add(this, &SingleChildContainer::OnHeightChanged, Height.changed);
 }
 
 void SingleChildContainer::Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) {
@@ -41,9 +39,5 @@ void SingleChildContainer::Layout() {
 void SingleChildContainer::OnWidthChanged() { Layout(); }
 
 void SingleChildContainer::OnHeightChanged() { Layout(); }
-
-void SingleChildContainer::ForwardWidth(PropertyChangeEventArgs<long> *) { OnWidthChanged(); }
-
-void SingleChildContainer::ForwardHeight(PropertyChangeEventArgs<long> *) { OnHeightChanged(); }
 
 } // namespace lumenor

@@ -1,8 +1,6 @@
 #pragma once
 // A control with one child that fills it. The child is borrowed. User-interface thread.
 
-#include <memory>
-
 #include "toolkit/Control.h"
 
 namespace lumenor {
@@ -28,14 +26,6 @@ public:
 
 protected:
   UIElement *child = nullptr;
-
-private:
-  using SizeListener = std::shared_ptr<TypedEventListener<SingleChildContainer, PropertyChangeEventArgs<long>>>;
-
-  void ForwardWidth(PropertyChangeEventArgs<long> *args);
-  void ForwardHeight(PropertyChangeEventArgs<long> *args);
-
-  SizeListener widthListener, heightListener;
 };
 
 } // namespace lumenor

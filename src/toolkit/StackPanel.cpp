@@ -4,9 +4,7 @@
 
 namespace lumenor {
 
-StackPanel::StackPanel() : orientationListener(MakeListener(this, &StackPanel::OnOrientationChanged)) {
-  Orientation.changed.AddListener(orientationListener.get());
-}
+StackPanel::StackPanel() { subscriptions.Add(this, &StackPanel::Layout, Orientation.changed); }
 
 void StackPanel::Layout() {
   if (IsLayoutSuspended())
@@ -44,7 +42,5 @@ void StackPanel::LayOutVertically() {
   }
   DesiredHeight.Set(offset);
 }
-
-void StackPanel::OnOrientationChanged(PropertyChangeEventArgs<lumenor::Orientation> *) { Layout(); }
 
 } // namespace lumenor

@@ -1,8 +1,6 @@
 #pragma once
 // A panel that sets its children one after the other, each as long as it asks for. User-interface thread.
 
-#include <memory>
-
 #include "toolkit/PanelWindow.h"
 
 namespace lumenor {
@@ -18,11 +16,8 @@ public:
   void Layout() override;
 
 private:
-  void OnOrientationChanged(PropertyChangeEventArgs<lumenor::Orientation> *args);
   void LayOutHorizontally();
   void LayOutVertically();
-
-  std::shared_ptr<TypedEventListener<StackPanel, PropertyChangeEventArgs<lumenor::Orientation>>> orientationListener;
 };
 
 } // namespace lumenor

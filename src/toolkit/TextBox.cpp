@@ -78,27 +78,12 @@ TextBox::TextBox(RenderTargetPtr renderTarget, int controlId)
       highlightBrush(CreateBrush(this->renderTarget.Get(), ::GetSysColor(COLOR_HIGHLIGHT))),
       highlightTextBrush(CreateBrush(this->renderTarget.Get(), ::GetSysColor(COLOR_HIGHLIGHTTEXT))),
       caretBrush(CreateBrush(this->renderTarget.Get(), RGB(255, 255, 255))) {
-  Subscribe();
+  subscriptions.Add(this, &TextBox::OnGeometryChanged, Left.changed, Top.changed, Width.changed, Height.changed);
+  subscriptions.Add(this, &TextBox::OnVisibilityChanged, Visibility.changed);
+  subscriptions.Add(this, &TextBox::SendCueBanner, WatermarkText.changed, WatermarkShownOnFocus.changed);
 }
 
 TextBox::~TextBox() = default;
-
-void TextBox::Subscribe() {
-  leftListener = MakeListener(this, &TextBox::OnGeometryChanged);
-  Left.changed.AddListener(leftListener.get());
-  topListener = MakeListener(this, &TextBox::OnGeometryChanged);
-  Top.changed.AddListener(topListener.get());
-  widthListener = MakeListener(this, &TextBox::OnGeometryChanged);
-  Width.changed.AddListener(widthListener.get());
-  heightListener = MakeListener(this, &TextBox::OnGeometryChanged);
-  Height.changed.AddListener(heightListener.get());
-  visibilityListener = MakeListener(this, &TextBox::OnVisibilityChanged);
-  Visibility.changed.AddListener(visibilityListener.get());
-  watermarkTextListener = MakeListener(this, &TextBox::OnWatermarkTextChanged);
-  WatermarkText.changed.AddListener(watermarkTextListener.get());
-  watermarkShownOnFocusListener = MakeListener(this, &TextBox::OnWatermarkShownOnFocusChanged);
-  WatermarkShownOnFocus.changed.AddListener(watermarkShownOnFocusListener.get());
-}
 
 HWND TextBox::GetHandle() { return handle; }
 
@@ -370,9 +355,7 @@ void TextBox::PaintCaret(ID2D1RenderTarget *target, const D2D1_RECT_F &rect) con
   target->FillRectangle(&line, caretBrush.Get());
 }
 
-RECT TextBox::GetBounds() const { return {Left.Get(), Top.Get(), Left.Get() + Width.Get(), Top.Get() + Height.Get()}; }
-
-void TextBox::OnGeometryChanged(PropertyChangeEventArgs<long> *) {
+void TextBox::OnGeometryChanged() {
   if (::IsWindow(handle))
     ::SetWindowPos(handle, nullptr, Left.Get(), Top.Get(), Width.Get(), Height.Get(), SWP_FRAMECHANGED);
 }
@@ -381,9 +364,5 @@ void TextBox::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *
   if (::IsWindow(handle))
     ::ShowWindow(handle, args->newValue == lumenor::Visibility::Visible ? SW_SHOW : SW_HIDE);
 }
-
-void TextBox::OnWatermarkTextChanged(PropertyChangeEventArgs<std::wstring> *) { SendCueBanner(); }
-
-void TextBox::OnWatermarkShownOnFocusChanged(PropertyChangeEventArgs<int> *) { SendCueBanner(); }
 
 } // namespace lumenor

@@ -78,10 +78,6 @@ protected:
   int caretVisible = 0;
 
 private:
-  template <typename T> using PropertyListener =
-      std::shared_ptr<TypedEventListener<TextBox, PropertyChangeEventArgs<T>>>;
-
-  void Subscribe();
   BOOL OnPaint(LRESULT &result);
   BOOL OnMove(LPARAM position);
   BOOL OnSize(LPARAM size);
@@ -105,21 +101,13 @@ private:
   void PaintWatermark(const RenderTargetPtr &target, const D2D1_RECT_F &rect);
   void PaintCaret(ID2D1RenderTarget *target, const D2D1_RECT_F &rect) const;
   std::wstring ReadCueBanner() const;
-  RECT GetBounds() const;
-
-  void OnGeometryChanged(PropertyChangeEventArgs<long> *args);
+  void OnGeometryChanged();
   void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
-  void OnWatermarkTextChanged(PropertyChangeEventArgs<std::wstring> *args);
-  void OnWatermarkShownOnFocusChanged(PropertyChangeEventArgs<int> *args);
 
   RenderTargetPtr renderTarget;
   int controlId;
   FontHandle font;
   Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> highlightBrush, highlightTextBrush, caretBrush;
-  PropertyListener<long> leftListener, topListener, widthListener, heightListener;
-  PropertyListener<lumenor::Visibility> visibilityListener;
-  PropertyListener<std::wstring> watermarkTextListener;
-  PropertyListener<int> watermarkShownOnFocusListener;
 };
 
 } // namespace lumenor

@@ -27,27 +27,11 @@ UINT32 Length(const std::wstring &text) { return static_cast<UINT32>(text.size()
 
 TextElement::TextElement(RenderTargetPtr renderTarget) : renderTarget(std::move(renderTarget)) {
   CreateFormat();
-  textListener = MakeListener(this, &TextElement::OnTextChanged);
-  Text.changed.AddListener(textListener.get());
-  colorListener = UpdateOn(Color);
-  textAlignmentListener = UpdateOn(TextAlignment);
-  fontSizeListener = UpdateOn(FontSize);
-  fontWeightListener = UpdateOn(FontWeight);
-  fontStyleListener = UpdateOn(FontStyle);
-  fontStretchListener = UpdateOn(FontStretch);
-  trimmingListener = UpdateOn(Trimming);
-  // WordWrapping has no listener: a change waits for the next Update.
+  subscriptions.Add(this, &TextElement::Measure, Text.changed);
+  // WordWrapping isn't among them: a change waits for the next Update.
+  subscriptions.Add(this, &TextElement::Update, Color.changed, TextAlignment.changed, FontSize.changed,
+                    FontWeight.changed, FontStyle.changed, FontStretch.changed, Trimming.changed);
 }
-
-template <typename T> TextElement::Listener<T> TextElement::UpdateOn(Property<T> &property) {
-  auto listener = MakeListener(this, &TextElement::OnFormatChanged<T>);
-  property.changed.AddListener(listener.get());
-  return listener;
-}
-
-template <typename T> void TextElement::OnFormatChanged(PropertyChangeEventArgs<T> *) { Update(); }
-
-void TextElement::OnTextChanged(PropertyChangeEventArgs<std::wstring> *) { Measure(); }
 
 void TextElement::Update() {
   if (IsUpdating())

@@ -2,7 +2,6 @@
 // One run of text in the family of the system's status font; publishes its measured size as the desired one. No window.
 // User-interface thread.
 
-#include <memory>
 #include <string>
 
 #include "system/Windows.h"
@@ -49,23 +48,9 @@ protected:
   Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> brush;
 
 private:
-  template <typename T> using Listener = std::shared_ptr<TypedEventListener<TextElement, PropertyChangeEventArgs<T>>>;
-
   void Measure();
   void CreateFormat();
   void ApplyTrimming(IDWriteFactory *factory, IDWriteTextFormat *format);
-  template <typename T> Listener<T> UpdateOn(Property<T> &property);
-  template <typename T> void OnFormatChanged(PropertyChangeEventArgs<T> *args);
-  void OnTextChanged(PropertyChangeEventArgs<std::wstring> *args);
-
-  Listener<std::wstring> textListener;
-  Listener<lumenor::Color> colorListener;
-  Listener<DWRITE_TEXT_ALIGNMENT> textAlignmentListener;
-  Listener<float> fontSizeListener;
-  Listener<DWRITE_FONT_WEIGHT> fontWeightListener;
-  Listener<DWRITE_FONT_STYLE> fontStyleListener;
-  Listener<DWRITE_FONT_STRETCH> fontStretchListener;
-  Listener<int> trimmingListener;
 };
 
 } // namespace lumenor

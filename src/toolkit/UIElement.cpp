@@ -30,6 +30,10 @@ HWND UIElement::GetRootHandle() {
   return root == nullptr ? nullptr : root->GetHandle();
 }
 
+RECT UIElement::GetBounds() const {
+  return {Left.Get(), Top.Get(), Left.Get() + Width.Get(), Top.Get() + Height.Get()};
+}
+
 void UIElement::SetBounds(const RECT *rectangle) {
   Left.Set(rectangle->left);
   Top.Set(rectangle->top);

@@ -10,6 +10,7 @@
 #include <d2d1.h>
 #include <wrl/client.h>
 
+#include "toolkit/Event.h"
 #include "toolkit/Geometry.h"
 #include "toolkit/Property.h"
 
@@ -84,6 +85,9 @@ public:
   /// The window of GetRootElement(); null when there is none.
   virtual HWND GetRootHandle();
 
+  /// The rectangle of Left, Top, Width and Height.
+  RECT GetBounds() const;
+
   /// Sets Left, Top, Width and Height from `rectangle`, one after the other, each firing on its own.
   void SetBounds(const RECT *rectangle);
 
@@ -102,6 +106,9 @@ protected:
   bool IsUpdating() const { return updateDepth > 0; }
 
   bool dirty = true;
+
+  /// What the element listens to for as long as it lives.
+  Subscriptions subscriptions;
 
 private:
   int updateDepth = 0;

@@ -47,7 +47,7 @@ private:
   std::shared_ptr<DockPanel> rootPanel, titleRow, messageRow, buttonRow;
   std::shared_ptr<Button> resetButton;
   std::shared_ptr<Button> cancelButton;
-  std::shared_ptr<TypedEventListener<ResetConfirmationDialog, ButtonEventArgs>> clickListener;
+  ListenerPtr<ButtonEventArgs> clickListener;
 };
 
 } // namespace lumenor

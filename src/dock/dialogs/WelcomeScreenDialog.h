@@ -79,7 +79,7 @@ private:
   std::shared_ptr<Button> closeButton;
   std::shared_ptr<CheckedButton> updateCheckBox;
   std::shared_ptr<CheckedButton> startupCheckBox;
-  std::shared_ptr<TypedEventListener<WelcomeScreenDialog, ButtonEventArgs>> clickListener;
+  ListenerPtr<ButtonEventArgs> clickListener;
 };
 
 } // namespace lumenor

@@ -89,7 +89,7 @@ private:
   bool itemsAreCurrent = false;
   std::shared_ptr<DockPanel> rootPanel;
   std::shared_ptr<StackPanel> list;
-  std::shared_ptr<TypedEventListener<FlyoutWindow, ButtonEventArgs>> itemClickListener;
+  ListenerPtr<ButtonEventArgs> itemClickListener;
 };
 
 } // namespace lumenor

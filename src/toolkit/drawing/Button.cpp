@@ -13,30 +13,15 @@ namespace lumenor {
 // A tool tip looks at the record's size; it must be the whole record, whatever the headers make of it.
 static_assert(sizeof(TOOLINFOW) == 72);
 
-Button::Button(std::shared_ptr<IButtonPainter> painter) : painter(std::move(painter)) { Subscribe(); }
+Button::Button(std::shared_ptr<IButtonPainter> painter) : painter(std::move(painter)) {
+  subscriptions.Add(this, &Button::OnStateChanged, IsMouseOver.changed, IsPressed.changed);
+  subscriptions.Add(this, &Button::OnGeometryChanged, Left.changed, Top.changed, Width.changed, Height.changed);
+  subscriptions.Add(this, &Button::OnVisibilityChanged, Visibility.changed);
+  subscriptions.Add(this, &Button::Invalidate, Opacity.changed);
+  subscriptions.Add(this, &Button::BuildToolTip, Name.changed);
+}
 
 Button::~Button() = default;
-
-void Button::Subscribe() {
-  mouseOverListener = MakeListener(this, &Button::OnStateChanged);
-  IsMouseOver.changed.AddListener(mouseOverListener.get());
-  pressedListener = MakeListener(this, &Button::OnStateChanged);
-  IsPressed.changed.AddListener(pressedListener.get());
-  leftListener = MakeListener(this, &Button::OnGeometryChanged);
-  Left.changed.AddListener(leftListener.get());
-  topListener = MakeListener(this, &Button::OnGeometryChanged);
-  Top.changed.AddListener(topListener.get());
-  widthListener = MakeListener(this, &Button::OnGeometryChanged);
-  Width.changed.AddListener(widthListener.get());
-  heightListener = MakeListener(this, &Button::OnGeometryChanged);
-  Height.changed.AddListener(heightListener.get());
-  visibilityListener = MakeListener(this, &Button::OnVisibilityChanged);
-  Visibility.changed.AddListener(visibilityListener.get());
-  opacityListener = MakeListener(this, &Button::OnOpacityChanged);
-  Opacity.changed.AddListener(opacityListener.get());
-  nameListener = MakeListener(this, &Button::OnNameChanged);
-  Name.changed.AddListener(nameListener.get());
-}
 
 void Button::SetPainter(std::shared_ptr<IButtonPainter> newPainter) {
   painter = std::move(newPainter);
@@ -195,9 +180,9 @@ void Button::InvalidateWindow(BOOL erase) {
     ::InvalidateRect(handle, nullptr, erase);
 }
 
-void Button::OnStateChanged(PropertyChangeEventArgs<int> *) { InvalidateWindow(TRUE); }
+void Button::OnStateChanged() { InvalidateWindow(TRUE); }
 
-void Button::OnGeometryChanged(PropertyChangeEventArgs<long> *) {
+void Button::OnGeometryChanged() {
   if (::IsWindow(handle))
     ::SetWindowPos(handle, nullptr, Left.Get(), Top.Get(), Width.Get(), Height.Get(), SWP_FRAMECHANGED);
 }
@@ -206,12 +191,6 @@ void Button::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *a
   if (::IsWindow(handle))
     ::ShowWindow(handle, args->newValue == lumenor::Visibility::Visible ? SW_SHOW : SW_HIDE);
 }
-
-void Button::OnOpacityChanged(PropertyChangeEventArgs<unsigned char> *) { Invalidate(); }
-
-void Button::OnNameChanged(PropertyChangeEventArgs<std::wstring> *) { BuildToolTip(); }
-
-RECT Button::GetBounds() const { return {Left.Get(), Top.Get(), Left.Get() + Width.Get(), Top.Get() + Height.Get()}; }
 
 // A button that has no window yet is no tool to point at: its tip is built when it is attached. A tip for each name
 // that a button is given before that would be a window made in vain, which costs a start more than the button's own.

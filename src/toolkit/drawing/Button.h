@@ -66,10 +66,6 @@ protected:
   std::shared_ptr<IButtonPainter> painter;
 
 private:
-  template <typename T> using PropertyListener =
-      std::shared_ptr<TypedEventListener<Button, PropertyChangeEventArgs<T>>>;
-
-  void Subscribe();
   BOOL OnPaint(LRESULT &result);
   BOOL OnKey(WPARAM key, int pressed, LRESULT &result);
   BOOL OnPress(int pressed, LRESULT &result);
@@ -82,21 +78,13 @@ private:
   BOOL OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result);
 
   void InvalidateWindow(BOOL erase);
-  void OnStateChanged(PropertyChangeEventArgs<int> *args);
-  void OnGeometryChanged(PropertyChangeEventArgs<long> *args);
+  void OnStateChanged();
+  void OnGeometryChanged();
   void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
-  void OnOpacityChanged(PropertyChangeEventArgs<unsigned char> *args);
-  void OnNameChanged(PropertyChangeEventArgs<std::wstring> *args);
-  RECT GetBounds() const;
   void BuildToolTip();
   void AddToToolTip(HWND root);
 
   WindowHandle toolTipWindow;
-  PropertyListener<int> mouseOverListener, pressedListener;
-  PropertyListener<long> leftListener, topListener, widthListener, heightListener;
-  PropertyListener<lumenor::Visibility> visibilityListener;
-  PropertyListener<unsigned char> opacityListener;
-  PropertyListener<std::wstring> nameListener;
 };
 
 } // namespace lumenor

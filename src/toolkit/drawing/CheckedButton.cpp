@@ -13,8 +13,7 @@ constexpr LONG checkBoxStyle = BS_CHECKBOX;
 } // namespace
 
 CheckedButton::CheckedButton(std::shared_ptr<IButtonPainter> painter) : Button(std::move(painter)) {
-  clickListener = MakeListener(this, &CheckedButton::OnClick);
-  Click.AddListener(clickListener.get());
+  subscriptions.Add(this, &CheckedButton::OnClick, Click);
 }
 
 BOOL CheckedButton::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
@@ -30,6 +29,6 @@ void CheckedButton::OnCreate() {
   painter->Attach(this);
 }
 
-void CheckedButton::OnClick(ButtonEventArgs *) { Checked.Set(Checked.Get() == 0 ? 1 : 0); }
+void CheckedButton::OnClick() { Checked.Set(Checked.Get() == 0 ? 1 : 0); }
 
 } // namespace lumenor

@@ -25,9 +25,7 @@ protected:
   void OnCreate() override;
 
 private:
-  void OnClick(ButtonEventArgs *args);
-
-  std::shared_ptr<TypedEventListener<CheckedButton, ButtonEventArgs>> clickListener;
+  void OnClick();
 };
 
 } // namespace lumenor

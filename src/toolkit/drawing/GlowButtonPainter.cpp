@@ -44,8 +44,8 @@ GlowButtonPainter::GlowButtonPainter(RenderTargetPtr renderTarget, unsigned inse
                                      const std::wstring &imagePath, const ButtonLayout &layout,
                                      const std::wstring &programPath)
     : text(text), imagePath(imagePath), programPath(programPath), layout(layout), insetImage(insetImage),
-      renderTarget(std::move(renderTarget)), widthListener(MakeListener(this, &GlowButtonPainter::OnSizeChanged)),
-      heightListener(MakeListener(this, &GlowButtonPainter::OnSizeChanged)) {
+      renderTarget(std::move(renderTarget)),
+      sizeListener(MakeListener<PropertyChangeEventArgs<long>>(this, &GlowButtonPainter::Layout)) {
   if (imagePath.empty())
     LoadProgramImages();
   else
@@ -134,12 +134,12 @@ D2D1_RECT_F GlowButtonPainter::ImageRectangle(const D2D1_RECT_F &rect) const {
 
 void GlowButtonPainter::Attach(Button *newButton) {
   if (button != nullptr) {
-    button->Width.changed.RemoveListener(widthListener.get());
-    button->Height.changed.RemoveListener(heightListener.get());
+    button->Width.changed.RemoveListener(sizeListener.get());
+    button->Height.changed.RemoveListener(sizeListener.get());
   }
   IButtonPainter::Attach(newButton);
-  newButton->Width.changed.AddListener(widthListener.get());
-  newButton->Height.changed.AddListener(heightListener.get());
+  newButton->Width.changed.AddListener(sizeListener.get());
+  newButton->Height.changed.AddListener(sizeListener.get());
   Layout();
 }
 
@@ -147,7 +147,5 @@ void GlowButtonPainter::Layout() {
   normalText = MakeButtonLabel(renderTarget, text, layout, *button);
   hoverText = MakeButtonLabel(renderTarget, text, layout, *button);
 }
-
-void GlowButtonPainter::OnSizeChanged(PropertyChangeEventArgs<long> *) { Layout(); }
 
 } // namespace lumenor

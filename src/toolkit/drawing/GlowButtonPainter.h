@@ -46,7 +46,6 @@ protected:
 
 private:
   using BitmapPtr = Microsoft::WRL::ComPtr<ID2D1Bitmap>;
-  using SizeListener = TypedEventListener<GlowButtonPainter, PropertyChangeEventArgs<long>>;
 
   /// Which of the shaded pictures of a button.
   enum class Variant { Hover, Glow, Pressed };
@@ -64,7 +63,6 @@ private:
 
   D2D1_RECT_F ImageRectangle(const D2D1_RECT_F &rect) const;
   void DrawImage(ID2D1RenderTarget *target, ID2D1Bitmap *image, const D2D1_RECT_F &rect) const;
-  void OnSizeChanged(PropertyChangeEventArgs<long> *args);
 
   BitmapPtr normalImage;
   BitmapPtr hoverImage;
@@ -72,8 +70,7 @@ private:
   BitmapPtr pressedImage;
   std::shared_ptr<TextElement> normalText;
   std::shared_ptr<TextElement> hoverText;
-  std::shared_ptr<SizeListener> widthListener;
-  std::shared_ptr<SizeListener> heightListener;
+  ListenerPtr<PropertyChangeEventArgs<long>> sizeListener;
 };
 
 } // namespace lumenor

@@ -71,11 +71,12 @@ void ShowAbove(Button &button, bool isShown) {
 
 ScrollViewer::ScrollViewer(RenderTargetPtr renderTarget)
     : renderTarget(std::move(renderTarget)),
-      childDesiredWidthListener(MakeListener(this, &ScrollViewer::OnChildDesiredWidthChanged)),
+      childDesiredWidthListener(MakeListener<PropertyChangeEventArgs<long>>(this, &ScrollViewer::Layout)),
       childLeftListener(MakeListener(this, &ScrollViewer::OnChildLeftChanged)),
-      childVisibilityListener(MakeListener(this, &ScrollViewer::OnChildVisibilityChanged)),
-      leftClickListener(MakeListener(this, &ScrollViewer::OnLeftClick)),
-      rightClickListener(MakeListener(this, &ScrollViewer::OnRightClick)) {
+      childVisibilityListener(
+          MakeListener<PropertyChangeEventArgs<lumenor::Visibility>>(this, &ScrollViewer::UpdateButtons)),
+      leftClickListener(MakeListener<ButtonEventArgs>(this, &ScrollViewer::OnLeftClick)),
+      rightClickListener(MakeListener<ButtonEventArgs>(this, &ScrollViewer::OnRightClick)) {
   animation.Duration.Set(slideSeconds);
   animation.AccelerationRatio.Set(0.05F);
   animation.DecelerationRatio.Set(0.75F);
@@ -217,8 +218,6 @@ void ScrollViewer::EndSlide() {
     child->Left.Set(InsideLimits(*std::exchange(slideEnd, std::nullopt)));
 }
 
-void ScrollViewer::OnChildDesiredWidthChanged(PropertyChangeEventArgs<long> *) { Layout(); }
-
 /// Asks for the repaint itself: a short last step uncovers nothing but what an arrow lies over, and the platform then
 /// has no window to paint.
 void ScrollViewer::OnChildLeftChanged(PropertyChangeEventArgs<long> *args) {
@@ -228,10 +227,8 @@ void ScrollViewer::OnChildLeftChanged(PropertyChangeEventArgs<long> *args) {
   Invalidate();
 }
 
-void ScrollViewer::OnChildVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *) { UpdateButtons(); }
+void ScrollViewer::OnLeftClick() { Slide(scrollStep); }
 
-void ScrollViewer::OnLeftClick(ButtonEventArgs *) { Slide(scrollStep); }
-
-void ScrollViewer::OnRightClick(ButtonEventArgs *) { Slide(-scrollStep); }
+void ScrollViewer::OnRightClick() { Slide(-scrollStep); }
 
 } // namespace lumenor

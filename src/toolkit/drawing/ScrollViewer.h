@@ -59,21 +59,17 @@ private:
   void Slide(long distance);
   long InsideLimits(long left) const;
 
-  void OnChildDesiredWidthChanged(PropertyChangeEventArgs<long> *args);
   void OnChildLeftChanged(PropertyChangeEventArgs<long> *args);
-  void OnChildVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
-  void OnLeftClick(ButtonEventArgs *args);
-  void OnRightClick(ButtonEventArgs *args);
+  void OnLeftClick();
+  void OnRightClick();
 
   RenderTargetPtr renderTarget;
   LongAnimation animation;
   std::optional<long> slideEnd; // where the strip's Left goes; empty when no slide is under way
   ULONGLONG slideDeadline = 0;  // in ticks of GetTickCount64
-  std::shared_ptr<TypedEventListener<ScrollViewer, PropertyChangeEventArgs<long>>> childDesiredWidthListener,
-      childLeftListener;
-  std::shared_ptr<TypedEventListener<ScrollViewer, PropertyChangeEventArgs<lumenor::Visibility>>>
-      childVisibilityListener;
-  std::shared_ptr<TypedEventListener<ScrollViewer, ButtonEventArgs>> leftClickListener, rightClickListener;
+  ListenerPtr<PropertyChangeEventArgs<long>> childDesiredWidthListener, childLeftListener;
+  ListenerPtr<PropertyChangeEventArgs<lumenor::Visibility>> childVisibilityListener;
+  ListenerPtr<ButtonEventArgs> leftClickListener, rightClickListener;
 };
 
 } // namespace lumenor

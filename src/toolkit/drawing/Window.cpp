@@ -92,14 +92,10 @@ Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> Window::CreateTarget() {
 }
 
 Window::Window() : renderTarget(CreateTarget()) {
-  leftListener = MakeListener(this, &Window::ForwardLeft);
-  Left.changed.AddListener(leftListener.get());
-  topListener = MakeListener(this, &Window::ForwardTop);
-  Top.changed.AddListener(topListener.get());
-  visibilityListener = MakeListener(this, &Window::ForwardVisibility);
-  Visibility.changed.AddListener(visibilityListener.get());
-  opacityListener = MakeListener(this, &Window::ForwardOpacity);
-  Opacity.changed.AddListener(opacityListener.get());
+  subscriptions.Add(this, &Window::OnLeftChanged, Left.changed);
+  subscriptions.Add(this, &Window::OnTopChanged, Top.changed);
+  subscriptions.Add(this, &Window::OnVisibilityChanged, Visibility.changed);
+  subscriptions.Add(this, &Window::OnOpacityChanged, Opacity.changed);
   standingWindows.push_back(this);
 }
 
@@ -224,14 +220,6 @@ void Window::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *a
 }
 
 void Window::OnOpacityChanged() { Render(); }
-
-void Window::ForwardLeft(PropertyChangeEventArgs<long> *) { OnLeftChanged(); }
-
-void Window::ForwardTop(PropertyChangeEventArgs<long> *) { OnTopChanged(); }
-
-void Window::ForwardVisibility(PropertyChangeEventArgs<lumenor::Visibility> *args) { OnVisibilityChanged(args); }
-
-void Window::ForwardOpacity(PropertyChangeEventArgs<unsigned char> *) { OnOpacityChanged(); }
 
 void Window::Show() {
   if (Visibility.Get() == lumenor::Visibility::Visible)

@@ -126,17 +126,10 @@ private:
   void MoveWithFrame();
   void RenderOnce();
   void Draw(HDC target, const RECT &area);
-  void ForwardLeft(PropertyChangeEventArgs<long> *args);
-  void ForwardTop(PropertyChangeEventArgs<long> *args);
-  void ForwardVisibility(PropertyChangeEventArgs<lumenor::Visibility> *args);
-  void ForwardOpacity(PropertyChangeEventArgs<unsigned char> *args);
 
   int paintPending = 0;
   bool rendering = false;
   int repaintHolds = 0;
-  std::shared_ptr<TypedEventListener<Window, PropertyChangeEventArgs<long>>> leftListener, topListener;
-  std::shared_ptr<TypedEventListener<Window, PropertyChangeEventArgs<lumenor::Visibility>>> visibilityListener;
-  std::shared_ptr<TypedEventListener<Window, PropertyChangeEventArgs<unsigned char>>> opacityListener;
 };
 
 template <typename Owner, std::size_t count> BOOL Window::RunHandler(const MessageRow<Owner> (&rows)[count],

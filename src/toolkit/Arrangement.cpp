@@ -4,52 +4,54 @@
 
 namespace lumenor {
 
-void ArrangeHorizontally(UIElement &child, long offset, long available) {
-  const Margin margin = child.Margin.Get();
-  const long room = available - margin.right - margin.left - offset;
-  const long width = std::min(child.DesiredWidth.Get(), room);
-  switch (child.HorizontalAlignment.Get()) {
+long Axis::MarginBefore(const UIElement &element) const {
+  const Margin &margin = element.Margin.Get();
+  return isHorizontal ? margin.left : margin.top;
+}
+
+long Axis::MarginAfter(const UIElement &element) const {
+  const Margin &margin = element.Margin.Get();
+  return isHorizontal ? margin.right : margin.bottom;
+}
+
+long Axis::DesiredExtent(UIElement &element) const {
+  return MarginBefore(element) + DesiredSize(element).Get() + MarginAfter(element);
+}
+
+void Axis::Place(UIElement &element, long position, long size) const {
+  Position(element).Set(position);
+  Size(element).Set(size);
+}
+
+/// The vertical alignments have the numbers of the horizontal ones.
+HorizontalAlignment Axis::AlignmentOf(const UIElement &element) const {
+  return isHorizontal ? element.HorizontalAlignment.Get()
+                      : static_cast<HorizontalAlignment>(element.VerticalAlignment.Get());
+}
+
+void Axis::Arrange(UIElement &child, long offset, long available) const {
+  const long before = MarginBefore(child);
+  const long after = MarginAfter(child);
+  const long room = available - after - before - offset;
+  const long size = std::min(DesiredSize(child).Get(), room);
+  switch (AlignmentOf(child)) {
   case HorizontalAlignment::Stretch:
-    child.Left.Set(margin.left + offset);
-    child.Width.Set(room);
-    break;
+    return Place(child, before + offset, room);
   case HorizontalAlignment::Left:
-    child.Left.Set(margin.left + offset);
-    child.Width.Set(width);
-    break;
+    return Place(child, before + offset, size);
   case HorizontalAlignment::Center:
-    child.Left.Set(offset + (room - width) / 2);
-    child.Width.Set(width);
-    break;
+    return Place(child, offset + (room - size) / 2, size);
   case HorizontalAlignment::Right:
-    child.Left.Set(available - width - margin.right);
-    child.Width.Set(width);
-    break;
+    return Place(child, available - size - after, size);
   }
 }
 
+void ArrangeHorizontally(UIElement &child, long offset, long available) {
+  Axis(Orientation::Horizontal).Arrange(child, offset, available);
+}
+
 void ArrangeVertically(UIElement &child, long offset, long available) {
-  const Margin margin = child.Margin.Get();
-  const long room = available - margin.bottom - margin.top - offset;
-  const long height = std::min(child.DesiredHeight.Get(), room);
-  switch (child.VerticalAlignment.Get()) {
-  case VerticalAlignment::Stretch:
-    child.Top.Set(margin.top + offset);
-    child.Height.Set(room);
-    break;
-  case VerticalAlignment::Top:
-    child.Top.Set(margin.top + offset);
-    child.Height.Set(height);
-    break;
-  case VerticalAlignment::Center:
-    child.Top.Set(offset + (room - height) / 2);
-    child.Height.Set(height);
-    break;
-  case VerticalAlignment::Bottom:
-    child.Top.Set(available - height - margin.bottom);
-    child.Height.Set(height);
-    break;
-  }
+  Axis(Orientation::Vertical).Arrange(child, offset, available);
 }
 
 } // namespace lumenor

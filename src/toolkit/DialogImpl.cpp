@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "system/Instance.h"
+#include "system/ScopeExit.h"
 #include "system/WindowException.h"
 
 namespace lumenor {
@@ -12,37 +13,14 @@ namespace {
 /// The object whose window this thread is making and that has seen no message yet. One for each thread, so no lock.
 thread_local CDialog *startingDialog = nullptr;
 
-/// Announces the object to the start-up procedure; takes it back when no message came.
-class DialogStart {
-public:
-  explicit DialogStart(CDialog *object) : former(std::exchange(startingDialog, object)) {}
-  ~DialogStart() { startingDialog = former; }
-  DialogStart(const DialogStart &) = delete;
-  DialogStart &operator=(const DialogStart &) = delete;
-
-private:
-  CDialog *former;
-};
-
 /// The platform disables the owner of a modal dialog and may enable it at EndDialog only. A dialog that is destroyed
-/// instead, when it is closed or has failed, must not leave its owner dead behind it.
-class EnabledOwner {
-public:
-  explicit EnabledOwner(HWND parentWindow)
-      : owner(::GetAncestor(parentWindow, GA_ROOT)), wasEnabled(::IsWindowEnabled(owner) != FALSE) {}
-  ~EnabledOwner() {
-    if (!wasEnabled || ::IsWindowEnabled(owner))
-      return;
-    ::EnableWindow(owner, TRUE);
-    ::SetActiveWindow(owner);
-  }
-  EnabledOwner(const EnabledOwner &) = delete;
-  EnabledOwner &operator=(const EnabledOwner &) = delete;
-
-private:
-  HWND owner;
-  bool wasEnabled;
-};
+/// instead, when it is closed or has failed, must not leave its owner disabled.
+void EnableAgain(HWND owner) {
+  if (::IsWindowEnabled(owner))
+    return;
+  ::EnableWindow(owner, TRUE);
+  ::SetActiveWindow(owner);
+}
 
 /// Whether a dialog procedure's answer to `message` is its return value itself.
 bool AnswersDirectly(UINT message) {
@@ -52,16 +30,9 @@ bool AnswersDirectly(UINT message) {
   case WM_VKEYTOITEM:
   case WM_CHARTOITEM:
   case WM_QUERYDRAGICON:
-  case WM_CTLCOLORMSGBOX:
-  case WM_CTLCOLOREDIT:
-  case WM_CTLCOLORLISTBOX:
-  case WM_CTLCOLORBTN:
-  case WM_CTLCOLORDLG:
-  case WM_CTLCOLORSCROLLBAR:
-  case WM_CTLCOLORSTATIC:
     return true;
   default:
-    return false;
+    return AsksForControlColor(message);
   }
 }
 
@@ -107,7 +78,7 @@ DLGPROC CDialog::GetDialogProc() { return DialogProcedure; }
 
 HWND CreateDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
   const WindowExceptionScope ownFailures;
-  const DialogStart start(object);
+  const ScopedValue start(startingDialog, object);
   const HWND window =
       ::CreateDialogParamW(instanceHandle, MAKEINTRESOURCEW(dialogId), parentWindow, StartDialogProcedure, 0);
   RethrowWindowException();
@@ -116,8 +87,12 @@ HWND CreateDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
 
 INT_PTR RunDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
   const WindowExceptionScope ownFailures;
-  const EnabledOwner owner(parentWindow);
-  const DialogStart start(object);
+  const HWND owner = ::GetAncestor(parentWindow, GA_ROOT);
+  const ScopeExit enabling([owner, wasEnabled = ::IsWindowEnabled(owner)] {
+    if (wasEnabled)
+      EnableAgain(owner);
+  });
+  const ScopedValue start(startingDialog, object);
   const INT_PTR answer =
       ::DialogBoxParamW(instanceHandle, MAKEINTRESOURCEW(dialogId), parentWindow, StartDialogProcedure, 0);
   RethrowWindowException();

@@ -2,49 +2,34 @@
 
 #include <algorithm>
 
+#include "system/ScopeExit.h"
 #include "toolkit/Arrangement.h"
 
 namespace lumenor {
 
-/// What the passes of one layout have left of the panel, and the largest size they met across the docked edges.
-struct DockPanel::Room {
-  long width, height;
-  long top = 0, bottom = height;
-  long left = 0, right = width;
-  long largestWidth = 0, largestHeight = 0;
+/// What the passes of one layout have left of the panel along `axis`, and the most that the children which don't stand
+/// one after the other there ask for.
+struct DockPanel::Span {
+  Axis axis;
+  long size;
+  long start = 0, end = size;
+  long largest = 0;
 
-  void MeetWidth(const UIElement &child) {
-    const lumenor::Margin margin = child.Margin.Get();
-    largestWidth = std::max(largestWidth, margin.left + child.DesiredWidth.Get() + margin.right);
+  void SetDesired(UIElement &panel) const { axis.DesiredSize(panel).Set(largest - end + start + size); }
+  void Arrange(UIElement &child) const { axis.Arrange(child, start, end); }
+  void Include(UIElement &child) { largest = std::max(largest, axis.DesiredExtent(child)); }
+  void Place(UIElement &child, long at) const {
+    axis.Place(child, axis.MarginBefore(child) + at, axis.DesiredSize(child).Get());
   }
-  void MeetHeight(const UIElement &child) {
-    const lumenor::Margin margin = child.Margin.Get();
-    largestHeight = std::max(largestHeight, margin.top + child.DesiredHeight.Get() + margin.bottom);
+  void Fill(UIElement &child) const {
+    const long position = axis.MarginBefore(child) + start;
+    axis.Place(child, position, end - axis.MarginAfter(child) - position);
   }
 };
-
-namespace {
-
-/// Raises a count for as long as it lives.
-class RaisedCount {
-public:
-  explicit RaisedCount(int &count) : count(count) { ++count; }
-  ~RaisedCount() {
-    if (count > 0)
-      --count;
-  }
-  RaisedCount(const RaisedCount &) = delete;
-  RaisedCount &operator=(const RaisedCount &) = delete;
-
-private:
-  int &count;
-};
-
-} // namespace
 
 template <typename Change> void DockPanel::ChangeChildren(Change change) {
   {
-    const RaisedCount suspended(layoutSuspendCount);
+    const ScopedValue suspended(layoutSuspendCount, layoutSuspendCount + 1);
     change();
   }
   Layout();
@@ -93,70 +78,47 @@ Dock DockPanel::GetDock(UIElement *child) {
 void DockPanel::Layout() {
   if (IsLayoutSuspended())
     return;
-  Room room{Width.Get(), Height.Get()};
-  LayOutTop(room);
-  LayOutBottom(room);
-  LayOutLeft(room);
-  LayOutRight(room);
-  LayOutFill(room);
-  DesiredWidth.Set(room.largestWidth - room.right + room.left + room.width);
-  DesiredHeight.Set(room.largestHeight - room.bottom + room.top + room.height);
+  Span width{Axis(Orientation::Horizontal), Width.Get()};
+  Span height{Axis(Orientation::Vertical), Height.Get()};
+  LayOutStart(Dock::Top, height, width);
+  LayOutEnd(Dock::Bottom, height, width);
+  LayOutStart(Dock::Left, width, height);
+  LayOutEnd(Dock::Right, width, height);
+  LayOutFill(width, height);
+  width.SetDesired(*this);
+  height.SetDesired(*this);
 }
 
 template <typename Place> void DockPanel::ForEachDocked(Dock dock, Place place) {
   for (UIElement *child : children)
     if (child->Visibility.Get() != lumenor::Visibility::Collapsed && GetDock(child) == dock)
-      place(*child, child->Margin.Get());
+      place(*child);
 }
 
-void DockPanel::LayOutTop(Room &room) {
-  ForEachDocked(Dock::Top, [&](UIElement &child, const lumenor::Margin &margin) {
-    ArrangeHorizontally(child, 0, room.width);
-    child.Top.Set(margin.top + room.top);
-    child.Height.Set(child.DesiredHeight.Get());
-    room.top += margin.bottom + margin.top + child.DesiredHeight.Get();
-    room.MeetWidth(child);
+void DockPanel::LayOutStart(Dock dock, Span &span, Span &across) {
+  ForEachDocked(dock, [&](UIElement &child) {
+    across.Arrange(child);
+    span.Place(child, span.start);
+    span.start += span.axis.DesiredExtent(child);
+    across.Include(child);
   });
 }
 
-void DockPanel::LayOutBottom(Room &room) {
-  ForEachDocked(Dock::Bottom, [&](UIElement &child, const lumenor::Margin &margin) {
-    ArrangeHorizontally(child, 0, room.width);
-    room.bottom -= margin.bottom + margin.top + child.DesiredHeight.Get();
-    child.Top.Set(margin.top + room.bottom);
-    child.Height.Set(child.DesiredHeight.Get());
-    room.MeetWidth(child);
+void DockPanel::LayOutEnd(Dock dock, Span &span, Span &across) {
+  ForEachDocked(dock, [&](UIElement &child) {
+    across.Arrange(child);
+    span.end -= span.axis.DesiredExtent(child);
+    span.Place(child, span.end);
+    across.Include(child);
   });
 }
 
-void DockPanel::LayOutLeft(Room &room) {
-  ForEachDocked(Dock::Left, [&](UIElement &child, const lumenor::Margin &margin) {
-    ArrangeVertically(child, room.top, room.bottom);
-    child.Left.Set(room.left + margin.left);
-    child.Width.Set(child.DesiredWidth.Get());
-    room.left += margin.left + margin.right + child.DesiredWidth.Get();
-    room.MeetHeight(child);
-  });
-}
-
-void DockPanel::LayOutRight(Room &room) {
-  ForEachDocked(Dock::Right, [&](UIElement &child, const lumenor::Margin &margin) {
-    ArrangeVertically(child, room.top, room.bottom);
-    room.right -= margin.left + margin.right + child.DesiredWidth.Get();
-    child.Left.Set(margin.left + room.right);
-    child.Width.Set(child.DesiredWidth.Get());
-    room.MeetHeight(child);
-  });
-}
-
-void DockPanel::LayOutFill(Room &room) {
-  ForEachDocked(Dock::Fill, [&](UIElement &child, const lumenor::Margin &margin) {
-    child.Left.Set(margin.left + room.left);
-    child.Width.Set(room.right - margin.right - margin.left - room.left);
-    child.Top.Set(margin.top + room.top);
-    child.Height.Set(room.bottom - margin.bottom - margin.top - room.top);
-    room.MeetWidth(child);
-    room.MeetHeight(child);
+void DockPanel::LayOutFill(Span &width, Span &height) {
+  ForEachDocked(Dock::Fill, [&](UIElement &child) {
+    width.Fill(child);
+    height.Fill(child);
+    width.Include(child);
+    height.Include(child);
   });
 }
 

@@ -17,22 +17,21 @@ public:
   /// Places every child that isn't collapsed and publishes what the docked ones take up plus the largest of the others.
   void Layout() override;
 
-  /// Docks `child` from the next layout on, which the caller runs; a stranger is ignored. A child that joins is set to
-  /// Fill. Docks belong to places in the list: they don't follow a child that is moved, or one behind an insertion.
+  /// Docks `child` from the next layout on, which the caller runs; an element that isn't a child is ignored.
+  /// A new child is set to Fill. Docks belong to places in the list: they don't follow a child that is moved, or one
+  /// behind an insertion.
   void SetDock(UIElement *child, Dock dock);
 
-  /// The dock of `child`; Fill for a stranger.
+  /// The dock of `child`; Fill for an element that isn't one.
   Dock GetDock(UIElement *child);
 
 private:
-  struct Room; // what the passes of one layout have left
+  struct Span; // what the passes of one layout have left along an axis
 
   void AppendDockFor(UIElement *child);
-  void LayOutTop(Room &room);
-  void LayOutBottom(Room &room);
-  void LayOutLeft(Room &room);
-  void LayOutRight(Room &room);
-  void LayOutFill(Room &room);
+  void LayOutStart(Dock dock, Span &span, Span &across);
+  void LayOutEnd(Dock dock, Span &span, Span &across);
+  void LayOutFill(Span &width, Span &height);
   template <typename Place> void ForEachDocked(Dock dock, Place place);
   template <typename Change> void ChangeChildren(Change change);
 

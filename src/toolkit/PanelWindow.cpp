@@ -35,13 +35,4 @@ BOOL ProcessPanelMessage(UIElement &panel, UINT message, WPARAM wParam, LPARAM l
   }
 }
 
-void MovePanelWindow(UIElement &panel) {
-  ::SetWindowPos(panel.GetHandle(), nullptr, panel.Left.Get(), panel.Top.Get(), panel.Width.Get(), panel.Height.Get(),
-                 SWP_FRAMECHANGED);
-}
-
-bool HasParentWindow(const UIElement &panel) {
-  return panel.parent != nullptr && ::IsWindow(panel.parent->GetHandle());
-}
-
 } // namespace lumenor

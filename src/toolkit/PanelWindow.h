@@ -1,10 +1,9 @@
 #pragma once
-// What makes a container a real child window. The window shows nothing: it is there for the platform to find what lies
-// under the cursor, and to be the parent of its children's windows. User-interface thread.
+// What makes a container a real child window. User-interface thread.
 
 #include "system/Windows.h"
 #include "toolkit/Container.h"
-#include "toolkit/WindowImpl.h"
+#include "toolkit/WindowedElement.h"
 
 namespace lumenor {
 
@@ -14,27 +13,9 @@ using PanelTraits = CWinTraits<WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0>;
 /// it passes the job up to the root. WM_COMMAND is posted back to the control that sent it.
 BOOL ProcessPanelMessage(UIElement &panel, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result);
 
-/// Moves a panel's window to the element's rectangle, on top of its siblings.
-void MovePanelWindow(UIElement &panel);
-
-/// Whether `panel` stands under an element that has a window, which a window of its own needs.
-bool HasParentWindow(const UIElement &panel);
-
-/// The container `Panel` with its window, which lives from OnAttached to OnDetached.
-template <typename Panel> class PanelWindow : public Container, public CWindowImpl<Panel, CWindow, PanelTraits> {
+/// The container `Panel` with its window.
+template <typename Panel> class PanelWindow : public WindowedElement<Panel, Container, PanelTraits> {
 public:
-  HWND GetHandle() override { return this->handle; }
-
-  void OnAttached() override {
-    if (HasParentWindow(*this))
-      this->Create(parent->GetHandle());
-  }
-
-  void OnDetached() override {
-    if (::IsWindow(this->handle))
-      ::DestroyWindow(this->handle);
-  }
-
   void OnLeftChanged() override { MoveAndLayOut(); }
   void OnTopChanged() override { MoveAndLayOut(); }
   void OnWidthChanged() override { MoveAndLayOut(); }
@@ -46,7 +27,7 @@ public:
 
 private:
   void MoveAndLayOut() {
-    MovePanelWindow(*this);
+    MoveElementWindow(*this);
     this->Layout();
   }
 };

@@ -9,38 +9,19 @@ StackPanel::StackPanel() { subscriptions.Add(this, &StackPanel::Layout, Orientat
 void StackPanel::Layout() {
   if (IsLayoutSuspended())
     return;
-  if (Orientation.Get() == lumenor::Orientation::Horizontal)
-    LayOutHorizontally();
-  else
-    LayOutVertically();
-}
-
-void StackPanel::LayOutHorizontally() {
+  const Axis axis(Orientation.Get());
+  const Axis across = axis.Across();
   long offset = 0;
   for (UIElement *child : children) {
     if (child->Visibility.Get() == lumenor::Visibility::Collapsed)
       continue;
-    const lumenor::Margin margin = child->Margin.Get();
-    child->Left.Set(margin.left + offset);
-    child->Width.Set(child->DesiredWidth.Get());
-    ArrangeVertically(*child, 0, Height.Get());
-    offset += child->Width.Get() + margin.right + margin.left;
+    const long before = axis.MarginBefore(*child);
+    const long after = axis.MarginAfter(*child);
+    axis.Place(*child, before + offset, axis.DesiredSize(*child).Get());
+    across.Arrange(*child, 0, across.Size(*this).Get());
+    offset += axis.Size(*child).Get() + after + before;
   }
-  DesiredWidth.Set(offset);
-}
-
-void StackPanel::LayOutVertically() {
-  long offset = 0;
-  for (UIElement *child : children) {
-    if (child->Visibility.Get() == lumenor::Visibility::Collapsed)
-      continue;
-    const lumenor::Margin margin = child->Margin.Get();
-    child->Top.Set(margin.top + offset);
-    child->Height.Set(child->DesiredHeight.Get());
-    ArrangeHorizontally(*child, 0, Width.Get());
-    offset += child->Height.Get() + margin.bottom + margin.top;
-  }
-  DesiredHeight.Set(offset);
+  axis.DesiredSize(*this).Set(offset);
 }
 
 } // namespace lumenor

@@ -14,10 +14,6 @@ public:
   /// Places every child that isn't collapsed and publishes the length of the row as the desired size along it; the one
   /// across isn't written. The panel's own length is ignored, so children may overflow.
   void Layout() override;
-
-private:
-  void LayOutHorizontally();
-  void LayOutVertically();
 };
 
 } // namespace lumenor

@@ -78,31 +78,16 @@ TextBox::TextBox(RenderTargetPtr renderTarget, int controlId)
       highlightBrush(CreateBrush(this->renderTarget.Get(), ::GetSysColor(COLOR_HIGHLIGHT))),
       highlightTextBrush(CreateBrush(this->renderTarget.Get(), ::GetSysColor(COLOR_HIGHLIGHTTEXT))),
       caretBrush(CreateBrush(this->renderTarget.Get(), RGB(255, 255, 255))) {
-  subscriptions.Add(this, &TextBox::OnGeometryChanged, Left.changed, Top.changed, Width.changed, Height.changed);
-  subscriptions.Add(this, &TextBox::OnVisibilityChanged, Visibility.changed);
   subscriptions.Add(this, &TextBox::SendCueBanner, WatermarkText.changed, WatermarkShownOnFocus.changed);
 }
 
 TextBox::~TextBox() = default;
 
-HWND TextBox::GetHandle() { return handle; }
-
-void TextBox::OnAttached() {
-  if (parent == nullptr)
-    return;
-  const HWND parentWindow = parent->GetHandle();
+void TextBox::MakeWindow(HWND parentWindow) {
   const RECT bounds = GetBounds();
-  if (::IsWindow(parentWindow)) {
-    LoadCommonControls();
-    Create(parentWindow, &bounds, nullptr, static_cast<UINT_PTR>(controlId));
-    SetMargins();
-  }
-  SetBounds(&bounds);
-}
-
-void TextBox::OnDetached() {
-  if (::IsWindow(handle))
-    ::DestroyWindow(handle);
+  LoadCommonControls();
+  Create(parentWindow, &bounds, nullptr, static_cast<UINT_PTR>(controlId));
+  SetMargins();
 }
 
 void TextBox::ApplySystemFont() {
@@ -165,16 +150,8 @@ BOOL TextBox::OnPaint(LRESULT &result) {
   return FALSE;
 }
 
-// The coordinates are taken as unsigned, as those of a button are.
-BOOL TextBox::OnMove(LPARAM position) {
-  Left.Set(LOWORD(position));
-  Top.Set(HIWORD(position));
-  return FALSE;
-}
-
 BOOL TextBox::OnSize(LPARAM size) {
-  Width.Set(LOWORD(size));
-  Height.Set(HIWORD(size));
+  WindowControl::OnSize(size);
   RebuildElements();
   return FALSE;
 }
@@ -353,16 +330,6 @@ void TextBox::PaintCaret(ID2D1RenderTarget *target, const D2D1_RECT_F &rect) con
   const D2D1_RECT_F line{left, top, left + static_cast<float>(caretWidth),
                          rect.top + static_cast<float>(caret->bottom)};
   target->FillRectangle(&line, caretBrush.Get());
-}
-
-void TextBox::OnGeometryChanged() {
-  if (::IsWindow(handle))
-    ::SetWindowPos(handle, nullptr, Left.Get(), Top.Get(), Width.Get(), Height.Get(), SWP_FRAMECHANGED);
-}
-
-void TextBox::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) {
-  if (::IsWindow(handle))
-    ::ShowWindow(handle, args->newValue == lumenor::Visibility::Visible ? SW_SHOW : SW_HIDE);
 }
 
 } // namespace lumenor

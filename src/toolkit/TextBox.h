@@ -8,11 +8,9 @@
 
 #include "system/Handles.h"
 #include "system/Windows.h"
-#include "toolkit/Control.h"
 #include "toolkit/Event.h"
-#include "toolkit/Geometry.h"
 #include "toolkit/Property.h"
-#include "toolkit/WindowImpl.h"
+#include "toolkit/WindowedElement.h"
 
 namespace lumenor {
 
@@ -25,9 +23,8 @@ struct TextBoxEventArgs {
   TextBox *sender = nullptr;
 };
 
-class TextBox
-    : public CWindowImpl<TextBox, CWindow, CWinTraits<WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0>>,
-      public Control {
+class TextBox : public WindowedElement<TextBox, WindowControl,
+                                       CWinTraits<WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0>> {
 public:
   /// `controlId` is the id that the window is made with. Makes the brushes, but no window; that comes with OnAttached.
   /// Raises HResultError.
@@ -59,9 +56,6 @@ public:
   void ApplySystemFont();
 
   void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
-  HWND GetHandle() override;
-  void OnAttached() override;
-  void OnDetached() override;
 
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                             DWORD mapId = 0) override;
@@ -77,10 +71,11 @@ protected:
   /// The caret's phase: 1 while it is shown.
   int caretVisible = 0;
 
+  void MakeWindow(HWND parentWindow) override;
+  BOOL OnSize(LPARAM size) override;
+
 private:
   BOOL OnPaint(LRESULT &result);
-  BOOL OnMove(LPARAM position);
-  BOOL OnSize(LPARAM size);
   BOOL OnInput();
   BOOL OnKeyDown();
   BOOL OnSetFocus();
@@ -101,9 +96,6 @@ private:
   void PaintWatermark(const RenderTargetPtr &target, const D2D1_RECT_F &rect);
   void PaintCaret(ID2D1RenderTarget *target, const D2D1_RECT_F &rect) const;
   std::wstring ReadCueBanner() const;
-  void OnGeometryChanged();
-  void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
-
   RenderTargetPtr renderTarget;
   int controlId;
   FontHandle font;

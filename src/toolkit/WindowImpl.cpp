@@ -118,13 +118,6 @@ HWND NotifyingControl(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   case WM_VSCROLL:
   case WM_VKEYTOITEM:
   case WM_CHARTOITEM:
-  case WM_CTLCOLORMSGBOX:
-  case WM_CTLCOLOREDIT:
-  case WM_CTLCOLORLISTBOX:
-  case WM_CTLCOLORBTN:
-  case WM_CTLCOLORDLG:
-  case WM_CTLCOLORSCROLLBAR:
-  case WM_CTLCOLORSTATIC:
     return reinterpret_cast<HWND>(lParam);
   case WM_NOTIFY:
     return reinterpret_cast<const NMHDR *>(lParam)->hwndFrom;
@@ -141,7 +134,7 @@ HWND NotifyingControl(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   case WM_DELETEITEM:
     return reinterpret_cast<const DELETEITEMSTRUCT *>(lParam)->hwndItem;
   default:
-    return nullptr;
+    return AsksForControlColor(message) ? reinterpret_cast<HWND>(lParam) : nullptr;
   }
 }
 
@@ -170,6 +163,8 @@ HWND CreateObjectWindow(CWindow *object, const wchar_t *superClassName, DWORD st
   RethrowWindowException();
   return window;
 }
+
+bool AsksForControlColor(UINT message) { return message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC; }
 
 LRESULT ReflectNotifications(HWND window, UINT message, WPARAM wParam, LPARAM lParam, BOOL &handled) {
   const HWND control = NotifyingControl(window, message, wParam, lParam);

@@ -65,6 +65,9 @@ public:
 /// there was such a control, and then returns its answer.
 LRESULT ReflectNotifications(HWND window, UINT message, WPARAM wParam, LPARAM lParam, BOOL &handled);
 
+/// Whether `message` is one of the WM_CTLCOLOR... messages, whose numbers follow each other.
+bool AsksForControlColor(UINT message);
+
 /// What is added to the number of a reflected message.
 constexpr UINT reflectedMessageBase = 0x2000;
 

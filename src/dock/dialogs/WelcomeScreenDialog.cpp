@@ -131,19 +131,10 @@ WelcomeScreenDialog::FeatureRow WelcomeScreenDialog::MakeFeatureRow(int number) 
 /// The platform closes a window in ways of its own, such as Alt+F4, which would pass over the settings.
 BOOL WelcomeScreenDialog::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                                                DWORD mapId) {
-  if (mapId != 0)
-    return FALSE;
-  if (message == WM_CLOSE) {
-    result = 0;
-    return TRUE;
-  }
-  if (Window::ProcessWindowMessage(window, message, wParam, lParam, result))
-    return TRUE;
-  BOOL handled = FALSE;
-  const LRESULT answer = ReflectNotifications(handle, message, wParam, lParam, handled);
-  if (handled)
-    result = answer;
-  return handled;
+  if (mapId != 0 || message != WM_CLOSE)
+    return Window::ProcessWindowMessage(window, message, wParam, lParam, result, mapId);
+  result = 0;
+  return TRUE;
 }
 
 void WelcomeScreenDialog::InitializeComponent() {

@@ -9,6 +9,7 @@
 #include "dock/flyouts/PainterPicture.h"
 #include "resources/resource.h"
 #include "system/Guard.h"
+#include "system/ScopeExit.h"
 #include "toolkit/BackPlate.h"
 #include "toolkit/drawing/BackgroundHighlightButtonPainter.h"
 #include "toolkit/drawing/ButtonLayout.h"
@@ -43,18 +44,6 @@ ButtonLayout RowLayout() {
   layout.textLeft = ScaleX(42);
   return layout;
 }
-
-/// Says that something is under way, the click of a row or the making of all of them, until that ends in whatever way.
-class ActivityMark {
-public:
-  explicit ActivityMark(int &count) : count(count) { ++count; }
-  ~ActivityMark() { --count; }
-  ActivityMark(const ActivityMark &) = delete;
-  ActivityMark &operator=(const ActivityMark &) = delete;
-
-private:
-  int &count;
-};
 
 } // namespace
 
@@ -106,9 +95,9 @@ void FlyoutWindow::InitializeComponent() {
 /// date: they are made once more, behind those that are under way and not amid them.
 void FlyoutWindow::CreateItems() {
   itemsAreCurrent = false;
-  if (makingsUnderWay != 0)
+  if (isMakingItems)
     return;
-  const ActivityMark mark(makingsUnderWay);
+  const ScopedValue making(isMakingItems, true);
   while (!std::exchange(itemsAreCurrent, true)) {
     MakeItems(ElementList(elements));
     FitToItems();
@@ -118,7 +107,7 @@ void FlyoutWindow::CreateItems() {
 void FlyoutWindow::MakeItems(const ElementList &shown) {
   for (const std::shared_ptr<DockButton> &item : items)
     list->RemoveChild(item.get());
-  items.clear();
+  replacedItems = std::exchange(items, {});
   const ButtonLayout layout = RowLayout();
   for (const Element &element : shown)
     AddItem(element, layout);
@@ -247,15 +236,9 @@ void FlyoutWindow::HideWindow() {
 }
 
 void FlyoutWindow::OnItemClick(ButtonEventArgs *args) {
-  const auto row = std::find_if(items.begin(), items.end(),
-                                [&](const std::shared_ptr<DockButton> &item) { return item.get() == args->sender; });
-  if (row == items.end())
+  if (args->sender == nullptr)
     return;
-  if (clicksUnderWay == 0)
-    clickedItems.clear();
-  clickedItems.push_back(*row);
-  const ActivityMark mark(clicksUnderWay);
-  const Element chosen = (*row)->GetElement();
+  const Element chosen = static_cast<DockButton *>(args->sender)->GetElement(); // a copy: the rows may be made anew
   HideWindow();
   OnItemChosen(chosen);
 }

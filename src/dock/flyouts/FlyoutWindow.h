@@ -81,11 +81,9 @@ private:
   void DestroyItemWindows();
   void OnItemClick(ButtonEventArgs *args);
 
-  /// The rows that were clicked last: one, and those that were chosen within its click, behind a dialog that the choice
-  /// had opened. They outlive their clicks, though the rows may be made anew meanwhile.
-  std::vector<std::shared_ptr<DockButton>> clickedItems;
-  int clicksUnderWay = 0;
-  int makingsUnderWay = 0;
+  /// The rows before the last making, which a message to one of them may have led to.
+  std::vector<std::shared_ptr<DockButton>> replacedItems;
+  bool isMakingItems = false;
   bool itemsAreCurrent = false;
   std::shared_ptr<DockPanel> rootPanel;
   std::shared_ptr<StackPanel> list;

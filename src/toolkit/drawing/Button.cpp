@@ -15,8 +15,6 @@ static_assert(sizeof(TOOLINFOW) == 72);
 
 Button::Button(std::shared_ptr<IButtonPainter> painter) : painter(std::move(painter)) {
   subscriptions.Add(this, &Button::OnStateChanged, IsMouseOver.changed, IsPressed.changed);
-  subscriptions.Add(this, &Button::OnGeometryChanged, Left.changed, Top.changed, Width.changed, Height.changed);
-  subscriptions.Add(this, &Button::OnVisibilityChanged, Visibility.changed);
   subscriptions.Add(this, &Button::Invalidate, Opacity.changed);
   subscriptions.Add(this, &Button::BuildToolTip, Name.changed);
 }
@@ -34,23 +32,9 @@ void Button::Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) {
     painter->Paint(std::move(renderTarget), rect);
 }
 
-HWND Button::GetHandle() { return handle; }
-
 void Button::OnAttached() {
-  if (parent == nullptr)
-    return;
-  const HWND parentWindow = parent->GetHandle();
-  // Noted before the window exists: its first WM_SIZE and WM_MOVE set all four to 0.
-  const RECT bounds = GetBounds();
-  if (::IsWindow(parentWindow))
-    Create(parentWindow);
-  SetBounds(&bounds);
+  WindowedElement::OnAttached();
   BuildToolTip();
-}
-
-void Button::OnDetached() {
-  if (::IsWindow(handle))
-    ::DestroyWindow(handle);
 }
 
 BOOL Button::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD mapId) {
@@ -150,24 +134,11 @@ BOOL Button::FinishStateMessage(LRESULT &result) {
   return FALSE;
 }
 
-// The coordinates are taken as unsigned: a window at a negative offset reads a large positive one. Callers keep
-// children at offsets that aren't negative.
-BOOL Button::OnMove(LPARAM position) {
-  Left.Set(LOWORD(position));
-  Top.Set(HIWORD(position));
-  return FALSE;
-}
-
-BOOL Button::OnSize(LPARAM size) {
-  Width.Set(LOWORD(size));
-  Height.Set(HIWORD(size));
-  return FALSE;
-}
-
 // The parent panel has posted the notification back to this window. Commands of others end here.
 BOOL Button::OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result) {
   result = 0;
   if (reinterpret_cast<HWND>(lParam) == handle && HIWORD(wParam) == BN_CLICKED) {
+    const std::shared_ptr<Button> alive = weak_from_this().lock(); // null for one that isn't shared
     ButtonEventArgs args{this};
     Click.Fire(&args);
   }
@@ -181,16 +152,6 @@ void Button::InvalidateWindow(BOOL erase) {
 }
 
 void Button::OnStateChanged() { InvalidateWindow(TRUE); }
-
-void Button::OnGeometryChanged() {
-  if (::IsWindow(handle))
-    ::SetWindowPos(handle, nullptr, Left.Get(), Top.Get(), Width.Get(), Height.Get(), SWP_FRAMECHANGED);
-}
-
-void Button::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) {
-  if (::IsWindow(handle))
-    ::ShowWindow(handle, args->newValue == lumenor::Visibility::Visible ? SW_SHOW : SW_HIDE);
-}
 
 // A button that has no window yet is no tool to point at: its tip is built when it is attached. A tip for each name
 // that a button is given before that would be a window made in vain, which costs a start more than the button's own.

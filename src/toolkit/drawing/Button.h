@@ -9,11 +9,9 @@
 
 #include "system/Handles.h"
 #include "system/Windows.h"
-#include "toolkit/Control.h"
 #include "toolkit/Event.h"
-#include "toolkit/Geometry.h"
 #include "toolkit/Property.h"
-#include "toolkit/WindowImpl.h"
+#include "toolkit/WindowedElement.h"
 
 namespace lumenor {
 
@@ -25,8 +23,8 @@ struct ButtonEventArgs {
   Button *sender = nullptr;
 };
 
-class Button : public CWindowImpl<Button, CWindow, CWinTraits<WS_CHILD | WS_VISIBLE | BS_OWNERDRAW, 0>>,
-               public Control {
+class Button : public WindowedElement<Button, WindowControl, CWinTraits<WS_CHILD | WS_VISIBLE | BS_OWNERDRAW, 0>>,
+               public std::enable_shared_from_this<Button> {
 public:
   /// `painter` must not be null. Makes no window; that comes with OnAttached.
   explicit Button(std::shared_ptr<IButtonPainter> painter);
@@ -35,8 +33,9 @@ public:
   /// The platform's class that the window is built upon.
   static const wchar_t *GetSuperClassName() { return L"BUTTON"; }
 
-  /// Fired one turn of the message loop after a release inside the button or after the space key came up. An exception
-  /// out of a listener goes on to whoever dispatches the button's messages.
+  /// Fired one turn of the message loop after a release inside the button or after the space key came up. A button that
+  /// is held in a shared pointer outlives the firing, whatever the listeners let go. An exception out of a listener goes
+  /// on to whoever dispatches the button's messages.
   Event<ButtonEventArgs> Click{L"Click"};
 
   /// 1 while the left mouse button or the space key is down on the button.
@@ -49,9 +48,7 @@ public:
   void SetPainter(std::shared_ptr<IButtonPainter> newPainter);
 
   void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
-  HWND GetHandle() override;
   void OnAttached() override;
-  void OnDetached() override;
 
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                             DWORD mapId = 0) override;
@@ -73,14 +70,10 @@ private:
   BOOL OnMouseLeave(LRESULT &result);
   BOOL OnFocus(int focused, LRESULT &result);
   BOOL FinishStateMessage(LRESULT &result);
-  BOOL OnMove(LPARAM position);
-  BOOL OnSize(LPARAM size);
   BOOL OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result);
 
   void InvalidateWindow(BOOL erase);
   void OnStateChanged();
-  void OnGeometryChanged();
-  void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
   void BuildToolTip();
   void AddToToolTip(HWND root);
 

@@ -91,12 +91,8 @@ void ScrollViewer::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
   PaintChild(target, rightButton.get(), rect);
 }
 
-HWND ScrollViewer::GetHandle() { return handle; }
-
-void ScrollViewer::OnAttached() {
-  if (!HasParentWindow(*this))
-    return;
-  Create(parent->GetHandle());
+void ScrollViewer::MakeWindow(HWND parentWindow) {
+  Create(parentWindow);
   leftButton = MakeArrowButton(L"..\\resources\\scroll_left.png", leftClickListener.get());
   rightButton = MakeArrowButton(L"..\\resources\\scroll_right.png", rightClickListener.get());
   PlaceButtons();
@@ -118,11 +114,6 @@ std::shared_ptr<Button> ScrollViewer::MakeArrowButton(const wchar_t *imagePath,
   ::ShowWindow(button->GetHandle(), SW_HIDE); // made showing, as every button
   button->Click.AddListener(clickListener);
   return button;
-}
-
-void ScrollViewer::OnDetached() {
-  if (::IsWindow(handle))
-    ::DestroyWindow(handle);
 }
 
 void ScrollViewer::SetChild(UIElement *newChild) {
@@ -168,7 +159,7 @@ void ScrollViewer::OnWidthChanged() { FitToSize(); }
 void ScrollViewer::OnHeightChanged() { FitToSize(); }
 
 void ScrollViewer::FitToSize() {
-  MovePanelWindow(*this);
+  MoveElementWindow(*this);
   Layout();
   PlaceButtons();
 }

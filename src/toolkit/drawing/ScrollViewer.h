@@ -13,19 +13,13 @@
 
 namespace lumenor {
 
-class ScrollViewer : public SingleChildContainer, public CWindowImpl<ScrollViewer, CWindow, PanelTraits> {
+class ScrollViewer : public WindowedElement<ScrollViewer, SingleChildContainer, PanelTraits> {
 public:
   /// `renderTarget` is what the arrow buttons are drawn on.
   explicit ScrollViewer(RenderTargetPtr renderTarget);
 
   /// Paints the strip, and above it the arrow buttons that show; nothing in a room without width or height.
   void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
-
-  HWND GetHandle() override;
-
-  /// Makes the window and in it the arrow buttons. Raises HResultError when a picture of theirs can't be made.
-  void OnAttached() override;
-  void OnDetached() override;
 
   /// Replaces the strip and follows its wishes from now on; a slide of the former one ends. `newChild` must not be
   /// null.
@@ -48,6 +42,9 @@ public:
                             DWORD mapId = 0) override;
 
 protected:
+  /// Makes the window and in it the arrow buttons. Raises HResultError when a picture of theirs can't be made.
+  void MakeWindow(HWND parentWindow) override;
+
   std::shared_ptr<Button> leftButton, rightButton; // null as long as there is no window
 
 private:

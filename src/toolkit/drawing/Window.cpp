@@ -5,6 +5,7 @@
 #include "system/Desktop.h"
 #include "system/Handles.h"
 #include "system/HResultError.h"
+#include "toolkit/WindowedElement.h"
 
 namespace lumenor {
 
@@ -84,10 +85,10 @@ const MessageRow<Window> Window::messageRows[] = {
 /// Every factory brings a device along, which takes the platform longer to make than everything else of a window. So a
 /// window that is made while others stand takes the factory of theirs; the last one takes it along.
 Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> Window::CreateTarget() {
-  if (standingWindows.empty())
+  if (allWindows.empty())
     return CreateGdiRenderTarget();
   Microsoft::WRL::ComPtr<ID2D1Factory> factory;
-  standingWindows.front()->renderTarget->GetFactory(&factory);
+  allWindows.front()->renderTarget->GetFactory(&factory);
   return CreateGdiRenderTarget(factory.Get());
 }
 
@@ -96,10 +97,10 @@ Window::Window() : renderTarget(CreateTarget()) {
   subscriptions.Add(this, &Window::OnTopChanged, Top.changed);
   subscriptions.Add(this, &Window::OnVisibilityChanged, Visibility.changed);
   subscriptions.Add(this, &Window::OnOpacityChanged, Opacity.changed);
-  standingWindows.push_back(this);
+  allWindows.push_back(this);
 }
 
-Window::~Window() { std::erase(standingWindows, this); }
+Window::~Window() { std::erase(allWindows, this); }
 
 BOOL Window::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD mapId) {
   if (mapId != 0)
@@ -201,14 +202,9 @@ void Window::OnClose() {}
 
 void Window::MoveToBounds() { ::MoveWindow(handle, Left.Get(), Top.Get(), Width.Get(), Height.Get(), TRUE); }
 
-void Window::OnLeftChanged() { MoveWithFrame(); }
+void Window::OnLeftChanged() { MoveElementWindow(*this); }
 
-void Window::OnTopChanged() { MoveWithFrame(); }
-
-void Window::MoveWithFrame() {
-  if (::IsWindow(handle))
-    ::SetWindowPos(handle, nullptr, Left.Get(), Top.Get(), Width.Get(), Height.Get(), SWP_FRAMECHANGED);
-}
+void Window::OnTopChanged() { MoveElementWindow(*this); }
 
 void Window::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) {
   if (!::IsWindow(handle))
@@ -247,21 +243,6 @@ void Window::Invalidate() {
   Render();
 }
 
-/// Says that a Render is under way, until it ends in whatever way.
-class Window::RenderingMark {
-public:
-  explicit RenderingMark(Window &window) : window(window) { window.rendering = true; }
-  ~RenderingMark() {
-    window.rendering = false;
-    window.paintPending = 0;
-  }
-  RenderingMark(const RenderingMark &) = delete;
-  RenderingMark &operator=(const RenderingMark &) = delete;
-
-private:
-  Window &window;
-};
-
 // A property that changes while the tree paints asks for a repaint in the midst of one. It is answered by one more pass
 // when this one is done; an element that changes at every paint gets no third, or the bar would paint for ever.
 // Properties go on to change when the window is gone: an animation is told of nothing and plays to its end.
@@ -272,7 +253,11 @@ void Window::Render() {
     paintPending = 1;
     return;
   }
-  const RenderingMark mark(*this);
+  rendering = true;
+  const ScopeExit ending([this] {
+    rendering = false;
+    paintPending = 0;
+  });
   RenderOnce();
   if (paintPending != 0 && ::IsWindow(handle))
     RenderOnce();

@@ -10,6 +10,7 @@
 #include <d2d1.h>
 
 #include "system/Guard.h"
+#include "system/ScopeExit.h"
 #include "system/Windows.h"
 #include "toolkit/DialogImpl.h"
 #include "toolkit/Event.h"
@@ -48,15 +49,8 @@ public:
 
   /// Holds all repaints of `window` back while it lives. They aren't made up for: whoever holds them back repaints
   /// afterwards.
-  class RepaintHold {
-  public:
-    explicit RepaintHold(Window &window) : window(window) { ++window.repaintHolds; }
-    ~RepaintHold() { --window.repaintHolds; }
-    RepaintHold(const RepaintHold &) = delete;
-    RepaintHold &operator=(const RepaintHold &) = delete;
-
-  private:
-    Window &window;
+  struct RepaintHold : ScopedValue<int> {
+    explicit RepaintHold(Window &window) : ScopedValue(window.repaintHolds, window.repaintHolds + 1) {}
   };
 
   /// Left, Top, Left + Width and Top + Height, in screen pixels.
@@ -113,17 +107,14 @@ private:
   BOOL HandleQueryEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result);
 
-  class RenderingMark;
-
   /// All windows that exist, in the order in which they were made.
-  static inline std::vector<Window *> standingWindows;
+  static inline std::vector<Window *> allWindows;
 
   static Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> CreateTarget();
   void DestroyAfterFailure();
   void RemoveFrame();
   void MakeLayered();
   void Appear();
-  void MoveWithFrame();
   void RenderOnce();
   void Draw(HDC target, const RECT &area);
 

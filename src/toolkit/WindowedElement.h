@@ -1,0 +1,57 @@
+#pragma once
+// What elements with a child window of their own have in common. The window shows nothing: it is there for the platform
+// to find what lies under the cursor, and to be the parent of its children's windows. User-interface thread.
+
+#include "system/Windows.h"
+#include "toolkit/Control.h"
+#include "toolkit/WindowImpl.h"
+
+namespace lumenor {
+
+/// Whether `element` stands under an element that has a window, which a window of its own needs.
+bool HasParentWindow(const UIElement &element);
+
+/// Moves the element's window, if there is one, to the element's rectangle, on top of its siblings.
+void MoveElementWindow(UIElement &element);
+
+/// The element `Element` with its window of class `T`, which lives from OnAttached to OnDetached.
+template <class T, class Element, class Traits>
+class WindowedElement : public Element, public CWindowImpl<T, CWindow, Traits> {
+public:
+  HWND GetHandle() override { return this->handle; }
+
+  void OnAttached() override {
+    if (!HasParentWindow(*this))
+      return;
+    // Noted before the window exists: a control takes its rectangle from the window's first WM_SIZE and WM_MOVE.
+    const RECT bounds = this->GetBounds();
+    MakeWindow(this->parent->GetHandle());
+    this->SetBounds(&bounds);
+  }
+
+  void OnDetached() override {
+    if (::IsWindow(this->handle))
+      ::DestroyWindow(this->handle);
+  }
+
+protected:
+  /// Makes the window under `parentWindow`.
+  virtual void MakeWindow(HWND parentWindow) { this->Create(parentWindow); }
+};
+
+/// A control whose window and whose rectangle follow each other.
+class WindowControl : public Control {
+protected:
+  WindowControl();
+
+  /// On WM_MOVE and WM_SIZE, which stay unhandled. The coordinates are taken as unsigned: a window at a negative offset
+  /// reads a large positive one. Callers keep children at offsets that aren't negative.
+  BOOL OnMove(LPARAM position);
+  virtual BOOL OnSize(LPARAM size);
+
+private:
+  void OnGeometryChanged();
+  void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
+};
+
+} // namespace lumenor

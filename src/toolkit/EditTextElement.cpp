@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <utility>
+
+#include "system/HResultError.h"
 
 namespace lumenor {
 
@@ -12,8 +15,8 @@ bool IsControlCharacter(wchar_t character) {
   return character < L' ' || (character >= 0x7F && character < 0xA0) || character == 0x2028 || character == 0x2029;
 }
 
-/// The text with a blank for every character that would begin another line or means nothing to the shaping, so that
-/// each character keeps its index. The control gives them room or none; either way nothing is seen there.
+/// The text with a blank for every character that would begin another line or can't be shaped, so that each character
+/// keeps its index. Whatever width the control gives them, nothing is seen there.
 std::wstring Drawable(std::wstring text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (i + 1 < text.size() && IS_SURROGATE_PAIR(text[i], text[i + 1]))
@@ -26,13 +29,57 @@ std::wstring Drawable(std::wstring text) {
   return text;
 }
 
-/// The characters of `run` from `character` to the first one that has glyphs of its own again.
-std::size_t EndOfCluster(const GlyphRun &run, std::size_t character) {
-  std::size_t end = character + 1;
-  while (end < run.length && run.clusters[end] == run.clusters[character])
-    ++end;
-  return end;
-}
+/// Hands the runs of a layout to a function instead of drawing them. Lives on the stack of the one call that it is lent
+/// to, so its references aren't counted.
+class RunRenderer : private IDWriteTextRenderer {
+public:
+  using Draw = std::function<void(const DWRITE_GLYPH_RUN &run, const DWRITE_GLYPH_RUN_DESCRIPTION &description)>;
+
+  explicit RunRenderer(Draw draw) : draw(std::move(draw)) {}
+  virtual ~RunRenderer() = default;
+
+  HRESULT Render(IDWriteTextLayout *layout) { return layout->Draw(nullptr, this, 0, 0); }
+
+private:
+  STDMETHODIMP QueryInterface(REFIID iid, void **object) override {
+    const bool known =
+        iid == __uuidof(IUnknown) || iid == __uuidof(IDWritePixelSnapping) || iid == __uuidof(IDWriteTextRenderer);
+    *object = known ? static_cast<IDWriteTextRenderer *>(this) : nullptr;
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return 1; }
+  STDMETHODIMP_(ULONG) Release() override { return 1; }
+
+  STDMETHODIMP IsPixelSnappingDisabled(void *, BOOL *disabled) override {
+    *disabled = FALSE;
+    return S_OK;
+  }
+  STDMETHODIMP GetCurrentTransform(void *, DWRITE_MATRIX *transform) override {
+    *transform = {1, 0, 0, 1, 0, 0};
+    return S_OK;
+  }
+  STDMETHODIMP GetPixelsPerDip(void *, FLOAT *pixels) override {
+    *pixels = 1;
+    return S_OK;
+  }
+
+  STDMETHODIMP DrawGlyphRun(void *, FLOAT, FLOAT, DWRITE_MEASURING_MODE, const DWRITE_GLYPH_RUN *run,
+                            const DWRITE_GLYPH_RUN_DESCRIPTION *description, IUnknown *) override try {
+    draw(*run, *description);
+    return S_OK;
+  } catch (...) { // must not cross the platform's frames; only a lack of memory raises here
+    return E_OUTOFMEMORY;
+  }
+  STDMETHODIMP DrawUnderline(void *, FLOAT, FLOAT, const DWRITE_UNDERLINE *, IUnknown *) override { return S_OK; }
+  STDMETHODIMP DrawStrikethrough(void *, FLOAT, FLOAT, const DWRITE_STRIKETHROUGH *, IUnknown *) override {
+    return S_OK;
+  }
+  STDMETHODIMP DrawInlineObject(void *, FLOAT, FLOAT, IDWriteInlineObject *, BOOL, BOOL, IUnknown *) override {
+    return S_OK;
+  }
+
+  Draw draw;
+};
 
 D2D1_RECT_F Offset(const D2D1_RECT_F &rect, D2D1_POINT_2F by) {
   return {rect.left + by.x, rect.top + by.y, rect.right + by.x, rect.bottom + by.y};
@@ -40,51 +87,61 @@ D2D1_RECT_F Offset(const D2D1_RECT_F &rect, D2D1_POINT_2F by) {
 
 } // namespace
 
+/// Borrowed from the layout for the time of one call.
+struct EditTextElement::Run {
+  const DWRITE_GLYPH_RUN &glyphs;
+  const DWRITE_GLYPH_RUN_DESCRIPTION &text;
+
+  std::size_t Start() const { return text.textPosition; }
+  std::size_t Length() const { return text.stringLength; }
+  bool IsRightToLeft() const { return (glyphs.bidiLevel & 1U) != 0; }
+
+  /// The first glyph of `character`, counted from the run's start; characters that share one are drawn as a whole.
+  std::size_t Cluster(std::size_t character) const { return text.clusterMap[character]; }
+
+  /// The next character after `character` that has glyphs of its own.
+  std::size_t EndOfCluster(std::size_t character) const {
+    std::size_t end = character + 1;
+    while (end < Length() && Cluster(end) == Cluster(character))
+      ++end;
+    return end;
+  }
+};
+
 EditTextElement::EditTextElement(RenderTargetPtr renderTarget, BrushPtr highlightBrush, BrushPtr highlightTextBrush)
     : TextElement(std::move(renderTarget)), highlightBrush(std::move(highlightBrush)),
       highlightTextBrush(std::move(highlightTextBrush)) {}
 
-// Whatever may fail comes before the first change: a reading is never kept beside the glyphs of another text.
+// Whatever may fail comes before the first change: a reading is never kept beside the layout of another text.
 void EditTextElement::Show(EditReading newReading) {
-  const bool shaped = newReading.text == reading.text;
-  std::vector<GlyphRun> newRuns = shaped ? std::vector<GlyphRun>() : Shape(newReading.text);
-  std::vector<Cell> newCells = PlaceCells(newReading, shaped ? runs : newRuns);
+  LayoutPtr newLayout = newReading.text == reading.text ? layout : Shape(newReading.text);
   Text.Set(newReading.text);
+  layout = std::move(newLayout);
   reading = std::move(newReading);
-  cells = std::move(newCells);
-  if (!shaped)
-    runs = std::move(newRuns);
 }
 
 void EditTextElement::Update() {
   TextElement::Update();
-  if (IsUpdating())
-    return;
-  std::vector<GlyphRun> newRuns = Shape(reading.text);
-  cells = PlaceCells(reading, newRuns);
-  runs = std::move(newRuns);
+  if (!IsUpdating())
+    layout = Shape(reading.text);
 }
 
-std::vector<GlyphRun> EditTextElement::Shape(const std::wstring &text) const {
-  return ShapeText(Drawable(text), textFormat.Get());
+EditTextElement::LayoutPtr EditTextElement::Shape(const std::wstring &text) const {
+  return CreateLayout(Drawable(text));
 }
 
-std::vector<EditTextElement::Cell> EditTextElement::PlaceCells(const EditReading &reading,
-                                                               const std::vector<GlyphRun> &runs) {
-  std::vector<Cell> cells(reading.text.size());
-  for (const GlyphRun &run : runs)
-    for (std::size_t i = 0; i < run.length; ++i)
-      cells[run.start + i] = CellInRun(reading, run, run.start + i);
-  return cells;
+void EditTextElement::PlaceCells(const Run &run) {
+  for (std::size_t i = run.Start(); i < run.Start() + run.Length(); ++i)
+    cells[i] = CellInRun(run, i);
 }
 
 // A character reaches to the next one of its run. The one at the run's end has its own width: what follows may stand
 // anywhere.
-EditTextElement::Cell EditTextElement::CellInRun(const EditReading &reading, const GlyphRun &run, std::size_t index) {
+EditTextElement::Cell EditTextElement::CellInRun(const Run &run, std::size_t index) const {
   const long edge = reading.positions[index];
   const long width = reading.widths[index];
-  const bool last = index + 1 == run.start + run.length;
-  if (!run.rightToLeft) {
+  const bool last = index + 1 == run.Start() + run.Length();
+  if (!run.IsRightToLeft()) {
     const long next = last ? edge : reading.positions[index + 1];
     return {edge, next > edge ? next : edge + (last ? width : 0)};
   }
@@ -92,70 +149,67 @@ EditTextElement::Cell EditTextElement::CellInRun(const EditReading &reading, con
     const long left = reading.positions[index + 1];
     return {left, edge > left ? edge : left + width};
   }
-  // Of a text's first character a control may tell where the line begins instead of the leading edge.
+  // Of a text's first character a control may return where the line begins instead of the leading edge.
   return index == 0 && edge <= reading.lineStart ? Cell{edge, edge + width} : Cell{edge - width, edge};
 }
 
 void EditTextElement::Paint(RenderTargetPtr, const D2D1_RECT_F *rect) {
-  if (brush == nullptr)
+  if (brush == nullptr || layout == nullptr)
     return; // never updated
   const D2D1_POINT_2F origin{rect->left - static_cast<float>(Left.Get()), rect->top - static_cast<float>(Top.Get())};
-  DrawGlyphs(origin, brush.Get());
+  cells.assign(reading.text.size(), {});
+  DrawRuns(origin, brush.Get());
   if (reading.selectionStart != reading.selectionEnd)
     DrawSelection(origin);
 }
 
-void EditTextElement::DrawGlyphs(D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) const {
-  for (const GlyphRun &run : runs)
-    if (!run.glyphs.empty() && run.length != 0)
+void EditTextElement::DrawRuns(D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) {
+  RunRenderer renderer([&](const DWRITE_GLYPH_RUN &glyphs, const DWRITE_GLYPH_RUN_DESCRIPTION &text) {
+    const Run run{glyphs, text};
+    PlaceCells(run);
+    if (glyphs.glyphCount != 0 && run.Length() != 0)
       DrawRun(run, origin, glyphBrush);
+  });
+  ThrowIfFailed(renderer.Render(layout.Get()));
 }
 
-void EditTextElement::DrawRun(const GlyphRun &run, D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) const {
-  const std::size_t firstEnd = EndOfCluster(run, 0);
+void EditTextElement::DrawRun(const Run &run, D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) const {
   const std::vector<float> advances = PlacedAdvances(run);
-  DWRITE_GLYPH_RUN glyphRun{};
-  glyphRun.fontFace = run.face.Get();
-  glyphRun.fontEmSize = run.size;
-  glyphRun.glyphCount = static_cast<UINT32>(run.glyphs.size());
-  glyphRun.glyphIndices = run.glyphs.data();
-  glyphRun.glyphAdvances = advances.data();
-  glyphRun.glyphOffsets = run.offsets.data();
-  glyphRun.isSideways = run.sideways;
-  glyphRun.bidiLevel = run.rightToLeft ? 1 : 0;
-  const Cell &first = cells[run.start + (run.rightToLeft ? firstEnd - 1 : 0)];
-  const float start = static_cast<float>(first.left) + (run.rightToLeft ? advances[0] : 0);
+  DWRITE_GLYPH_RUN glyphs = run.glyphs;
+  glyphs.glyphAdvances = advances.data();
+  const Cell &first = cells[run.Start() + (run.IsRightToLeft() ? run.EndOfCluster(0) - 1 : 0)];
+  const float start = static_cast<float>(first.left) + (run.IsRightToLeft() ? advances[0] : 0);
   const auto baseline = static_cast<float>(reading.top + reading.ascent);
-  renderTarget->DrawGlyphRun({origin.x + start, origin.y + baseline}, &glyphRun, glyphBrush,
+  renderTarget->DrawGlyphRun({origin.x + start, origin.y + baseline}, &glyphs, glyphBrush,
                              DWRITE_MEASURING_MODE_NATURAL);
 }
 
 // The pen moves by each glyph's advance, before the glyph in a run from right to left, behind it otherwise. The
-// advances are changed so that every cluster's left edge comes to lie where the control has it, on a whole pixel; what
-// a cluster is made of keeps together.
-std::vector<float> EditTextElement::PlacedAdvances(const GlyphRun &run) const {
-  std::vector<float> advances = run.advances;
-  if (run.rightToLeft)
+// advances are changed so that every cluster's left edge comes to lie where the control has it, on a whole pixel; the
+// glyphs of a cluster keep their distances.
+std::vector<float> EditTextElement::PlacedAdvances(const Run &run) const {
+  const bool rightToLeft = run.IsRightToLeft();
+  std::vector<float> advances(run.glyphs.glyphAdvances, run.glyphs.glyphAdvances + run.glyphs.glyphCount);
+  if (rightToLeft)
     advances[0] = std::round(advances[0]); // the pen starts that far right of the first glyph
-  std::size_t character = EndOfCluster(run, 0);
-  for (std::size_t former = 0; character < run.length;
-       former = std::exchange(character, EndOfCluster(run, character))) {
-    const std::size_t end = EndOfCluster(run, character);
-    const std::size_t formerLast = run.rightToLeft ? character - 1 : former;
-    const std::size_t thisLast = run.rightToLeft ? end - 1 : character;
-    float way = static_cast<float>(cells[run.start + thisLast].left - cells[run.start + formerLast].left);
-    const std::size_t formerGlyph = run.clusters[former];
-    const std::size_t glyph = run.clusters[character];
+  std::size_t character = run.EndOfCluster(0);
+  for (std::size_t former = 0; character < run.Length();
+       former = std::exchange(character, run.EndOfCluster(character))) {
+    const std::size_t formerLast = rightToLeft ? character - 1 : former;
+    const std::size_t thisLast = rightToLeft ? run.EndOfCluster(character) - 1 : character;
+    float distance = static_cast<float>(cells[run.Start() + thisLast].left - cells[run.Start() + formerLast].left);
+    const std::size_t formerGlyph = run.Cluster(former);
+    const std::size_t glyph = run.Cluster(character);
     if (formerGlyph >= glyph || glyph >= advances.size())
       break;
-    if (run.rightToLeft) {
+    if (rightToLeft) {
       for (std::size_t i = formerGlyph + 1; i < glyph; ++i)
-        way += advances[i];
-      advances[glyph] = -way;
+        distance += advances[i];
+      advances[glyph] = -distance;
     } else {
       for (std::size_t i = formerGlyph; i + 1 < glyph; ++i)
-        way -= advances[i];
-      advances[glyph - 1] = way;
+        distance -= advances[i];
+      advances[glyph - 1] = distance;
     }
   }
   return advances;
@@ -174,15 +228,15 @@ std::vector<EditTextElement::Cell> EditTextElement::SelectedCells() const {
   return joined;
 }
 
-// The selected part is drawn a second time, over its own ground.
-void EditTextElement::DrawSelection(D2D1_POINT_2F origin) const {
+// The selected part is drawn a second time, over its highlight.
+void EditTextElement::DrawSelection(D2D1_POINT_2F origin) {
   for (const Cell &cell : SelectedCells()) {
     const D2D1_RECT_F area = Offset({static_cast<float>(cell.left), static_cast<float>(reading.top),
                                      static_cast<float>(cell.right), static_cast<float>(reading.top + reading.height)},
                                     origin);
     renderTarget->PushAxisAlignedClip(&area, D2D1_ANTIALIAS_MODE_PER_PRIMITIVE);
     renderTarget->FillRectangle(&area, highlightBrush.Get());
-    DrawGlyphs(origin, highlightTextBrush.Get());
+    DrawRuns(origin, highlightTextBrush.Get());
     renderTarget->PopAxisAlignedClip();
   }
 }

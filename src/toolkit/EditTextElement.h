@@ -1,13 +1,12 @@
 #pragma once
-// The text of an edit control, drawn with the toolkit's means where the control has it: every character at the place
-// that the control tells, scrolled as it is there, with the selection. No window. User-interface thread.
+// The text of an edit control, drawn in the tree: every character at the position that the control reports, scrolled as
+// it is there, with the selection. No window. User-interface thread.
 
 #include <cstddef>
 #include <string>
 #include <vector>
 
 #include "toolkit/EditReading.h"
-#include "toolkit/GlyphRun.h"
 #include "toolkit/TextElement.h"
 
 namespace lumenor {
@@ -29,25 +28,29 @@ public:
   void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
 
 private:
+  using LayoutPtr = Microsoft::WRL::ComPtr<IDWriteTextLayout>;
+
   /// From the left edge of a character to its right one, in the control's client area.
   struct Cell {
     long left = 0, right = 0;
   };
 
-  static std::vector<Cell> PlaceCells(const EditReading &reading, const std::vector<GlyphRun> &runs);
-  static Cell CellInRun(const EditReading &reading, const GlyphRun &run, std::size_t index);
-  std::vector<GlyphRun> Shape(const std::wstring &text) const;
+  struct Run; // glyphs of one font that are drawn in one direction
+
+  LayoutPtr Shape(const std::wstring &text) const;
+  void DrawRuns(D2D1_POINT_2F origin, ID2D1Brush *glyphBrush);
+  void DrawRun(const Run &run, D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) const;
+  void PlaceCells(const Run &run);
+  Cell CellInRun(const Run &run, std::size_t index) const;
+  std::vector<float> PlacedAdvances(const Run &run) const;
+  void DrawSelection(D2D1_POINT_2F origin);
   std::vector<Cell> SelectedCells() const;
-  void DrawGlyphs(D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) const;
-  void DrawRun(const GlyphRun &run, D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) const;
-  void DrawSelection(D2D1_POINT_2F origin) const;
-  std::vector<float> PlacedAdvances(const GlyphRun &run) const;
 
   BrushPtr highlightBrush;
   BrushPtr highlightTextBrush;
   EditReading reading;
-  std::vector<GlyphRun> runs; // of the reading's text
-  std::vector<Cell> cells;    // for every character of it
+  LayoutPtr layout;        // of the reading's text; null before the first one
+  std::vector<Cell> cells; // for every character of it, as drawn last
 };
 
 } // namespace lumenor

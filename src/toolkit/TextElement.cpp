@@ -33,6 +33,20 @@ TextElement::TextElement(RenderTargetPtr renderTarget) : renderTarget(std::move(
                     FontWeight.changed, FontStyle.changed, FontStretch.changed, Trimming.changed);
 }
 
+void TextElement::SetUp(const std::wstring &text, const TextStyle &style) {
+  BeginUpdate();
+  Text.Set(text);
+  FontSize.Set(style.size);
+  FontWeight.Set(style.weight);
+  FontStyle.Set(style.slant);
+  FontStretch.Set(style.stretch);
+  Color.Set(style.color);
+  TextAlignment.Set(style.alignment);
+  WordWrapping.Set(style.wrapping);
+  Trimming.Set(style.trimming);
+  EndUpdate();
+}
+
 void TextElement::Update() {
   if (IsUpdating())
     return;
@@ -66,11 +80,15 @@ void TextElement::ApplyTrimming(IDWriteFactory *factory, IDWriteTextFormat *form
   ThrowIfFailed(format->SetTrimming(&trimming, sign.Get()));
 }
 
-void TextElement::Measure() {
-  const auto factory = CreateTextFactory();
+Microsoft::WRL::ComPtr<IDWriteTextLayout> TextElement::CreateLayout(const std::wstring &text) const {
   Microsoft::WRL::ComPtr<IDWriteTextLayout> layout;
-  ThrowIfFailed(factory->CreateTextLayout(Text.Get().data(), Length(Text.Get()), textFormat.Get(), unbounded, unbounded,
-                                          &layout));
+  ThrowIfFailed(CreateTextFactory()->CreateTextLayout(text.data(), Length(text), textFormat.Get(), unbounded, unbounded,
+                                                      &layout));
+  return layout;
+}
+
+void TextElement::Measure() {
+  const auto layout = CreateLayout(Text.Get());
   DWRITE_TEXT_METRICS metrics{};
   ThrowIfFailed(layout->GetMetrics(&metrics));
   DesiredWidth.Set(static_cast<long>(std::ceil(metrics.width)));

@@ -12,10 +12,22 @@
 
 namespace lumenor {
 
+/// How a text looks, as TextElement::SetUp takes it; the values are those of the properties there.
+struct TextStyle {
+  float size;
+  DWRITE_FONT_WEIGHT weight = DWRITE_FONT_WEIGHT_NORMAL;
+  Color color{1, 1, 1, 1};
+  DWRITE_TEXT_ALIGNMENT alignment = DWRITE_TEXT_ALIGNMENT_LEADING;
+  DWRITE_FONT_STYLE slant = DWRITE_FONT_STYLE_NORMAL;
+  DWRITE_FONT_STRETCH stretch = DWRITE_FONT_STRETCH_NORMAL;
+  int wrapping = DWRITE_WORD_WRAPPING_NO_WRAP;
+  int trimming = 1;
+};
+
 class TextElement : public UIElement {
 public:
-  /// Makes the text format; raises HResultError when that fails. It has no brush before the first Update, so set it up
-  /// between BeginUpdate and EndUpdate before it is painted.
+  /// Makes the text format; raises HResultError when that fails. It has no brush before the first Update;
+  /// SetUp makes that.
   explicit TextElement(RenderTargetPtr renderTarget);
 
   Property<std::wstring> Text;
@@ -34,6 +46,9 @@ public:
   /// Not 0: text that is too long is cut with an ellipsis.
   Property<int> Trimming{1};
 
+  /// Sets text and look in one group of changes. Raises HResultError.
+  void SetUp(const std::wstring &text, const TextStyle &style);
+
   /// Makes format and brush anew and measures; nothing inside a group of changes. Raises HResultError.
   void Update() override;
 
@@ -41,6 +56,9 @@ public:
   void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
 
 protected:
+  /// Lays `text` out in the text format, in a space without bounds. Raises HResultError.
+  Microsoft::WRL::ComPtr<IDWriteTextLayout> CreateLayout(const std::wstring &text) const;
+
   RenderTargetPtr renderTarget;
 
   /// Replaced at every Update; the brush is null before the first.

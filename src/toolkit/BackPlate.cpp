@@ -11,11 +11,9 @@ constexpr float cornerRadius = 6.0F;
 
 } // namespace
 
-BackPlate::BackPlate(RenderTargetPtr renderTarget, float topAlpha, float bottomAlpha)
-    : renderTarget(std::move(renderTarget)) {
-  stops =
-      CreateGradientStops(this->renderTarget.Get(), {{{0.0F, {0, 0, 0, topAlpha}}, {1.0F, {0, 0, 0, bottomAlpha}}}});
-  brush = CreateUnitGradientBrush(this->renderTarget.Get(), stops.Get());
+BackPlate::BackPlate(const RenderTargetPtr &renderTarget, float topAlpha, float bottomAlpha) {
+  const D2D1_GRADIENT_STOP stops[] = {{0.0F, {0, 0, 0, topAlpha}}, {1.0F, {0, 0, 0, bottomAlpha}}};
+  brush = MakeUnitGradient(renderTarget.Get(), stops, 2, 0.0F);
 }
 
 void BackPlate::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {

@@ -9,14 +9,12 @@ class BackPlate : public UIElement {
 public:
   /// The plate's alpha runs from `topAlpha` at its top to `bottomAlpha` at its bottom, each 0 to 1. Raises HResultError
   /// when the gradient can't be made.
-  BackPlate(RenderTargetPtr renderTarget, float topAlpha, float bottomAlpha);
+  BackPlate(const RenderTargetPtr &renderTarget, float topAlpha, float bottomAlpha);
 
   void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
 
 private:
-  RenderTargetPtr renderTarget;
   Microsoft::WRL::ComPtr<ID2D1LinearGradientBrush> brush;
-  Microsoft::WRL::ComPtr<ID2D1GradientStopCollection> stops;
 };
 
 } // namespace lumenor

@@ -4,39 +4,20 @@
 
 namespace lumenor {
 
-namespace {
-
-/// (x, y) becomes (x + left, y * height + top).
-D2D1_MATRIX_3X2_F Stretch(float left, float top, float height) {
-  D2D1_MATRIX_3X2_F transform{};
-  transform._11 = 1;
-  transform._22 = height;
-  transform._31 = left;
-  transform._32 = top;
-  return transform;
-}
-
-} // namespace
-
-Microsoft::WRL::ComPtr<ID2D1GradientStopCollection>
-CreateGradientStops(ID2D1RenderTarget *renderTarget, const std::array<D2D1_GRADIENT_STOP, 2> &stops) {
+Microsoft::WRL::ComPtr<ID2D1LinearGradientBrush>
+MakeUnitGradient(ID2D1RenderTarget *renderTarget, const D2D1_GRADIENT_STOP *stops, UINT32 count, float x) {
   Microsoft::WRL::ComPtr<ID2D1GradientStopCollection> collection;
-  ThrowIfFailed(renderTarget->CreateGradientStopCollection(stops.data(), static_cast<UINT>(stops.size()),
-                                                           D2D1_GAMMA_2_2, D2D1_EXTEND_MODE_CLAMP, &collection));
-  return collection;
-}
-
-Microsoft::WRL::ComPtr<ID2D1LinearGradientBrush> CreateUnitGradientBrush(ID2D1RenderTarget *renderTarget,
-                                                                         ID2D1GradientStopCollection *stops) {
-  const D2D1_LINEAR_GRADIENT_BRUSH_PROPERTIES line{{0, 0}, {0, 1}};
-  const D2D1_BRUSH_PROPERTIES opaque{1.0F, Stretch(0, 0, 1)};
+  ThrowIfFailed(
+      renderTarget->CreateGradientStopCollection(stops, count, D2D1_GAMMA_2_2, D2D1_EXTEND_MODE_CLAMP, &collection));
+  const D2D1_LINEAR_GRADIENT_BRUSH_PROPERTIES line{{x, 0.0F}, {x, 1.0F}};
+  const D2D1_BRUSH_PROPERTIES properties{1.0F, {1.0F, 0.0F, 0.0F, 1.0F, 0.0F, 0.0F}};
   Microsoft::WRL::ComPtr<ID2D1LinearGradientBrush> brush;
-  ThrowIfFailed(renderTarget->CreateLinearGradientBrush(&line, &opaque, stops, &brush));
+  ThrowIfFailed(renderTarget->CreateLinearGradientBrush(&line, &properties, collection.Get(), &brush));
   return brush;
 }
 
 void StretchUnitGradient(ID2D1Brush *brush, float left, float top, float height) {
-  const D2D1_MATRIX_3X2_F transform = Stretch(left, top, height);
+  const D2D1_MATRIX_3X2_F transform{1.0F, 0.0F, 0.0F, height, left, top};
   brush->SetTransform(&transform);
 }
 

@@ -14,14 +14,8 @@ constexpr float shadeWidth = 2.0F;
 constexpr float promptSize = 10.0F;
 constexpr D2D1_COLOR_F white{1, 1, 1, 1};
 
-constexpr std::array<D2D1_GRADIENT_STOP, 2> frameStops{
-    {{0.0F, {0.117F, 0.117F, 0.117F, 1}}, {1.0F, {0.361F, 0.361F, 0.361F, 1}}}};
-constexpr std::array<D2D1_GRADIENT_STOP, 2> shadeStops{{{0.031F, {0, 0, 0, 1}}, {1.0F, {0, 0, 0, 0.149F}}}};
-
-Microsoft::WRL::ComPtr<ID2D1LinearGradientBrush> CreateBrush(ID2D1RenderTarget *renderTarget,
-                                                             const std::array<D2D1_GRADIENT_STOP, 2> &stops) {
-  return CreateUnitGradientBrush(renderTarget, CreateGradientStops(renderTarget, stops).Get());
-}
+constexpr D2D1_GRADIENT_STOP frameStops[] = {{0.0F, {0.117F, 0.117F, 0.117F, 1}}, {1.0F, {0.361F, 0.361F, 0.361F, 1}}};
+constexpr D2D1_GRADIENT_STOP shadeStops[] = {{0.031F, {0, 0, 0, 1}}, {1.0F, {0, 0, 0, 0.149F}}};
 
 /// The gradient runs from the frame's top to its bottom.
 void DrawFrame(ID2D1RenderTarget *renderTarget, const D2D1_RECT_F &rect, ID2D1Brush *brush, float strokeWidth) {
@@ -33,7 +27,8 @@ void DrawFrame(ID2D1RenderTarget *renderTarget, const D2D1_RECT_F &rect, ID2D1Br
 } // namespace
 
 SearchBox::SearchBox(RenderTargetPtr renderTarget)
-    : frameBrush(CreateBrush(renderTarget.Get(), frameStops)), shadeBrush(CreateBrush(renderTarget.Get(), shadeStops)) {
+    : frameBrush(MakeUnitGradient(renderTarget.Get(), frameStops, 2, 0.0F)),
+      shadeBrush(MakeUnitGradient(renderTarget.Get(), shadeStops, 2, 0.0F)) {
   ThrowIfFailed(renderTarget->CreateSolidColorBrush(&white, nullptr, &promptBrush));
   promptFormat = CreateStatusTextFormat(CreateTextFactory().Get(), DWRITE_FONT_WEIGHT_NORMAL, DWRITE_FONT_STYLE_ITALIC,
                                         DWRITE_FONT_STRETCH_NORMAL, promptSize);

@@ -40,7 +40,7 @@ Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> CreateBrush(ID2D1RenderTarget *rend
   return brush;
 }
 
-/// Whether the control may look another way after `message`, though neither a key nor the mouse says so.
+/// Whether `message` may change what the control shows without a key or the mouse.
 bool ChangesLook(UINT message) {
   switch (message) {
   case WM_SETTEXT:
@@ -180,8 +180,8 @@ BOOL TextBox::OnKillFocus() {
   return FALSE;
 }
 
-// The dialog that the field stands in asks for the code of a key before it takes Return for itself, and that is where
-// the field hears of it: once for each press.
+// The dialog asks the field for the code of a key before it handles Return itself. This is the only notice of the key,
+// and it counts once for each press.
 BOOL TextBox::OnGetDlgCode(WPARAM key, LPARAM message) {
   if (key != VK_RETURN || BelongsToFormerPress(message))
     return FALSE;
@@ -209,8 +209,8 @@ BOOL TextBox::OnStyleChanging(WPARAM which, LPARAM styles, LRESULT &result) {
   return TRUE;
 }
 
-// Unhandled, so that the control keeps the text. The listeners of both properties send this message in their turn, with
-// the values that already stand, and so it ends.
+// Unhandled, so that the control keeps the text. The listeners of both properties send this message again, with the
+// values that are already set; so it ends there.
 BOOL TextBox::OnSetCueBanner(WPARAM shownOnFocus, LPARAM text) {
   const auto *newText = reinterpret_cast<const wchar_t *>(text);
   const std::wstring copy = newText == nullptr ? L"" : newText;
@@ -220,7 +220,7 @@ BOOL TextBox::OnSetCueBanner(WPARAM shownOnFocus, LPARAM text) {
   return FALSE;
 }
 
-// Without a window there is nothing to ask for: the platform takes a null handle for all windows of the desktop.
+// The platform takes a null handle for all windows of the desktop.
 void TextBox::RequestRepaint() {
   needsRepaint = 1;
   if (handle != nullptr)
@@ -248,41 +248,21 @@ void TextBox::RebuildElements() {
 }
 
 std::shared_ptr<EditTextElement> TextBox::MakeTextElement() const {
-  const int edge = ::GetSystemMetrics(SM_CXEDGE);
+  const LONG left = TextInset();
   auto element = std::make_shared<EditTextElement>(renderTarget, highlightBrush, highlightTextBrush);
-  element->BeginUpdate();
-  element->Left.Set(TextInset());
-  element->Top.Set(0);
-  element->Width.Set(Width.Get() - edge);
-  element->Height.Set(Height.Get());
-  element->FontSize.Set(FontSize);
-  element->FontWeight.Set(DWRITE_FONT_WEIGHT_NORMAL);
-  element->FontStyle.Set(DWRITE_FONT_STYLE_NORMAL);
-  element->FontStretch.Set(DWRITE_FONT_STRETCH_ULTRA_CONDENSED);
-  element->Color.Set({1.0F, 1.0F, 1.0F, 1.0F});
-  element->TextAlignment.Set(DWRITE_TEXT_ALIGNMENT_LEADING);
-  element->Trimming.Set(0);
-  element->EndUpdate();
+  element->SetUp({}, {.size = FontSize, .stretch = DWRITE_FONT_STRETCH_ULTRA_CONDENSED, .trimming = 0});
+  const RECT bounds{left, 0, left + Width.Get() - ::GetSystemMetrics(SM_CXEDGE), Height.Get()};
+  element->SetBounds(&bounds);
   return element;
 }
 
 std::shared_ptr<TextElement> TextBox::MakeWatermarkElement() const {
-  constexpr long inset = 3;
-  const int edge = ScaleX(::GetSystemMetrics(SM_CXEDGE));
+  const LONG edge = ScaleX(::GetSystemMetrics(SM_CXEDGE));
+  const LONG left = edge + 3;
   auto element = std::make_shared<TextElement>(renderTarget);
-  element->BeginUpdate();
-  element->Text.Set(WatermarkText.Get());
-  element->Left.Set(edge + inset);
-  element->Top.Set(0);
-  element->Width.Set(Width.Get() - edge);
-  element->Height.Set(Height.Get());
-  element->FontSize.Set(FontSize);
-  element->FontWeight.Set(DWRITE_FONT_WEIGHT_NORMAL);
-  element->FontStyle.Set(DWRITE_FONT_STYLE_ITALIC);
-  element->Color.Set({1.0F, 1.0F, 1.0F, 1.0F});
-  element->TextAlignment.Set(DWRITE_TEXT_ALIGNMENT_LEADING);
-  element->Trimming.Set(1);
-  element->EndUpdate();
+  element->SetUp(WatermarkText.Get(), {.size = FontSize, .slant = DWRITE_FONT_STYLE_ITALIC});
+  const RECT bounds{left, 0, left + Width.Get() - edge, Height.Get()};
+  element->SetBounds(&bounds);
   return element;
 }
 
@@ -302,7 +282,7 @@ void TextBox::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
 void TextBox::PaintText(const RenderTargetPtr &target, const D2D1_RECT_F &rect) {
   EditReading reading = ReadEdit(handle);
   if (HasFocus.Get() == 0)
-    reading.selectionEnd = reading.selectionStart; // which the control shows to who is typing only
+    reading.selectionEnd = reading.selectionStart; // the control shows it only with the focus
   textElement->Show(std::move(reading));
   PaintChild(target, textElement.get(), &rect);
 }
@@ -315,7 +295,7 @@ void TextBox::PaintWatermark(const RenderTargetPtr &target, const D2D1_RECT_F &r
 std::wstring TextBox::ReadCueBanner() const {
   std::wstring text(WatermarkText.Get().size() + 1, L'\0');
   if (!::SendMessageW(handle, EM_GETCUEBANNER, reinterpret_cast<WPARAM>(text.data()), static_cast<LPARAM>(text.size())))
-    return WatermarkText.Get(); // a control of the platform's older kind knows no banners
+    return WatermarkText.Get(); // an older control of the platform has no banners
   text.resize(std::min(text.find(L'\0'), text.size()));
   return text;
 }

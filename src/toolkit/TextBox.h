@@ -18,7 +18,7 @@ class EditTextElement;
 class TextBox;
 class TextElement;
 
-/// What an event of a text box says; lives on the stack of the code that fires.
+/// The arguments of a text box's event; on the stack of the code that fires it.
 struct TextBoxEventArgs {
   TextBox *sender = nullptr;
 };
@@ -34,7 +34,7 @@ public:
   /// The platform's class that the window is built upon.
   static const wchar_t *GetSuperClassName() { return L"EDIT"; }
 
-  /// What the empty field shows. Goes to the window as its cue banner, and comes from there as well.
+  /// What the empty field shows. Set as the window's cue banner, and changed by a banner that others set there.
   Property<std::wstring> WatermarkText;
 
   /// Not 0: the empty field shows the watermark also while it has the focus.

@@ -12,8 +12,6 @@ namespace lumenor {
 
 namespace {
 
-constexpr Color white = {1.0F, 1.0F, 1.0F, 1.0F};
-
 /// The height of the message's row: what the rows of the title and of the buttons leave of the dialog's 172.
 constexpr int messageHeight = 50;
 
@@ -21,11 +19,7 @@ constexpr int messageHeight = 50;
 Margin RowMargin() { return {0, ScaleY(8), ScaleX(8), ScaleY(8)}; }
 
 ButtonLayout DialogButtonLayout() {
-  ButtonLayout layout;
-  layout.fontSize = static_cast<float>(ScaleY(13));
-  layout.textFlag = 1;
-  layout.textStyle = 30;
-  return layout;
+  return {.fontSize = static_cast<float>(ScaleY(13)), .textFlag = 1, .textStyle = 30};
 }
 
 /// Makes a picture that is higher than its row as high as that; a bigger one would push the buttons off the dialog.
@@ -49,37 +43,16 @@ ResetConfirmationDialog::ResetConfirmationDialog(const RECT &bounds, HWND ownerW
       titleRow(std::make_shared<DockPanel>()), messageRow(std::make_shared<DockPanel>()),
       buttonRow(std::make_shared<DockPanel>()), clickListener(MakeListener(this, &ResetConfirmationDialog::OnClick)) {
   dialogId = ResetConfirmationDialogId;
-  StyleTitle();
-  StyleDescription();
-}
-
-void ResetConfirmationDialog::StyleTitle() {
-  titleText->BeginUpdate();
-  titleText->Text.Set(title);
-  titleText->Margin.Set({ScaleX(20), ScaleX(20), 0, 0});
-  titleText->FontSize.Set(static_cast<float>(ScaleX(16)));
-  titleText->FontWeight.Set(DWRITE_FONT_WEIGHT_SEMI_BOLD);
-  titleText->Color.Set(white);
-  titleText->TextAlignment.Set(DWRITE_TEXT_ALIGNMENT_TRAILING);
-  titleText->EndUpdate();
-}
-
-void ResetConfirmationDialog::StyleDescription() {
-  descriptionText->BeginUpdate();
-  descriptionText->Text.Set(description);
-  descriptionText->FontSize.Set(static_cast<float>(ScaleY(12)));
-  descriptionText->FontWeight.Set(DWRITE_FONT_WEIGHT_MEDIUM);
-  descriptionText->Color.Set(white);
-  descriptionText->WordWrapping.Set(DWRITE_WORD_WRAPPING_WRAP);
-  descriptionText->TextAlignment.Set(DWRITE_TEXT_ALIGNMENT_LEADING);
-  descriptionText->EndUpdate();
+  titleText->SetUp(title, {.size = static_cast<float>(ScaleX(16)),
+                           .weight = DWRITE_FONT_WEIGHT_SEMI_BOLD,
+                           .alignment = DWRITE_TEXT_ALIGNMENT_TRAILING});
+  descriptionText->SetUp(description, {.size = static_cast<float>(ScaleY(12)),
+                                       .weight = DWRITE_FONT_WEIGHT_MEDIUM,
+                                       .wrapping = DWRITE_WORD_WRAPPING_WRAP});
 }
 
 void ResetConfirmationDialog::InitializeComponent() {
-  Left.Set(bounds.left);
-  Top.Set(bounds.top);
-  Width.Set(bounds.right - bounds.left);
-  Height.Set(bounds.bottom - bounds.top);
+  SetBounds(&bounds);
   ComposePanels();
   AddTitle();
   AddMessage();

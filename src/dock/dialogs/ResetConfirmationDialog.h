@@ -26,8 +26,6 @@ public:
   void InitializeComponent() override;
 
 private:
-  void StyleTitle();
-  void StyleDescription();
   void ComposePanels();
   void AddTitle();
   void AddMessage();

@@ -24,18 +24,29 @@ namespace {
 
 constexpr wchar_t tourProgram[] = L"%ProgramFiles%\\Tarnwick\\Lumenor\\LumenorVideo\\doc.exe";
 
-constexpr Color white = {1.0F, 1.0F, 1.0F, 1.0F};
 constexpr Color transparent = {};
-constexpr Color titleColor = {0.58431375F, 0.7490196F, 0.92156863F, 1.0F};
-constexpr Color preferencesColor = {0.827451F, 0.827451F, 0.827451F, 1.0F};
+
+// Their sizes are in design pixels.
+constexpr TextStyle titleStyle{.size = 16,
+                               .weight = DWRITE_FONT_WEIGHT_SEMI_BOLD,
+                               .color = {0.58431375F, 0.7490196F, 0.92156863F, 1.0F},
+                               .alignment = DWRITE_TEXT_ALIGNMENT_CENTER};
+constexpr TextStyle headingStyle{.size = 20, .weight = DWRITE_FONT_WEIGHT_MEDIUM};
+constexpr TextStyle featureStyle{.size = 14, .weight = DWRITE_FONT_WEIGHT_MEDIUM};
+constexpr TextStyle tourStyle{
+    .size = 14, .weight = DWRITE_FONT_WEIGHT_MEDIUM, .alignment = DWRITE_TEXT_ALIGNMENT_CENTER};
+constexpr TextStyle preferencesStyle{.size = 9,
+                                     .weight = DWRITE_FONT_WEIGHT_MEDIUM,
+                                     .color = {0.827451F, 0.827451F, 0.827451F, 1.0F},
+                                     .alignment = DWRITE_TEXT_ALIGNMENT_CENTER};
 
 // The side with the picture and the tour, in device pixels at every density.
 constexpr int leftStackWidth = 300;
 constexpr int pictureWidth = 280;
 constexpr int pictureHeight = 160; // at most; a higher one would push the tour off
 constexpr int tourTextWidth = 220;
-constexpr int tourButtonRoomSize = 60;
-constexpr int tourTextHeight = 32; // has the tour button's middle as its own
+constexpr int tourButtonAreaSize = 60;
+constexpr int tourTextHeight = 32; // centred on the tour button
 
 // The strip with the buttons, in design pixels.
 constexpr int sideMargin = 32;
@@ -58,77 +69,47 @@ std::wstring FeatureText(int number, wchar_t half) {
 }
 
 ButtonLayout MakeTourButtonLayout() {
-  ButtonLayout layout;
-  layout.fontSize = static_cast<float>(ScaleY(10));
-  layout.textFlag = 1;
-  layout.textStyle = 15;
-  return layout;
+  return {.fontSize = static_cast<float>(ScaleY(10)), .textFlag = 1, .textStyle = 15};
 }
 
-ButtonLayout MakeDialogButtonLayout(unsigned char centred) {
-  ButtonLayout layout;
-  layout.fontSize = buttonFontSize;
-  layout.textFlag = centred;
-  return layout;
-}
+ButtonLayout MakeDialogButtonLayout(unsigned char centred) { return {.fontSize = buttonFontSize, .textFlag = centred}; }
 
 } // namespace
 
 WelcomeScreenDialog::WelcomeScreenDialog(const RECT &bounds)
-    : bounds(bounds), titleText(MakeTitle()),
-      featuresHeading(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.FeaturesHeading']/Head"), 20.0F)),
-      tourText(
-          MakeText(GetWelcomeString(L"Element[@ID='TextBlock.ViewTour']/Head"), 14.0F, DWRITE_TEXT_ALIGNMENT_CENTER)),
-      preferencesText(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.OptOutPreferences']/Head"), 9.0F,
-                               DWRITE_TEXT_ALIGNMENT_CENTER)),
+    : bounds(bounds), titleText(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.WindowTitle']/Head"), titleStyle)),
+      featuresHeading(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.FeaturesHeading']/Head"), headingStyle)),
+      tourText(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.ViewTour']/Head"), tourStyle)),
+      preferencesText(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.OptOutPreferences']/Head"), preferencesStyle)),
       rootPanel(std::make_shared<DockPanel>()), contentPanel(std::make_shared<DockPanel>()),
       bodyPanel(std::make_shared<DockPanel>()), tourButtonPanel(std::make_shared<DockPanel>()),
       bottomPanel(std::make_shared<DockPanel>()), mainStack(std::make_shared<StackPanel>()),
       leftStack(std::make_shared<StackPanel>()), featureStack(std::make_shared<StackPanel>()),
       tourRow(std::make_shared<StackPanel>()), tourTextStack(std::make_shared<StackPanel>()),
       buttonStack(std::make_shared<StackPanel>()),
-      tourButtonRoom(std::make_shared<ColorRectangle>(RECT{}, renderTarget, transparent)),
+      tourButtonSpacer(std::make_shared<ColorRectangle>(RECT{}, renderTarget, transparent)),
       clickListener(MakeListener(this, &WelcomeScreenDialog::OnClick)) {
   dialogId = WelcomeDialogId;
-  preferencesText->Color.Set(preferencesColor);
   for (int i = 0; i < featureCount; ++i)
     featureRows[static_cast<std::size_t>(i)] = MakeFeatureRow(i + 1);
 }
 
 WelcomeScreenDialog::~WelcomeScreenDialog() = default;
 
-/// `size` is in design pixels.
-std::shared_ptr<TextElement> WelcomeScreenDialog::MakeText(const std::wstring &text, float size,
-                                                           DWRITE_TEXT_ALIGNMENT alignment) const {
+/// The size of `style` is in design pixels.
+std::shared_ptr<TextElement> WelcomeScreenDialog::MakeText(const std::wstring &text, TextStyle style) const {
   auto element = std::make_shared<TextElement>(renderTarget);
-  element->BeginUpdate();
-  element->Text.Set(text);
-  element->Left.Set(0);
-  element->Top.Set(0);
-  element->FontSize.Set(static_cast<float>(ScaleY(static_cast<int>(size))));
-  element->FontWeight.Set(DWRITE_FONT_WEIGHT_MEDIUM);
-  element->Color.Set(white);
-  element->TextAlignment.Set(alignment);
-  element->EndUpdate();
+  style.size = static_cast<float>(ScaleY(static_cast<int>(style.size)));
+  element->SetUp(text, style);
   return element;
 }
 
-std::shared_ptr<TextElement> WelcomeScreenDialog::MakeTitle() const {
-  auto title =
-      MakeText(GetWelcomeString(L"Element[@ID='TextBlock.WindowTitle']/Head"), 16.0F, DWRITE_TEXT_ALIGNMENT_CENTER);
-  title->BeginUpdate();
-  title->FontWeight.Set(DWRITE_FONT_WEIGHT_SEMI_BOLD);
-  title->Color.Set(titleColor);
-  title->EndUpdate();
-  return title;
-}
-
 WelcomeScreenDialog::FeatureRow WelcomeScreenDialog::MakeFeatureRow(int number) const {
-  return {std::make_shared<DockPanel>(), std::make_shared<StackPanel>(), MakeText(FeatureText(number, L'a'), 14.0F),
-          MakeText(FeatureText(number, L'b'), 14.0F)};
+  return {std::make_shared<DockPanel>(), std::make_shared<StackPanel>(),
+          MakeText(FeatureText(number, L'a'), featureStyle), MakeText(FeatureText(number, L'b'), featureStyle)};
 }
 
-/// The platform closes a window in ways of its own, such as Alt+F4, which would pass over the settings.
+/// WM_CLOSE is ignored: the platform's own ways to close a window, such as Alt+F4, would skip the settings.
 BOOL WelcomeScreenDialog::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                                                DWORD mapId) {
   if (mapId != 0 || message != WM_CLOSE)
@@ -148,7 +129,7 @@ void WelcomeScreenDialog::InitializeComponent() {
   AddButtons();
 }
 
-/// Here and not at construction: a picture that can't be decoded then costs this screen and not the bar.
+/// Here and not at construction: a picture that can't be decoded then fails this screen only, not the bar.
 void WelcomeScreenDialog::LoadPictures() {
   backgroundImage = std::make_shared<ImageElement>(L"..\\resources\\backgroundwindow.png", renderTarget);
   arrowImage = std::make_shared<ImageElement>(L"..\\resources\\arrowIcon.png", renderTarget);
@@ -199,7 +180,7 @@ void WelcomeScreenDialog::AddPicture() {
 
 void WelcomeScreenDialog::AddTour() {
   tourRow->DesiredWidth.Set(pictureWidth);
-  tourRow->DesiredHeight.Set(tourButtonRoomSize);
+  tourRow->DesiredHeight.Set(tourButtonAreaSize);
   leftStack->AddChild(tourRow.get());
   tourTextStack->DesiredWidth.Set(tourTextWidth);
   tourRow->AddChild(tourTextStack.get());
@@ -209,9 +190,9 @@ void WelcomeScreenDialog::AddTour() {
   tourButton = MakeTourButton();
   tourButtonPanel->AddChild(tourButton.get());
   // The panel asks for what its children ask for, and the button alone asks for less.
-  tourButtonRoom->DesiredWidth.Set(tourButtonRoomSize);
-  tourButtonRoom->DesiredHeight.Set(tourButtonRoomSize);
-  tourButtonPanel->AddChild(tourButtonRoom.get());
+  tourButtonSpacer->DesiredWidth.Set(tourButtonAreaSize);
+  tourButtonSpacer->DesiredHeight.Set(tourButtonAreaSize);
+  tourButtonPanel->AddChild(tourButtonSpacer.get());
 }
 
 std::shared_ptr<DockButton> WelcomeScreenDialog::MakeTourButton() const {
@@ -258,8 +239,8 @@ void WelcomeScreenDialog::AddFeature(FeatureRow &row) {
   row.texts->AddChild(row.sentence.get());
 }
 
-/// The strip at the lower edge. It lies over the stack above it, whose children end before it. With less of a
-/// background than this it keeps the close button, without which nobody would get out.
+/// The strip at the lower edge. It lies over the stack above it, whose children end before it. On a
+/// background smaller than the strip it keeps the close button, the only way to end the screen.
 void WelcomeScreenDialog::AddButtons() {
   const int side = std::min<int>(ScaleX(sideMargin), Width.Get() / 16);
   bottomPanel->Margin.Set({side, side, std::max<int>(0, Height.Get() - ScaleY(stripHeight)), 0});

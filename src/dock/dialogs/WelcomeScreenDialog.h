@@ -33,7 +33,7 @@ public:
   void InitializeComponent() override;
 
 private:
-  /// A headline of what the dock does, and a sentence that tells how.
+  /// A headline of what the dock does, and a sentence that explains it.
   struct FeatureRow {
     std::shared_ptr<DockPanel> panel;
     std::shared_ptr<StackPanel> texts;
@@ -43,9 +43,7 @@ private:
 
   static constexpr int featureCount = 4;
 
-  std::shared_ptr<TextElement> MakeText(const std::wstring &text, float size,
-                                        DWRITE_TEXT_ALIGNMENT alignment = DWRITE_TEXT_ALIGNMENT_LEADING) const;
-  std::shared_ptr<TextElement> MakeTitle() const;
+  std::shared_ptr<TextElement> MakeText(const std::wstring &text, TextStyle style) const;
   FeatureRow MakeFeatureRow(int number) const;
 
   void LoadPictures();
@@ -74,7 +72,7 @@ private:
   std::shared_ptr<ImageElement> backgroundImage, arrowImage, handsImage;
   std::shared_ptr<DockPanel> rootPanel, contentPanel, bodyPanel, tourButtonPanel, bottomPanel;
   std::shared_ptr<StackPanel> mainStack, leftStack, featureStack, tourRow, tourTextStack, buttonStack;
-  std::shared_ptr<ColorRectangle> tourButtonRoom;
+  std::shared_ptr<ColorRectangle> tourButtonSpacer;
   std::shared_ptr<DockButton> tourButton;
   std::shared_ptr<Button> closeButton;
   std::shared_ptr<CheckedButton> updateCheckBox;

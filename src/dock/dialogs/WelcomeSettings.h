@@ -1,15 +1,15 @@
 #pragma once
-// What the welcome screen leaves in the registry when it is closed, and the language in which its tour is shown.
+// What the welcome screen stores in the registry when it is closed, and the language in which its tour is shown.
 // Stateless; any thread; nothing here raises on a key or a file that isn't there.
 
 #include <string>
 
 namespace lumenor {
 
-/// Has the dock started with the user's session, or no longer. A failure is silent.
+/// Makes the dock start with the user's session, or no longer. A failure is silent.
 void StartWithSession(bool starts);
 
-/// Notes whether the dock may update itself, for the program that does it. A failure is silent.
+/// Stores whether the dock may update itself, for the program that does it. A failure is silent.
 void AllowToUpdate(bool allowed);
 
 /// The code of the language that the tour is passed: the user's language and country, or the language alone, for which

@@ -34,15 +34,13 @@ void ApplyStyle(HWND window, int which, LONG style) {
 }
 
 ButtonLayout RowLayout() {
-  ButtonLayout layout;
-  layout.fontSize = static_cast<float>(ScaleY(13));
-  layout.textStyle = 30;
-  layout.imageLeft = ScaleX(8);
-  layout.imageRight = ScaleX(208);
-  layout.imageTop = ScaleY(8);
-  layout.imageBottom = ScaleY(8);
-  layout.textLeft = ScaleX(42);
-  return layout;
+  return {.fontSize = static_cast<float>(ScaleY(13)),
+          .textStyle = 30,
+          .imageLeft = ScaleX(8),
+          .imageRight = ScaleX(208),
+          .imageTop = ScaleY(8),
+          .imageBottom = ScaleY(8),
+          .textLeft = ScaleX(42)};
 }
 
 } // namespace
@@ -52,11 +50,11 @@ FlyoutWindow::FlyoutWindow(const RECT &bounds, const std::wstring &title, const 
       elements(elements), header(std::make_shared<TextElement>(renderTarget)), Visible(L"Visible"),
       rootPanel(std::make_shared<DockPanel>()), list(std::make_shared<StackPanel>()),
       itemClickListener(MakeListener(this, &FlyoutWindow::OnItemClick)) {
-  StyleHeader();
-  Left.Set(bounds.left);
-  Top.Set(bounds.top);
-  Width.Set(bounds.right - bounds.left);
-  Height.Set(bounds.bottom - bounds.top);
+  header->SetUp(title, {.size = static_cast<float>(ScaleY(12)), .weight = DWRITE_FONT_WEIGHT_MEDIUM});
+  header->Margin.Set({ScaleX(6), ScaleX(6), 0, 0});
+  header->Width.Set(ScaleX(228));
+  header->Height.Set(ScaleY(13));
+  UIElement::SetBounds(&bounds);
   Visibility.Set(lumenor::Visibility::Hidden);
   list->Orientation.Set(lumenor::Orientation::Vertical);
   header->DesiredHeight.Set(headerHeight);
@@ -65,21 +63,6 @@ FlyoutWindow::FlyoutWindow(const RECT &bounds, const std::wstring &title, const 
 }
 
 FlyoutWindow::~FlyoutWindow() = default;
-
-void FlyoutWindow::StyleHeader() {
-  header->BeginUpdate();
-  header->Text.Set(title);
-  header->Margin.Set({ScaleX(6), ScaleX(6), 0, 0});
-  header->Left.Set(0);
-  header->Top.Set(0);
-  header->Width.Set(ScaleX(228));
-  header->Height.Set(ScaleY(13));
-  header->FontSize.Set(static_cast<float>(ScaleY(12)));
-  header->FontWeight.Set(DWRITE_FONT_WEIGHT_MEDIUM);
-  header->Color.Set({1.0F, 1.0F, 1.0F, 1.0F});
-  header->TextAlignment.Set(DWRITE_TEXT_ALIGNMENT_LEADING);
-  header->EndUpdate();
-}
 
 void FlyoutWindow::InitializeComponent() {
   ApplyStyle(handle, GWL_STYLE, ::GetWindowLongW(handle, GWL_STYLE) & ~frameStyles);
@@ -91,8 +74,8 @@ void FlyoutWindow::InitializeComponent() {
     CreateItems();
 }
 
-/// The making of a row can let a message in that refreshes the list. The rows that are just being made are then out of
-/// date: they are made once more, behind those that are under way and not amid them.
+/// The making of a row may dispatch a message that refreshes the list. The rows that are being made are then out of
+/// date: they are made once more, after the making under way and not during it.
 void FlyoutWindow::CreateItems() {
   itemsAreCurrent = false;
   if (isMakingItems)
@@ -128,7 +111,7 @@ void FlyoutWindow::FitToItems() {
 }
 
 /// The rows come from files that others write and are made anew while the dock runs. A picture that can't be decoded
-/// costs its row that picture; passed on, the failure would take the flyout along at the start and the bar at a
+/// costs its row only that picture; passed on, the failure would destroy the flyout at the start and the bar at a
 /// refresh.
 std::shared_ptr<IButtonPainter> FlyoutWindow::MakePainter(const Element &element, const ButtonLayout &layout) {
   return MakeWithPicture("FlyoutWindow", element.Image, [&](const std::wstring &image) {
@@ -158,8 +141,8 @@ void FlyoutWindow::SizeBackPlate() {
   backPlate->SetBounds(&plate);
 }
 
-/// The activation is left alone: rows are made anew behind the user's back, and a flyout that took it then would close
-/// the one that is open, or the keys that the user types elsewhere would go to a window that nobody sees.
+/// Doesn't activate the window: rows are also made anew while the user does something else. A flyout that took the
+/// activation then would close the one that is open, or get the keys typed elsewhere though it is hidden.
 void FlyoutWindow::PlaceWindow() {
   if (::IsWindow(handle))
     ::SetWindowPos(handle, nullptr, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top,
@@ -174,10 +157,7 @@ void FlyoutWindow::RedrawNow() {
 void FlyoutWindow::SetBounds(const RECT &rectangle) {
   bounds = rectangle;
   UpdateBottom();
-  Left.Set(bounds.left);
-  Top.Set(bounds.top);
-  Width.Set(bounds.right - bounds.left);
-  Height.Set(bounds.bottom - bounds.top);
+  UIElement::SetBounds(&bounds);
   SizeBackPlate();
   PlaceWindow();
   RedrawNow();
@@ -203,8 +183,8 @@ void FlyoutWindow::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibili
 
 BOOL FlyoutWindow::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                                         DWORD mapId) {
-  // Unlike the guard of the base's rows this one leaves the window alone: the base's table follows on a failure. But
-  // not on WM_CLOSE, where the base lets the window go: this one is made once.
+  // Unlike the guard of the base's rows these don't destroy the window: after a failure the base's table handles the
+  // message. Except for WM_CLOSE, on which the base destroys the window: a flyout's is made only once.
   bool handled = false;
   if (message == WM_ACTIVATE)
     handled = Guarded(L"OnActivate", [&] { OnActivate(LOWORD(wParam)); });

@@ -38,8 +38,8 @@ public:
   /// Visible becomes hidden, anything else visible.
   void ToggleVisibility();
 
-  /// Makes the rows anew from the elements. Needs the window. Called while it runs, by a message that is handled just
-  /// then, it makes them once more before it ends.
+  /// Makes the rows anew from the elements. Needs the window. A call during a making, out of a message that is handled
+  /// meanwhile, makes that one start over at its end.
   virtual void CreateItems();
 
   /// What choosing a row does: the element's action.
@@ -67,7 +67,6 @@ public:
   Event<PropertyChangeEventArgs<lumenor::Visibility>> Visible;
 
 private:
-  void StyleHeader();
   std::shared_ptr<IButtonPainter> MakePainter(const Element &element, const ButtonLayout &layout);
   void MakeItems(const ElementList &shown);
   void AddItem(const Element &element, const ButtonLayout &layout);

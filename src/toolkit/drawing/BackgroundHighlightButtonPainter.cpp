@@ -24,10 +24,7 @@ void BackgroundHighlightButtonPainter::Attach(Button *newButton) {
   IButtonPainter::Attach(newButton);
   normalText = MakeButtonLabel(renderTarget, text, layout, *newButton);
   hoverText = MakeButtonLabel(renderTarget, text, layout, *newButton);
-  const long left = newButton->Left.Get();
-  const long top = newButton->Top.Get();
-  const RECT bounds{left, top, left + newButton->Width.Get(), top + newButton->Height.Get()};
-  highlight = std::make_shared<ColorRectangle>(bounds, renderTarget, highlightColor);
+  highlight = std::make_shared<ColorRectangle>(newButton->GetBounds(), renderTarget, highlightColor);
 }
 
 void BackgroundHighlightButtonPainter::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {

@@ -11,19 +11,13 @@ std::shared_ptr<TextElement> MakeButtonLabel(const RenderTargetPtr &renderTarget
                                              const ButtonLayout &layout, const UIElement &button) {
   const long room = button.Height.Get() - layout.textBottom - layout.textTop;
   const auto label = std::make_shared<TextElement>(renderTarget);
-  label->BeginUpdate();
-  label->Text.Set(text);
+  label->SetUp(text, {.size = layout.fontSize, .alignment = LabelAlignment(layout)});
   label->Left.Set(layout.textLeft);
   // The margins may cross, as those of the bar's buttons do: the label then takes the band between the two lines. What
-  // a clip with its edges swapped shows is the platform's secret.
+  // a clip whose edges are swapped shows is undefined.
   label->Top.Set(layout.textTop + std::min(room, 0L));
   label->Width.Set(button.Width.Get() - layout.textRight - layout.textLeft);
   label->Height.Set(std::abs(room));
-  label->FontSize.Set(layout.fontSize);
-  label->FontWeight.Set(DWRITE_FONT_WEIGHT_NORMAL);
-  label->Color.Set({1.0F, 1.0F, 1.0F, 1.0F});
-  label->TextAlignment.Set(LabelAlignment(layout));
-  label->EndUpdate();
   return label;
 }
 

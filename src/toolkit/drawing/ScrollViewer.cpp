@@ -13,7 +13,7 @@ namespace {
 
 constexpr int arrowWidth = 24;  // design pixels, those of the picture
 constexpr int arrowHeight = 48; // likewise
-constexpr int barHeight = 77;   // design pixels, of the room that the arrows stand in
+constexpr int barHeight = 77;   // design pixels, of the area with the arrows
 
 /// How far a click slides the strip, in device pixels.
 const long scrollStep = ScaleX(77);
@@ -23,18 +23,15 @@ constexpr float slideSeconds = 0.3F;
 /// Much more than a slide takes: on a busy machine its last tick is late.
 constexpr ULONGLONG slideLimitMs = 1000;
 
-/// The arrow fills the button's width and stands in the middle of its height. It has no label; the size of one must
-/// be a size all the same.
+/// The arrow fills the button's width and stands in the middle of its height. It has no label, but a font can't have
+/// the size 0.
 ButtonLayout MakeArrowLayout() {
-  ButtonLayout layout;
-  layout.fontSize = 10.0F;
-  layout.imageTop = ScaleY((barHeight - arrowHeight) / 2);
-  layout.imageBottom = ScaleY(barHeight) - layout.imageTop - ScaleY(arrowHeight);
-  return layout;
+  const int top = ScaleY((barHeight - arrowHeight) / 2);
+  return {.fontSize = 10.0F, .imageTop = top, .imageBottom = ScaleY(barHeight) - top - ScaleY(arrowHeight)};
 }
 
-/// Two quick clicks on one spot are two steps, though the platform takes them for a double click. Other buttons leave
-/// them at one, so that nobody starts a program twice.
+/// Two quick clicks on one spot are two steps, though the platform reports a double click. For other buttons they are
+/// one, so that nobody starts a program twice.
 class ArrowButton : public Button {
 public:
   using Button::Button;
@@ -82,7 +79,7 @@ ScrollViewer::ScrollViewer(RenderTargetPtr renderTarget)
   animation.DecelerationRatio.Set(0.75F);
 }
 
-// A screen too narrow for the bar gives a room of negative width, and a rectangle whose ends are crossed.
+// A screen too narrow for the bar gives a negative width, and a rectangle whose edges are swapped.
 void ScrollViewer::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
   if (rect->right <= rect->left || rect->bottom <= rect->top)
     return;
@@ -99,8 +96,7 @@ void ScrollViewer::MakeWindow(HWND parentWindow) {
   UpdateButtons();
 }
 
-/// "Scroll" is the tool tip. "scroll" names the window for programs that read the screen out; a label on the arrow
-/// would only cover it.
+/// "Scroll" is the tool tip. "scroll" is the window's text for screen readers; a label would only cover the arrow.
 std::shared_ptr<Button> ScrollViewer::MakeArrowButton(const wchar_t *imagePath,
                                                       EventListener<ButtonEventArgs> *clickListener) {
   auto button = std::make_shared<ArrowButton>(
@@ -126,7 +122,7 @@ void ScrollViewer::SetChild(UIElement *newChild) {
 }
 
 void ScrollViewer::UnfollowChild() {
-  animation.Target.Set(nullptr); // the former strip may go; no slide must reach it any more
+  animation.Target.Set(nullptr); // the former strip may be destroyed; no slide may set it any more
   slideEnd.reset();
   child->DesiredWidth.changed.RemoveListener(childDesiredWidthListener.get());
   child->Left.changed.RemoveListener(childLeftListener.get());
@@ -142,7 +138,7 @@ void ScrollViewer::Layout() {
   if (overhang <= 0 || child->Left.Get() > 0)
     child->Left.Set(0);
   else if (child->Left.Get() < 0 && child->Left.Get() < -overhang)
-    child->Left.Set(-overhang); // the strip's end never comes inside the room
+    child->Left.Set(-overhang); // the strip's end is never inside the viewer
   UpdateButtons();
 }
 
@@ -197,7 +193,7 @@ void ScrollViewer::Slide(long distance) {
   slideDeadline = ::GetTickCount64() + slideLimitMs;
 }
 
-/// The place nearest to `left` at which no end of the strip is inside the room, unless the strip is narrower.
+/// The place nearest to `left` at which no end of the strip is inside the viewer, unless the strip is narrower.
 long ScrollViewer::InsideLimits(long left) const {
   return std::min(std::max(left, Width.Get() - child->Width.Get()), 0L);
 }

@@ -1,7 +1,7 @@
 #pragma once
-// A child window that shows a horizontal strip, its one child, through a room that may be narrower: two arrow buttons
-// at the room's ends, which show as long as there is something to come on their side, slide the strip. Held in a shared
-// pointer by whoever composes the screen; the strip is borrowed. User-interface thread.
+// A child window that shows a horizontal strip, its one child, in an area that may be narrower: two arrow buttons at
+// the ends of the area, each shown while a part of the strip is hidden on its side, slide the strip. Held in a shared
+// pointer by the owner of the screen; the strip is borrowed. User-interface thread.
 
 #include <memory>
 #include <optional>
@@ -18,24 +18,24 @@ public:
   /// `renderTarget` is what the arrow buttons are drawn on.
   explicit ScrollViewer(RenderTargetPtr renderTarget);
 
-  /// Paints the strip, and above it the arrow buttons that show; nothing in a room without width or height.
+  /// Paints the strip, and above it the arrow buttons that show; nothing in an area without width or height.
   void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
 
-  /// Replaces the strip and follows its wishes from now on; a slide of the former one ends. `newChild` must not be
+  /// Replaces the strip and follows its desired width; a slide of the former one ends. `newChild` must not be
   /// null.
   void SetChild(UIElement *newChild) override;
 
-  /// Gives the strip the width it asks for and the viewer's height, and keeps its ends at or outside the room's.
+  /// Gives the strip the width it asks for and the viewer's height, and keeps its ends at or outside the viewer's.
   void Layout() override;
 
   void OnWidthChanged() override;
   void OnHeightChanged() override;
 
-  /// Whether a slide is under way. One that hasn't come to its end long after its time, since another animation has
-  /// taken its ticks, isn't any more.
+  /// Whether a slide is under way. One that is long past its time, because another animation gets the timer's ticks,
+  /// doesn't count.
   bool IsSliding() const;
 
-  /// Puts the strip where a slide leads that hasn't come to its end; for who is about to take its ticks.
+  /// Moves the strip to the end of an unfinished slide. To be called before another animation takes the timer's ticks.
   void EndSlide();
 
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,

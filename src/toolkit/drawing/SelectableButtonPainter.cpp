@@ -65,10 +65,12 @@ void SelectableButtonPainter::Paint(RenderTargetPtr target, const D2D1_RECT_F *r
     return;
   const StateBrushes brushes = ChooseBrushes();
   const D2D1_RECT_F box = Box(*rect);
-  if (IsLowColorDisplay())
+  if (IsLowColorDisplay()) {
     target->FillRectangle(rect, brushes.outline);
-  else
-    PaintBox(target.Get(), box, brushes, {1.0F, 0.0F, 0.0F, 1.0F, rect->left + brushOffset, rect->top + brushOffset});
+  } else {
+    brushes.Stretch(rect->left + brushOffset, rect->top + brushOffset, 1.0F);
+    PaintBox(target.Get(), box, brushes);
+  }
   if (!text.empty()) {
     const D2D1_RECT_F label{box.right + labelDistance, rect->top, rect->right, rect->bottom};
     labelText->Paint(target, &label);
@@ -82,10 +84,8 @@ D2D1_RECT_F SelectableButtonPainter::Box(const D2D1_RECT_F &rect) const {
 }
 
 /// The outline comes last, so that it lies over the tick.
-void SelectableButtonPainter::PaintBox(ID2D1RenderTarget *target, const D2D1_RECT_F &box, const StateBrushes &brushes,
-                                       const D2D1_MATRIX_3X2_F &brushTransform) {
+void SelectableButtonPainter::PaintBox(ID2D1RenderTarget *target, const D2D1_RECT_F &box, const StateBrushes &brushes) {
   const D2D1_ROUNDED_RECT shape{box, cornerRadius, cornerRadius};
-  brushes.SetTransform(brushTransform);
   if (brushes.fill != nullptr)
     target->FillRoundedRectangle(&shape, brushes.fill);
   if (static_cast<CheckedButton *>(button)->Checked.Get() != 0)

@@ -16,8 +16,7 @@ public:
 
 private:
   D2D1_RECT_F Box(const D2D1_RECT_F &rect) const;
-  void PaintBox(ID2D1RenderTarget *target, const D2D1_RECT_F &box, const StateBrushes &brushes,
-                const D2D1_MATRIX_3X2_F &brushTransform);
+  void PaintBox(ID2D1RenderTarget *target, const D2D1_RECT_F &box, const StateBrushes &brushes);
   void PaintTick(ID2D1RenderTarget *target, const D2D1_RECT_F &box);
 
   Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> tickBrush;

@@ -3,13 +3,10 @@
 #include <utility>
 
 #include "system/Desktop.h"
-#include "system/HResultError.h"
 #include "toolkit/drawing/Button.h"
 #include "toolkit/drawing/ButtonParts.h"
 #include "toolkit/drawing/ProgramAppearance.h"
 #include "toolkit/TextElement.h"
-
-using Microsoft::WRL::ComPtr;
 
 namespace lumenor {
 namespace {
@@ -31,18 +28,6 @@ long Tenth(long length) { return static_cast<long>(static_cast<double>(length) *
 
 } // namespace
 
-ComPtr<ID2D1LinearGradientBrush> MakeUnitGradient(ID2D1RenderTarget *renderTarget, const D2D1_GRADIENT_STOP *stops,
-                                                  UINT32 count) {
-  ComPtr<ID2D1GradientStopCollection> collection;
-  ThrowIfFailed(
-      renderTarget->CreateGradientStopCollection(stops, count, D2D1_GAMMA_2_2, D2D1_EXTEND_MODE_CLAMP, &collection));
-  const D2D1_LINEAR_GRADIENT_BRUSH_PROPERTIES line{{1.0F, 0.0F}, {1.0F, 1.0F}};
-  const D2D1_BRUSH_PROPERTIES properties{1.0F, {1.0F, 0.0F, 0.0F, 1.0F, 0.0F, 0.0F}};
-  ComPtr<ID2D1LinearGradientBrush> brush;
-  ThrowIfFailed(renderTarget->CreateLinearGradientBrush(&line, &properties, collection.Get(), &brush));
-  return brush;
-}
-
 SimpleButtonPainter::SimpleButtonPainter(RenderTargetPtr renderTarget, const std::wstring &text,
                                          const ButtonLayout &layout, const std::wstring &programPath, bool skipBrushes)
     : text(text), layout(layout), renderTarget(std::move(renderTarget)) {
@@ -61,18 +46,13 @@ void SimpleButtonPainter::Attach(Button *newButton) {
   const long dx = Tenth(newButton->Width.Get());
   const long dy = Tenth(newButton->Height.Get());
   labelText = std::make_shared<TextElement>(renderTarget);
-  labelText->BeginUpdate();
-  labelText->Text.Set(text);
-  labelText->Left.Set(newButton->Left.Get() + dx);
-  labelText->Top.Set(newButton->Top.Get() + dy);
-  labelText->Width.Set(newButton->Width.Get() - 2 * dx);
-  labelText->Height.Set(newButton->Height.Get() - 2 * dy);
-  labelText->FontSize.Set(layout.fontSize);
-  labelText->FontWeight.Set(DWRITE_FONT_WEIGHT_MEDIUM);
-  labelText->Color.Set({1.0F, 1.0F, 1.0F, 0.95F});
-  labelText->TextAlignment.Set(LabelAlignment(layout));
-  labelText->Trimming.Set(1);
-  labelText->EndUpdate();
+  labelText->SetUp(text, {.size = layout.fontSize,
+                          .weight = DWRITE_FONT_WEIGHT_MEDIUM,
+                          .color = {1.0F, 1.0F, 1.0F, 0.95F},
+                          .alignment = LabelAlignment(layout)});
+  const RECT bounds = newButton->GetBounds();
+  const RECT inner{bounds.left + dx, bounds.top + dy, bounds.right - dx, bounds.bottom - dy};
+  labelText->SetBounds(&inner);
 }
 
 void SimpleButtonPainter::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
@@ -83,7 +63,7 @@ void SimpleButtonPainter::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect)
     target->FillRectangle(rect, brushes.outline);
   } else {
     const D2D1_ROUNDED_RECT shape{*rect, cornerRadius, cornerRadius};
-    brushes.SetTransform({1.0F, 0.0F, 0.0F, static_cast<float>(button->Height.Get()), rect->left, rect->top});
+    brushes.Stretch(rect->left, rect->top, static_cast<float>(button->Height.Get()));
     if (brushes.fill != nullptr)
       target->FillRoundedRectangle(&shape, brushes.fill);
     target->DrawRoundedRectangle(&shape, brushes.outline, outlineWidth, nullptr);
@@ -100,10 +80,10 @@ SimpleButtonPainter::StateBrushes SimpleButtonPainter::ChooseBrushes() const {
   return {normalBrush.Get(), nullptr};
 }
 
-void SimpleButtonPainter::StateBrushes::SetTransform(const D2D1_MATRIX_3X2_F &transform) const {
-  outline->SetTransform(&transform);
+void SimpleButtonPainter::StateBrushes::Stretch(float left, float top, float height) const {
+  StretchUnitGradient(outline, left, top, height);
   if (fill != nullptr)
-    fill->SetTransform(&transform);
+    StretchUnitGradient(fill, left, top, height);
 }
 
 } // namespace lumenor

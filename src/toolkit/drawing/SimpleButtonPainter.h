@@ -7,14 +7,11 @@
 
 #include "toolkit/drawing/ButtonLayout.h"
 #include "toolkit/drawing/IButtonPainter.h"
+#include "toolkit/Gradient.h"
 
 namespace lumenor {
 
 class TextElement;
-
-/// A linear gradient brush from top to bottom of a rectangle one pixel high. Raises HResultError.
-Microsoft::WRL::ComPtr<ID2D1LinearGradientBrush> MakeUnitGradient(ID2D1RenderTarget *renderTarget,
-                                                                  const D2D1_GRADIENT_STOP *stops, UINT32 count);
 
 /// Draws an outline, a fill on hover and press, and a label.
 class SimpleButtonPainter : public IButtonPainter {
@@ -37,7 +34,8 @@ protected:
     ID2D1LinearGradientBrush *outline;
     ID2D1LinearGradientBrush *fill;
 
-    void SetTransform(const D2D1_MATRIX_3X2_F &transform) const;
+    /// Stretches them to `height` pixels from (`left`, `top`) down.
+    void Stretch(float left, float top, float height) const;
   };
 
   StateBrushes ChooseBrushes() const;

@@ -1,10 +1,10 @@
 #pragma once
 // Smooth changes of a number over time: drives a property from one value to another along the platform's curve of
-// acceleration and deceleration. Owned by whoever owns the property, or outlives it not; made once and started as often
-// as wanted. User-interface thread only.
+// acceleration and deceleration. Must not outlive the property; may be started any number of times. User-interface
+// thread only.
 //
-// All animations share one timer, which calls the one that started last; an earlier one stops where it is. There is no
-// notice of the end: the last tick has brought the property to its end value.
+// All animations share one timer, which calls the one that started last; an earlier one stops where it is. Nothing is
+// called at the end: the last tick has set the end value.
 
 #include <memory>
 
@@ -23,11 +23,11 @@ public:
   Animation(const Animation &) = delete;
   Animation &operator=(const Animation &) = delete;
 
-  /// An animation that goes takes the timer's calls along: what plays on plays unheard.
+  /// Ends the timer's calls to this animation; what still plays sets nothing any more.
   virtual ~Animation() { *alive = 0; }
 
   /// Plays from `From` to `To` on `Target`, from now on. Does nothing without a target, or where the two are equal.
-  /// Whatever still plays is left alone, unheard. Raises HResultError where a service of the platform fails.
+  /// Whatever still plays sets nothing any more. Raises HResultError where a service of the platform fails.
   virtual void Start();
 
   /// Gives the target the value of this moment. Called at every tick.
@@ -37,7 +37,7 @@ protected:
   /// The value of this moment, rounded by the platform. Only after a Start.
   INT32 CurrentValue() const;
 
-  /// Whether there is something to read and someone to tell it to.
+  /// Whether there is a value to read and a target to set.
   bool IsUpdatable() { return variable != nullptr && Target.Get() != nullptr; }
 
 private:
@@ -86,7 +86,7 @@ public:
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor" // the platform's interfaces have none
 
-/// What the timer calls for an animation. Held by the timer alone, and goes with the last reference.
+/// What the timer calls for an animation. Owned by the timer; destroyed with its last reference.
 template <typename T> class TimerEventHandler : public IUIAnimationTimerEventHandler {
 public:
   /// `animation` is borrowed; once `animationAlive` is 0 it isn't called any more.

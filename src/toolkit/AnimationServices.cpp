@@ -25,7 +25,7 @@ bool IsComInitialized() {
 } // namespace
 
 AnimationServices &AnimationServices::Instance() {
-  // Never destroyed: the exit handler decides what can still be given back.
+  // Never destroyed: the exit handler decides what can still be released.
   static auto *const instance = [] {
     std::atexit(AtExit);
     return new AnimationServices;
@@ -33,7 +33,7 @@ AnimationServices &AnimationServices::Instance() {
   return *instance;
 }
 
-/// What COM handed out is gone once its last apartment was left; then there is nobody left to tell.
+/// COM's objects are gone once its last apartment is left, and must not be released then.
 void AnimationServices::AtExit() {
   AnimationServices &services = Instance();
   if (!IsComInitialized()) {
@@ -46,7 +46,7 @@ void AnimationServices::AtExit() {
   services.transitionLibrary.Reset();
 }
 
-/// All of them or none: what is made before a failure goes again.
+/// All of them or none: what is made before a failure is released.
 void AnimationServices::Make() {
   auto newManager = MakeService<IUIAnimationManager>(CLSID_UIAnimationManager);
   auto newLibrary = MakeService<IUIAnimationTransitionLibrary>(CLSID_UIAnimationTransitionLibrary);

@@ -1,5 +1,5 @@
 #pragma once
-// The platform's animation services, one of each kind for the whole process: made at first use, given back when the
+// The platform's animation services, one of each kind for the whole process: made at first use, released when the
 // entry function ends or, should the process end without that, by its exit handler. User-interface thread only, with
 // COM initialised.
 
@@ -40,8 +40,8 @@ private:
 /// then there is none of them, and the next call tries again.
 AnimationServices &GetAnimationServices();
 
-/// Ends every animation and gives the services back: manager, timer, transition library. Makes them first where nobody
-/// used them. A platform that has no such services is passed over.
+/// Ends every animation and releases the services: manager, timer, transition library. Makes them first when they
+/// haven't been used. Does nothing on a platform without such services.
 void ShutDownAnimationServices() noexcept;
 
 } // namespace lumenor

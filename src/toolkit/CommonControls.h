@@ -1,10 +1,10 @@
 #pragma once
-// The platform's common controls, whose classes aren't there until they are asked for. User-interface thread.
+// The platform's common controls, whose window classes have to be registered. User-interface thread.
 
 namespace lumenor {
 
-/// Has the platform register the classes of tool tips and of the plain controls; once per process, however often it is
-/// called. Before the first such window. A platform that refuses has them all the same or fails the window's making.
+/// Registers the classes of tool tips and of the standard controls, at the first call only. To be called before the
+/// first such window is made. A failure isn't reported: the window's creation then fails if the class is missing.
 void LoadCommonControls();
 
 } // namespace lumenor

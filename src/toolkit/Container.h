@@ -1,6 +1,6 @@
 #pragma once
-// A control with an ordered list of children, and the wiring that lays them out again whenever a child's wish or the
-// container's own rectangle changes. The children are borrowed. User-interface thread.
+// A control with an ordered list of children, and the wiring that lays them out again whenever what a child asks
+// for or the container's own rectangle changes. The children are borrowed. User-interface thread.
 //
 // BeginUpdate and EndUpdate around bulk changes hold the layout back until the outermost EndUpdate, which runs it once.
 

@@ -8,7 +8,7 @@ namespace lumenor {
 
 class Control;
 
-/// What a control's input event says.
+/// The arguments of a control's input event.
 struct ControlEventArgs {
   Control *sender;
 };
@@ -18,7 +18,7 @@ public:
   /// 1 between WM_SETFOCUS and WM_KILLFOCUS; kept by the controls that have a window.
   Property<int> HasFocus;
 
-  /// For subscribers to come. The toolkit never fires these: input goes to each class's own message map.
+  /// The toolkit never fires these: input goes to each class's own message map.
   Event<ControlEventArgs> MouseDown{L"MouseDown"}, MouseUp{L"MouseUp"}, MouseMove{L"MouseMove"},
       MouseLeave{L"MouseLeave"}, MouseHover{L"MouseHover"}, MouseWheelTurned{L"MouseWheelTurned"}, KeyDown{L"KeyDown"},
       KeyUp{L"KeyUp"};

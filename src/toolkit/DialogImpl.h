@@ -11,7 +11,7 @@ namespace lumenor {
 class CDialog : public CWindow {
 public:
   /// The dialog procedure that the window runs under once the object is stored with it. It answers as the platform
-  /// wants it of dialog procedures: the result of the message map through DWLP_MSGRESULT, but directly for
+  /// expects of dialog procedures: the result of the message map through DWLP_MSGRESULT, but directly for
   /// WM_INITDIALOG, WM_CTLCOLOR... and the few others whose answer is the return value itself.
   virtual DLGPROC GetDialogProc();
 };

@@ -9,8 +9,8 @@ namespace lumenor {
 
 namespace {
 
-// A user can't enter that much into a field of the dock, but another program may have put a whole book there. Beyond
-// this many characters off the field's edges none has a say in how those on it look.
+// A user can't enter that much into a field of the dock, but another program may have set a very long text. Characters
+// further than this off the field's edges don't affect how the visible ones look.
 constexpr std::size_t unseenCharacters = 256;
 
 /// The control's own font, selected into a device context of its window.

@@ -11,7 +11,7 @@
 namespace lumenor {
 
 struct EditReading {
-  /// What is in sight, and some more on both sides.
+  /// What is visible, and some more on both sides.
   std::wstring text;
 
   /// For every character of `text` where its leading edge is: the left one in text that runs to the right, the right

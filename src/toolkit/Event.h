@@ -1,6 +1,6 @@
 #pragma once
-// Synchronous multicast events and their listeners. An event owns no listener: whoever wants the calls holds its
-// listener in a shared pointer and is gone from every event as soon as it drops it. User-interface thread.
+// Synchronous multicast events and their listeners. An event owns no listener: the subscriber holds it in a shared
+// pointer, and when that is dropped the listener is gone from every event. User-interface thread.
 
 #include <cstddef>
 #include <cstdint>
@@ -11,8 +11,8 @@
 
 namespace lumenor {
 
-/// One byte that says whether a listener still lives; shared between the listener and the event's entry for it, so that
-/// either may go first.
+/// One byte that says whether a listener still lives; shared by the listener and the event's entry for it, so that
+/// either may be destroyed first.
 using AliveFlag = std::shared_ptr<unsigned char>;
 
 template <typename Args> class Event;
@@ -34,8 +34,8 @@ public:
 private:
   friend class Event<Args>;
 
-  /// Keeps the flag of a new entry. Those that only this listener still holds, since their entries are gone, make room
-  /// first: one that hears of ever new objects would grow for as long as the process runs.
+  /// Keeps the flag of a new entry. Flags whose entries are gone are dropped first: a listener that subscribes to ever
+  /// new objects would otherwise grow for as long as the process runs.
   void Keep(const AliveFlag &flag) {
     if (flagRefs.size() == flagRefs.capacity())
       std::erase_if(flagRefs, [](const AliveFlag &kept) { return kept.use_count() == 1; });
@@ -45,10 +45,10 @@ private:
   std::vector<AliveFlag> flagRefs; // one for every entry of this listener, and some of entries that are gone
 };
 
-/// Calls a member function of an object; does nothing when either is null. A handler without parameters isn't passed the
-/// arguments. A pointer to a virtual member function calls the override of the object's class.
-template <typename Owner, typename Args, typename Handler = void (Owner::*)(Args *)>
-class TypedEventListener : public EventListener<Args> {
+/// Calls a member function of an object; does nothing when either is null. A handler without parameters isn't passed
+/// the arguments. A pointer to a virtual member function calls the override of the object's class.
+template <typename Owner, typename Args, typename Handler = void (Owner::*)(Args *)> class TypedEventListener
+    : public EventListener<Args> {
 public:
   TypedEventListener(Owner *owner, Handler handler) : owner(owner), handler(handler) {}
 
@@ -81,16 +81,16 @@ ListenerPtr<Args> MakeListener(Owner *owner, void (HandlerClass::*handler)()) {
   return std::make_shared<TypedEventListener<Owner, Args, void (HandlerClass::*)()>>(owner, handler);
 }
 
-/// The listeners of one happening, called in the order of their subscription.
+/// Calls its listeners in the order of their subscription.
 template <typename Args> class Event {
 public:
-  /// `name` is a literal, a label for whoever debugs.
+  /// `name` is a literal, a label for debugging.
   explicit Event(const wchar_t *name) : name(name) {}
   Event(const Event &) = delete;
   Event &operator=(const Event &) = delete;
 
-  /// Subscribes; the same listener twice is called twice a firing. Null is ignored. Borrows `listener`, which may go
-  /// at any time.
+  /// Subscribes; the same listener twice is called twice a firing. Null is ignored. Borrows `listener`, which
+  /// may be destroyed at any time.
   void AddListener(EventListener<Args> *listener) {
     if (listener == nullptr)
       return;
@@ -126,7 +126,7 @@ public:
         dead.push_back(static_cast<std::uint32_t>(i));
     }
     // The indices stand as they were found, not corrected for the removals before them: with several dead entries in
-    // one firing the later removals strike one place further on. Who wants exactness calls RemoveListener.
+    // one firing the later removals hit the entry one place further on. RemoveListener is exact.
     for (const std::uint32_t index : dead)
       RemoveAt(static_cast<int>(index));
   }

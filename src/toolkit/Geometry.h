@@ -13,7 +13,7 @@ struct Color {
   bool operator==(const Color &) const = default;
 };
 
-/// Space kept around an element, in pixels. Mind the order: it isn't that of RECT.
+/// Space kept around an element, in pixels. The order isn't that of RECT.
 struct Margin {
   std::int32_t left = 0, right = 0, top = 0, bottom = 0;
   bool operator==(const Margin &) const = default;

@@ -10,7 +10,7 @@ namespace lumenor {
 using PanelTraits = CWinTraits<WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0>;
 
 /// The messages that every panel handles. WM_PAINT becomes an invalidation of the parent: a child window never draws,
-/// it passes the job up to the root. WM_COMMAND is posted back to the control that sent it.
+/// the root does. WM_COMMAND is posted back to the control that sent it.
 BOOL ProcessPanelMessage(UIElement &panel, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result);
 
 /// The container `Panel` with its window.

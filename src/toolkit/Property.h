@@ -1,6 +1,6 @@
 #pragma once
-// A value that tells of its changes: every attribute of a toolkit object that anything may watch. A plain member of its
-// owner; its address is its identity. User-interface thread.
+// A value that notifies listeners of its changes. A plain member of its owner; its address is its identity.
+// User-interface thread.
 
 #include <memory>
 #include <utility>
@@ -11,7 +11,7 @@ namespace lumenor {
 
 template <typename T> class Property;
 
-/// What a property's event says. Lives as long as the firing.
+/// The arguments of a property's event. They live as long as the firing.
 template <typename T> struct PropertyChangeEventArgs {
   Property<T> *source;
   T oldValue;
@@ -28,8 +28,8 @@ public:
   /// The value, borrowed until the next Set.
   const T &Get() const { return value; }
 
-  /// Stores `newValue` and calls all listeners before it returns; an equal value is free. Listeners already read the
-  /// new value, and may call Set again, which nests.
+  /// Stores `newValue` and calls all listeners before it returns; an equal value does nothing. Listeners already read
+  /// the new value, and may call Set again, which nests.
   void Set(T newValue) {
     if (!CountsAsChanged(newValue))
       return;

@@ -14,7 +14,7 @@ constexpr const wchar_t *textLocaleName = L"en";
 /// The process's shared DirectWrite factory, a new reference. Raises HResultError.
 Microsoft::WRL::ComPtr<IDWriteFactory> CreateTextFactory();
 
-/// The status font of the system's non-client metrics; all zero when the platform has none to tell.
+/// The status font of the system's non-client metrics; all zero when the platform reports none.
 LOGFONTW GetStatusFont();
 
 /// A text format in the status font's family, `size` in device-independent units, vertically centred. Raises

@@ -1,5 +1,5 @@
 #pragma once
-// The root classes of the element tree. An element holds its geometry and its wishes for layout as properties, knows
+// The root classes of the element tree. An element has its geometry and what it asks of layout as properties, knows
 // its parent and paints itself on request; it has no window of its own unless a derived class makes one. Held in a
 // shared pointer by whoever composes the screen; a parent's pointer to it is borrowed. User-interface thread.
 
@@ -63,10 +63,11 @@ public:
   /// The element's own window; null when it has none.
   virtual HWND GetHandle();
 
-  /// Whether the element wants a repaint. Nothing ever clears the wish: the root repaints whenever it is told to.
+  /// Whether the element needs a repaint. Nothing clears the flag: the root repaints whenever it is asked to.
   virtual bool IsDirty();
 
-  /// Asks for a repaint; climbs the parents up to the root, which draws. Without a parent it only sets the flag.
+  /// Asks for a repaint, which each parent passes on up to the root, which draws. Without a parent it only sets the
+  /// flag.
   virtual void Invalidate();
 
   /// Called after a group of property changes.

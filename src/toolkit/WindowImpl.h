@@ -1,8 +1,8 @@
 #pragma once
-// The windows of the toolkit: an object, its platform window, and the procedure that leads from one to the other.
+// The windows of the toolkit: an object, its platform window, and the procedure that connects them.
 //
 // The object's address is stored with the window at WM_NCCREATE, tested at every message and cleared at WM_NCDESTROY,
-// so that neither outlives the other unnoticed: an object that goes first takes its window along. No exception crosses
+// so that neither outlives the other unnoticed: an object that is destroyed destroys its window. No exception crosses
 // the platform's frames: the procedure keeps it (KeepWindowException) for the message loop, and the message goes on to
 // the default procedure as if nobody had handled it. User-interface thread.
 
@@ -77,7 +77,7 @@ void HoldWindow(HWND window, CWindow &object);
 /// The object stored with `window`; null when there is none.
 CWindow *ObjectOf(HWND window);
 
-/// Parts the window, which is going, from its object, and tells the object.
+/// Separates the window, which is being destroyed, from its object, and calls the object's OnFinalMessage.
 void ReleaseWindow(HWND window);
 
 } // namespace lumenor

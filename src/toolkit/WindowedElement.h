@@ -15,8 +15,8 @@ bool HasParentWindow(const UIElement &element);
 void MoveElementWindow(UIElement &element);
 
 /// The element `Element` with its window of class `T`, which lives from OnAttached to OnDetached.
-template <class T, class Element, class Traits>
-class WindowedElement : public Element, public CWindowImpl<T, CWindow, Traits> {
+template <class T, class Element, class Traits> class WindowedElement : public Element,
+                                                                        public CWindowImpl<T, CWindow, Traits> {
 public:
   HWND GetHandle() override { return this->handle; }
 

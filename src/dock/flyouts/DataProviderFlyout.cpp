@@ -17,7 +17,7 @@ void DataProviderFlyout::Refresh() { CreateItems(); }
 
 void DataProviderFlyout::CreateItems() {
   if (::IsWindow(handle)) {
-    // The watch stands ahead of the reading: what is written behind the reading is told of.
+    // The watch starts before the reading, so that a write after the reading is reported.
     provider->Watch(::GetParent(handle), refreshMessage);
     elements = provider->GetElements();
   }

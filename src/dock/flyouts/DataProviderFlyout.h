@@ -1,6 +1,6 @@
 #pragma once
-// A flyout whose rows come from a provider and are made anew when the provider's data change, be the flyout open or
-// not. Owned by the dock. User-interface thread.
+// A flyout whose rows come from a provider and are made anew when the provider's data change, whether the flyout
+// is open or not. Owned by the dock. User-interface thread.
 
 #include <string>
 

@@ -1,5 +1,5 @@
 #pragma once
-// A button of the bar or a row of a flyout: a Button that carries its element, can be dragged, and owns the flyout of
+// A button of the bar or a row of a flyout: a Button with its element, can be dragged, and owns the flyout of
 // an element that lists others. Owned by shared pointers of its list. User-interface thread.
 
 #include <memory>
@@ -20,7 +20,8 @@ public:
   DockButton(std::shared_ptr<IButtonPainter> painter, int index, const Element &element);
 
   /// A button of the bar. Takes a copy of `element`. An element of action type "xml" loads its document and gets a
-  /// flyout, and `flyoutListener`, unless null, hears of its showing and hiding; the caller keeps the listener alive.
+  /// flyout, and `flyoutListener`, unless null, is called when it is shown or hidden; the caller keeps the listener
+  /// alive.
   DockButton(std::shared_ptr<IButtonPainter> painter, int index, const Element &element,
              EventListener<PropertyChangeEventArgs<lumenor::Visibility>> *flyoutListener);
   ~DockButton() override;

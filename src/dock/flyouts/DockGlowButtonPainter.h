@@ -1,6 +1,6 @@
 #pragma once
 // The painter of the bar's buttons: the glowing picture and label of an element, and for an element with a flyout an
-// arrow that tells whether it is open. Owned by its button. User-interface thread.
+// arrow that shows whether it is open. Owned by its button. User-interface thread.
 
 #include <memory>
 

@@ -1,5 +1,5 @@
 #pragma once
-// How the makers of buttons come by a painter when the picture of an element can't be decoded. User-interface thread.
+// Making the painter of a button when the picture of its element can't be decoded. User-interface thread.
 
 #include <string>
 #include <utility>
@@ -9,8 +9,8 @@
 
 namespace lumenor {
 
-/// The name of no file: what isn't found is shown by the built-in picture. It has a folder, so that the names of the
-/// shaded pictures beside it are its own.
+/// Names no file, so that the built-in picture is shown. It has a folder, which keeps the names of its shaded pictures
+/// apart from those of others.
 inline constexpr wchar_t defaultPicture[] = L".\\IDI_DEFAULT";
 
 /// What `make` makes with `image`. Where it raises HResultError, since the picture is damaged, a folder, a device or

@@ -10,10 +10,10 @@ namespace lumenor {
 
 class SearchProviderFlyout : public DataProviderFlyout {
 public:
-  /// `bounds` is in screen coordinates; `title` is never seen. `provider` is borrowed and outlives the flyout.
+  /// `bounds` is in screen coordinates; `title` isn't shown. `provider` is borrowed and outlives the flyout.
   SearchProviderFlyout(const RECT &bounds, const std::wstring &title, IActionDataProvider &provider);
 
-  /// Tells the owner of a search provider that was chosen; any other element is run.
+  /// Sends a search provider that was chosen to the owner; runs any other element.
   void OnItemChosen(const Element &element) override;
 };
 

@@ -123,8 +123,8 @@ BOOL Button::OnFocus(int focused, LRESULT &result) {
   return FinishStateMessage(result);
 }
 
-// Unhandled, so that the platform's button does its part of the click; but a listener of the state may have destroyed
-// the window, and then there is nobody to do it.
+// Unhandled, so that the platform's button does its part of the click, unless a listener of the state has destroyed the
+// window.
 BOOL Button::FinishStateMessage(LRESULT &result) {
   if (!::IsWindow(handle)) {
     result = 1;
@@ -145,7 +145,7 @@ BOOL Button::OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result) {
   return TRUE;
 }
 
-// Without a window there is nothing to ask for: the platform takes a null handle for all windows of the desktop.
+// The platform takes a null handle for all windows of the desktop.
 void Button::InvalidateWindow(BOOL erase) {
   if (handle != nullptr)
     ::InvalidateRect(handle, nullptr, erase);
@@ -153,8 +153,8 @@ void Button::InvalidateWindow(BOOL erase) {
 
 void Button::OnStateChanged() { InvalidateWindow(TRUE); }
 
-// A button that has no window yet is no tool to point at: its tip is built when it is attached. A tip for each name
-// that a button is given before that would be a window made in vain, which costs a start more than the button's own.
+// A button without a window can't be pointed at: its tip is built when it is attached. A tip for each name that is set
+// before that would be a window that is never used, and its creation takes longer than that of the button's own.
 void Button::BuildToolTip() {
   toolTipWindow.Reset();
   if (!::IsWindow(handle))

@@ -18,7 +18,7 @@ namespace lumenor {
 class Button;
 class IButtonPainter;
 
-/// What an event of a button says; lives on the stack of the code that fires.
+/// The arguments of a button's event; on the stack of the code that fires it.
 struct ButtonEventArgs {
   Button *sender = nullptr;
 };
@@ -34,8 +34,8 @@ public:
   static const wchar_t *GetSuperClassName() { return L"BUTTON"; }
 
   /// Fired one turn of the message loop after a release inside the button or after the space key came up. A button that
-  /// is held in a shared pointer outlives the firing, whatever the listeners let go. An exception out of a listener goes
-  /// on to whoever dispatches the button's messages.
+  /// is held in a shared pointer outlives the firing, even if its listeners drop it. An exception of a listener passes
+  /// through to the code that dispatches the button's messages.
   Event<ButtonEventArgs> Click{L"Click"};
 
   /// 1 while the left mouse button or the space key is down on the button.

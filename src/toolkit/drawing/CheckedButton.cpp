@@ -21,7 +21,7 @@ BOOL CheckedButton::ProcessWindowMessage(HWND window, UINT message, WPARAM wPara
   return mapId == 0 ? Button::ProcessWindowMessage(window, message, wParam, lParam, result) : FALSE;
 }
 
-// The owner-draw style has the bit already; asking for it says what the button is.
+// The owner-draw style contains the bit already; it is asked for to state what the button is.
 void CheckedButton::OnCreate() {
   const LONG style = ::GetWindowLongW(handle, GWL_STYLE);
   if ((style & checkBoxStyle) == 0)

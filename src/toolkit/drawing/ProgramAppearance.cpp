@@ -18,7 +18,7 @@ using Microsoft::WRL::ComPtr;
 namespace lumenor {
 namespace {
 
-/// Below this many pixels a side nothing can be told from the picture.
+/// A picture with a shorter side, in pixels, can't be recognised.
 constexpr int leastPictureSize = 16;
 constexpr int pictureBits = 32;
 
@@ -78,7 +78,7 @@ BitmapHandle ProgramImage(const std::wstring &programPath) {
   BitmapHandle picture = ShellIconBitmap(programPath);
   if (IsUsablePicture(picture.Get()))
     return picture;
-  // Some shells answer every request for a picture with success and one blank pixel. Their icons are sound.
+  // Some shells answer every request for a picture with success and one blank pixel. Their icons are usable.
   return DrawIcon(ProgramIcon(programPath).Get());
 }
 

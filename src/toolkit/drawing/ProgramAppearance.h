@@ -10,8 +10,8 @@ namespace lumenor {
 /// The name that the shell shows for the file. Raises E_FAIL where the shell knows none.
 std::wstring ProgramDisplayName(const std::wstring &programPath);
 
-/// The shell's picture of the file, 32 bits a pixel, 48 by 48 pixels or what the shell makes of it; the icon of the
-/// file where the shell's image service has nothing better than a blank. Raises HResultError where there is neither.
+/// The shell's picture of the file, 32 bits a pixel, 48 by 48 pixels or the size that the shell chooses; the icon of
+/// the file where the shell's image service has only a blank picture. Raises HResultError where there is neither.
 BitmapHandle ProgramImage(const std::wstring &programPath);
 
 } // namespace lumenor

@@ -194,7 +194,7 @@ BitmapHandle LoadHBitmapFromFile(const std::wstring &imagePath) {
   if (FAILED(picture->GetSize(&size.width, &size.height)) || size.width == 0 || size.height == 0)
     return {};
   Dib dib = TryCreateDib(static_cast<int>(size.width), static_cast<int>(size.height));
-  // A picture that breaks off keeps what was read of it.
+  // A truncated picture keeps what could be read of it.
   if (dib.bitmap)
     picture->CopyPixels(nullptr, bytesPerPixel * size.width, bytesPerPixel * size.width * size.height, dib.bits);
   return std::move(dib.bitmap);

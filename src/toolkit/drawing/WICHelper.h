@@ -1,7 +1,7 @@
 #pragma once
-// The one door through which pictures enter: finds the file, falls back to a picture built into the program, decodes,
-// limits the size where asked, and hands out device bitmaps or GDI bitmaps. User-interface thread only, with COM
-// initialised. Every operation raises HResultError when a platform call fails, unless it says otherwise.
+// Loading and saving of pictures: finds the file, falls back to a picture built into the program, decodes, limits the
+// size where asked, and returns device bitmaps or GDI bitmaps. User-interface thread only, with COM initialised.
+// Every operation raises HResultError when a platform call fails, unless it says otherwise.
 
 #include <string>
 
@@ -20,13 +20,13 @@ inline constexpr int iconSize = 48;
 /// The type of picture resources; the look-up ignores case.
 inline constexpr const wchar_t *imageResourceType = L"Image";
 
-/// The picture of last resort, a resource of 48 by 48 pixels.
+/// The fallback picture, a resource of 48 by 48 pixels.
 inline constexpr const wchar_t *defaultImageResource = L"IDI_DEFAULT";
 
 /// A new reference to the process-wide imaging factory, which is made at first use.
 Microsoft::WRL::ComPtr<IWICImagingFactory> GetImagingFactory();
 
-/// Gives the process-wide imaging factory back; the end of the process calls it while COM is still initialised.
+/// Releases the process-wide imaging factory; called at the end of the process while COM is still initialised.
 void ReleaseImagingFactory();
 
 /// The picture of the file as a bitmap of `renderTarget`, the built-in picture where there is no such file. With

@@ -24,7 +24,7 @@ public:
   explicit PaintContext(HWND window) : window(window) { ThrowIfNull(::BeginPaint(window, &paint)); }
   ~PaintContext() {
     ::EndPaint(window, &paint);
-    // EndPaint has given the context back to the platform; that it is also deleted, each time, is wanted and kept.
+    // EndPaint has given the context back to the platform; deleting it as well, each time, is intentional.
     ::DeleteDC(paint.hdc);
   }
   PaintContext(const PaintContext &) = delete;
@@ -59,7 +59,7 @@ D2D1_RECT_F ToFloats(const RECT &rect) {
           static_cast<float>(rect.bottom)};
 }
 
-/// Hands the picture in `source`, of the size of `screenRect`, to the platform as the looks of `window`.
+/// Hands the picture in `source`, of the size of `screenRect`, to the platform as what `window` shows.
 void UpdateLayers(HWND window, const RECT &screenRect, HDC source, unsigned char opacity) {
   POINT position{screenRect.left, screenRect.top};
   SIZE size{screenRect.right - screenRect.left, screenRect.bottom - screenRect.top};
@@ -82,8 +82,8 @@ const MessageRow<Window> Window::messageRows[] = {
     {WM_ENDSESSION, L"OnEndSession", &Window::HandleEndSession},
 };
 
-/// Every factory brings a device along, which takes the platform longer to make than everything else of a window. So a
-/// window that is made while others stand takes the factory of theirs; the last one takes it along.
+/// Every factory has a device, whose creation takes longer than everything else of a window. So a window that is made
+/// while there are others uses their factory, which is released with the last of them.
 Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> Window::CreateTarget() {
   if (allWindows.empty())
     return CreateGdiRenderTarget();
@@ -169,7 +169,7 @@ BOOL Window::HandleEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result) {
   return TRUE;
 }
 
-/// Whatever fails in the course of it fails with what is reported already.
+/// Further failures are consequences of the one that was reported, and are dropped.
 void Window::DestroyAfterFailure() {
   const WindowExceptionScope consequences;
   ::DestroyWindow(handle);
@@ -236,16 +236,16 @@ void Window::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
 
 HWND Window::GetHandle() { return handle; }
 
-// The climb of every Invalidate ends here, in a repaint at once.
+// Every Invalidate in the tree arrives here, and repaints at once.
 void Window::Invalidate() {
   if (handle != nullptr)
     ::InvalidateRect(handle, nullptr, TRUE);
   Render();
 }
 
-// A property that changes while the tree paints asks for a repaint in the midst of one. It is answered by one more pass
-// when this one is done; an element that changes at every paint gets no third, or the bar would paint for ever.
-// Properties go on to change when the window is gone: an animation is told of nothing and plays to its end.
+// A property that changes while the tree paints asks for a repaint during one. One more pass follows then; an element
+// that changes at every paint gets no third, or the bar would paint for ever. Properties may still change when the
+// window is gone: an animation isn't notified of that and plays to its end.
 void Window::Render() {
   if (repaintHolds != 0 || !::IsWindow(handle))
     return;

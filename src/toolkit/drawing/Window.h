@@ -39,15 +39,15 @@ public:
   Window();
   ~Window() override;
 
-  /// Paints the whole tree and puts it on the screen, at once; without a window it does nothing. A call out of a
-  /// running Render is answered by one more pass after it. Raises HResultError, but not for a failed EndDraw: that
+  /// Paints the whole tree and puts it on the screen, at once; without a window it does nothing. A call during a
+  /// Render adds one more pass after it. Raises HResultError, but not for a failed EndDraw: that
   /// posts DrawFailedMessage.
   void Render();
 
   /// Puts the window on the screen at its bounds, with the focus, when Visibility says visible.
   void Show();
 
-  /// Holds all repaints of `window` back while it lives. They aren't made up for: whoever holds them back repaints
+  /// Holds all repaints of `window` back while it lives. They aren't made up for: the holder repaints
   /// afterwards.
   struct RepaintHold : ScopedValue<int> {
     explicit RepaintHold(Window &window) : ScopedValue(window.repaintHolds, window.repaintHolds + 1) {}
@@ -92,7 +92,7 @@ protected:
   /// Called at the end of a session when set.
   EndSessionHandler endSessionHandler = nullptr;
 
-  /// Lent to every element and painter of the tree.
+  /// Borrowed by every element and painter of the tree.
   Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> renderTarget;
 
 private:

@@ -26,8 +26,6 @@ bool Container::IsDirty() {
   return dirty || std::any_of(children.begin(), children.end(), [](UIElement *child) { return child->IsDirty(); });
 }
 
-void Container::Update() { Layout(); }
-
 void Container::AddChild(UIElement *child) {
   if (child == nullptr)
     return;
@@ -69,10 +67,6 @@ std::size_t Container::MoveChild(std::size_t from, std::size_t to) {
   return place;
 }
 
-std::vector<UIElement *> Container::GetChildren() { return children; }
-
-void Container::Layout() {}
-
 int Container::IndexOfChild(UIElement *child) {
   const auto found = std::find(children.begin(), children.end(), child);
   return found == children.end() ? -1 : static_cast<int>(found - children.begin());
@@ -88,19 +82,5 @@ void Container::AttachChild(UIElement *child) {
   child->DesiredHeight.changed.AddListener(childDesiredHeightListener.get());
   child->Visibility.changed.AddListener(childVisibilityListener.get());
 }
-
-void Container::OnLeftChanged() { Layout(); }
-
-void Container::OnTopChanged() { Layout(); }
-
-void Container::OnWidthChanged() { Layout(); }
-
-void Container::OnHeightChanged() { Layout(); }
-
-void Container::OnChildDesiredWidthChanged() { Layout(); }
-
-void Container::OnChildDesiredHeightChanged() { Layout(); }
-
-void Container::OnChildVisibilityChanged() { Layout(); }
 
 } // namespace lumenor

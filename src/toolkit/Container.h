@@ -21,7 +21,7 @@ public:
   bool IsDirty() override;
 
   /// Lays the children out: the end of a group of changes.
-  void Update() override;
+  void Update() override { Layout(); }
 
   /// Appends `child`, attaches it and lays out. Null is ignored. The child must outlive its stay here.
   virtual void AddChild(UIElement *child);
@@ -38,21 +38,21 @@ public:
   virtual std::size_t MoveChild(std::size_t from, std::size_t to);
 
   /// A copy of the list.
-  virtual std::vector<UIElement *> GetChildren();
+  virtual std::vector<UIElement *> GetChildren() { return children; }
 
   /// Places the children; nothing in this class.
-  virtual void Layout();
+  virtual void Layout() {}
 
   /// The first index of `child`; -1 when it isn't here.
   virtual int IndexOfChild(UIElement *child);
 
-  virtual void OnLeftChanged();
-  virtual void OnTopChanged();
-  virtual void OnWidthChanged();
-  virtual void OnHeightChanged();
-  virtual void OnChildDesiredWidthChanged();
-  virtual void OnChildDesiredHeightChanged();
-  virtual void OnChildVisibilityChanged();
+  virtual void OnLeftChanged() { Layout(); }
+  virtual void OnTopChanged() { Layout(); }
+  virtual void OnWidthChanged() { Layout(); }
+  virtual void OnHeightChanged() { Layout(); }
+  virtual void OnChildDesiredWidthChanged() { Layout(); }
+  virtual void OnChildDesiredHeightChanged() { Layout(); }
+  virtual void OnChildVisibilityChanged() { Layout(); }
 
 protected:
   /// True while a group of changes or an operation of several steps holds the layout back.

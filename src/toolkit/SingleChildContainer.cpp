@@ -13,8 +13,6 @@ void SingleChildContainer::Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F
 
 bool SingleChildContainer::IsDirty() { return dirty || (child != nullptr && child->IsDirty()); }
 
-UIElement *SingleChildContainer::GetChild() { return child; }
-
 void SingleChildContainer::SetChild(UIElement *newChild) {
   if (child != nullptr) {
     if (child->parent != nullptr)
@@ -35,9 +33,5 @@ void SingleChildContainer::Layout() {
   child->Width.Set(Width.Get());
   child->Height.Set(Height.Get());
 }
-
-void SingleChildContainer::OnWidthChanged() { Layout(); }
-
-void SingleChildContainer::OnHeightChanged() { Layout(); }
 
 } // namespace lumenor

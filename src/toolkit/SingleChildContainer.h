@@ -13,7 +13,7 @@ public:
   bool IsDirty() override;
 
   /// Null before the first SetChild.
-  virtual UIElement *GetChild();
+  virtual UIElement *GetChild() { return child; }
 
   /// Replaces the child. `newChild` must not be null and must outlive its stay here.
   virtual void SetChild(UIElement *newChild);
@@ -21,8 +21,8 @@ public:
   /// Gives the child the container's width and height; its place, margin and alignment aren't looked at.
   virtual void Layout();
 
-  virtual void OnWidthChanged();
-  virtual void OnHeightChanged();
+  virtual void OnWidthChanged() { Layout(); }
+  virtual void OnHeightChanged() { Layout(); }
 
 protected:
   UIElement *child = nullptr;

@@ -2,21 +2,11 @@
 
 namespace lumenor {
 
-HWND UIElement::GetHandle() { return nullptr; }
-
-bool UIElement::IsDirty() { return dirty; }
-
 void UIElement::Invalidate() {
   dirty = true;
   if (parent != nullptr)
     parent->Invalidate();
 }
-
-void UIElement::Update() {}
-
-void UIElement::OnAttached() {}
-
-void UIElement::OnDetached() {}
 
 UIElement *UIElement::GetRootElement() {
   const HWND window = GetHandle();
@@ -53,8 +43,6 @@ void UIElement::PaintChild(RenderTargetPtr renderTarget, UIElement *child, const
   child->Paint(renderTarget, &rect);
   renderTarget->PopAxisAlignedClip();
 }
-
-void UIElement::BeginUpdate() { ++updateDepth; }
 
 void UIElement::EndUpdate() {
   if (updateDepth > 0)

@@ -61,23 +61,23 @@ public:
   UIElement *parent = nullptr;
 
   /// The element's own window; null when it has none.
-  virtual HWND GetHandle();
+  virtual HWND GetHandle() { return nullptr; }
 
   /// Whether the element needs a repaint. Nothing clears the flag: the root repaints whenever it is asked to.
-  virtual bool IsDirty();
+  virtual bool IsDirty() { return dirty; }
 
   /// Asks for a repaint, which each parent passes on up to the root, which draws. Without a parent it only sets the
   /// flag.
   virtual void Invalidate();
 
   /// Called after a group of property changes.
-  virtual void Update();
+  virtual void Update() {}
 
   /// Called right after `parent` was set; classes with a window make it here.
-  virtual void OnAttached();
+  virtual void OnAttached() {}
 
   /// Called before `parent` is cleared or replaced; classes with a window destroy it here.
-  virtual void OnDetached();
+  virtual void OnDetached() {}
 
   /// This element when its window is a top-level one, otherwise the parent's parent; null without a parent. One step
   /// and no loop, exact only for a tree whose element stands directly under a top-level element's child.
@@ -97,7 +97,7 @@ public:
   void PaintChild(RenderTargetPtr renderTarget, UIElement *child, const D2D1_RECT_F *parentRect);
 
   /// Opens a group of property changes: what follows from them waits for the matching EndUpdate. Nests.
-  void BeginUpdate();
+  void BeginUpdate() { ++updateDepth; }
 
   /// Closes a group; the outermost one, and one that was never opened, calls Update().
   void EndUpdate();

@@ -148,8 +148,6 @@ CWindow::~CWindow() {
   ::DestroyWindow(handle);
 }
 
-void CWindow::OnFinalMessage(HWND) {}
-
 WNDPROC CWindow::GetWindowProc() { return WindowProcedure; }
 
 HWND CreateObjectWindow(CWindow *object, const wchar_t *superClassName, DWORD style, DWORD exStyle, HWND parent,

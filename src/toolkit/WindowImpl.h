@@ -26,7 +26,7 @@ public:
                                     DWORD mapId = 0) = 0;
 
   /// Called when the window is gone, as the last thing. Nothing here.
-  virtual void OnFinalMessage(HWND window);
+  virtual void OnFinalMessage(HWND /*window*/) {}
 
   /// The procedure that a window of this object runs under once the object is stored with it.
   virtual WNDPROC GetWindowProc();

@@ -97,6 +97,23 @@ TEST(Button, WithoutAParentAttachesToNothing) {
   EXPECT_THAT(BoundsOf(button), ElementsAre(20, 10, 80, 40));
 }
 
+TEST_F(ButtonOnScreen, OutlivesTheFiringOfTheClickThatLetsItGo) {
+  auto dropped = std::make_shared<WatchedButton>(std::make_shared<RecordingPainter>());
+  const std::weak_ptr<WatchedButton> watch = dropped;
+  root.canvas.AddChild(dropped.get());
+  bool survived = false;
+  dropped->onClick = [&] {
+    root.canvas.RemoveChild(dropped.get());
+    dropped.reset();
+    survived = !watch.expired();
+  };
+  const HWND window = dropped->handle;
+  ::SendMessageW(window, WM_COMMAND, 0, reinterpret_cast<LPARAM>(window));
+  EXPECT_TRUE(survived);
+  EXPECT_TRUE(watch.expired());
+  EXPECT_FALSE(::IsWindow(window));
+}
+
 TEST(Button, StateWithoutAWindowInvalidatesNobody) {
   const desk::Backdrop other({700, 500, 760, 560}, RGB(10, 20, 30));
   desk::PumpAll();

@@ -335,6 +335,63 @@ TEST(TypedEventListener, OwnerNeedsNoExplicitUnsubscribe) {
   EXPECT_EQ(event.Count(), 0U);
 }
 
+/// Counts through a handler without arguments, which derived classes override.
+class Counter {
+public:
+  explicit Counter(CallEvent &event) { subscriptions.Add(this, &Counter::OnCall, event); }
+  virtual ~Counter() = default;
+
+  int calls = 0;
+
+protected:
+  virtual void OnCall() { ++calls; }
+
+  Subscriptions subscriptions;
+};
+
+class TenfoldCounter : public Counter {
+public:
+  TenfoldCounter(CallEvent &event, Event<int> &other) : Counter(event) {
+    subscriptions.Add(this, &TenfoldCounter::OnCall, event, other);
+  }
+
+protected:
+  void OnCall() override { calls += 10; }
+};
+
+TEST(Subscriptions, CallAHandlerWithoutArguments) {
+  CallEvent event(L"Call");
+  const Counter counter(event);
+  Call call;
+  event.Fire(&call);
+  EXPECT_EQ(counter.calls, 1);
+}
+
+TEST(Subscriptions, CallTheOverrideOfTheHandlerAtEachOfTheEvents) {
+  CallEvent event(L"Call");
+  Event<int> other(L"Other");
+  const TenfoldCounter counter(event, other);
+  Call call;
+  event.Fire(&call);
+  EXPECT_EQ(counter.calls, 20);
+  int number = 0;
+  other.Fire(&number);
+  EXPECT_EQ(counter.calls, 30);
+}
+
+TEST(Subscriptions, EndWithTheirHolder) {
+  CallEvent event(L"Call");
+  Owner owner;
+  auto subscriptions = std::make_unique<Subscriptions>();
+  subscriptions->Add(&owner, &Owner::OnCall, event);
+  Call call{7};
+  event.Fire(&call);
+  subscriptions.reset();
+  event.Fire(&call);
+  EXPECT_EQ(owner.numbers, std::vector<int>{7});
+  EXPECT_EQ(event.Count(), 0U);
+}
+
 } // namespace
 
 } // namespace lumenor

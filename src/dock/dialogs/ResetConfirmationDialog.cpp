@@ -39,9 +39,7 @@ ResetConfirmationDialog::ResetConfirmationDialog(const RECT &bounds, HWND ownerW
       backPlate(std::make_shared<BackPlate>(renderTarget, 0.7F, 0.36F)),
       titleText(std::make_shared<TextElement>(renderTarget)),
       descriptionText(std::make_shared<TextElement>(renderTarget)), ownerWindow(ownerWindow),
-      rows(std::make_shared<StackPanel>()), rootPanel(std::make_shared<DockPanel>()),
-      titleRow(std::make_shared<DockPanel>()), messageRow(std::make_shared<DockPanel>()),
-      buttonRow(std::make_shared<DockPanel>()), clickListener(MakeListener(this, &ResetConfirmationDialog::OnClick)) {
+      clickListener(MakeListener(this, &ResetConfirmationDialog::OnClick)) {
   dialogId = ResetConfirmationDialogId;
   titleText->SetUp(title, {.size = static_cast<float>(ScaleX(16)),
                            .weight = DWRITE_FONT_WEIGHT_SEMI_BOLD,
@@ -65,18 +63,18 @@ void ResetConfirmationDialog::InitializeComponent() {
 
 void ResetConfirmationDialog::ComposePanels() {
   // A panel makes its window under its parent's, so each is attached before anything is added to it.
-  SetChild(rootPanel.get());
-  rootPanel->AddChild(backPlate.get());
-  rows->Orientation.Set(lumenor::Orientation::Vertical);
-  rootPanel->AddChild(rows.get());
-  for (DockPanel *row : {titleRow.get(), messageRow.get(), buttonRow.get()})
-    rows->AddChild(row);
+  SetChild(&rootPanel);
+  rootPanel.AddChild(backPlate.get());
+  rows.Orientation.Set(lumenor::Orientation::Vertical);
+  rootPanel.AddChild(&rows);
+  for (DockPanel *row : {&titleRow, &messageRow, &buttonRow})
+    rows.AddChild(row);
 }
 
 void ResetConfirmationDialog::AddTitle() {
   titleText->DesiredHeight.Set(ScaleY(50));
   titleText->Margin.Set(RowMargin());
-  titleRow->AddChild(titleText.get());
+  titleRow.AddChild(titleText.get());
 }
 
 void ResetConfirmationDialog::AddMessage() {
@@ -84,11 +82,11 @@ void ResetConfirmationDialog::AddMessage() {
   image->Margin.Set({ScaleX(8), ScaleY(8), 0, 0});
   image->VerticalAlignment.Set(lumenor::VerticalAlignment::Center);
   LimitHeight(*image, ScaleY(messageHeight));
-  messageRow->AddChild(image.get());
-  messageRow->SetDock(image.get(), Dock::Left);
+  messageRow.AddChild(image.get());
+  messageRow.SetDock(image.get(), Dock::Left);
   descriptionText->DesiredHeight.Set(ScaleY(messageHeight)); // it wraps, and had measured itself as one line
   descriptionText->Margin.Set({0, ScaleX(8), 0, 0});
-  messageRow->AddChild(descriptionText.get());
+  messageRow.AddChild(descriptionText.get());
 }
 
 std::shared_ptr<Button> ResetConfirmationDialog::MakeButton(const wchar_t *textQuery) const {
@@ -97,14 +95,14 @@ std::shared_ptr<Button> ResetConfirmationDialog::MakeButton(const wchar_t *textQ
 }
 
 void ResetConfirmationDialog::AddButton(Button &button) {
-  buttonRow->AddChild(&button);
-  buttonRow->SetDock(&button, Dock::Right);
+  buttonRow.AddChild(&button);
+  buttonRow.SetDock(&button, Dock::Right);
   ::SetWindowLongW(button.GetHandle(), GWL_ID, ResetDialogButtonId);
   button.DesiredWidth.Set(ScaleX(80));
   button.DesiredHeight.Set(ScaleY(40));
   button.Margin.Set(RowMargin());
   button.Click.AddListener(clickListener.get());
-  buttonRow->Layout();
+  buttonRow.Layout();
 }
 
 void ResetConfirmationDialog::OnClick(ButtonEventArgs *args) {

@@ -41,8 +41,8 @@ private:
   std::shared_ptr<TextElement> descriptionText;
   std::shared_ptr<ImageElement> image;
   HWND ownerWindow;
-  std::shared_ptr<StackPanel> rows;
-  std::shared_ptr<DockPanel> rootPanel, titleRow, messageRow, buttonRow;
+  StackPanel rows;
+  DockPanel rootPanel, titleRow, messageRow, buttonRow;
   std::shared_ptr<Button> resetButton;
   std::shared_ptr<Button> cancelButton;
   ListenerPtr<ButtonEventArgs> clickListener;

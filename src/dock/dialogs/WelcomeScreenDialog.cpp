@@ -81,12 +81,6 @@ WelcomeScreenDialog::WelcomeScreenDialog(const RECT &bounds)
       featuresHeading(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.FeaturesHeading']/Head"), headingStyle)),
       tourText(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.ViewTour']/Head"), tourStyle)),
       preferencesText(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.OptOutPreferences']/Head"), preferencesStyle)),
-      rootPanel(std::make_shared<DockPanel>()), contentPanel(std::make_shared<DockPanel>()),
-      bodyPanel(std::make_shared<DockPanel>()), tourButtonPanel(std::make_shared<DockPanel>()),
-      bottomPanel(std::make_shared<DockPanel>()), mainStack(std::make_shared<StackPanel>()),
-      leftStack(std::make_shared<StackPanel>()), featureStack(std::make_shared<StackPanel>()),
-      tourRow(std::make_shared<StackPanel>()), tourTextStack(std::make_shared<StackPanel>()),
-      buttonStack(std::make_shared<StackPanel>()),
       tourButtonSpacer(std::make_shared<ColorRectangle>(RECT{}, renderTarget, transparent)),
       clickListener(MakeListener(this, &WelcomeScreenDialog::OnClick)) {
   dialogId = WelcomeDialogId;
@@ -145,29 +139,28 @@ void WelcomeScreenDialog::PlaceWindow() {
 
 /// A panel makes its window under its parent's, so each is attached before anything is added to it.
 void WelcomeScreenDialog::ComposePanels() {
-  SetChild(rootPanel.get());
-  rootPanel->AddChild(contentPanel.get());
-  contentPanel->AddChild(backgroundImage.get());
-  for (StackPanel *stack :
-       {mainStack.get(), leftStack.get(), featureStack.get(), tourTextStack.get(), buttonStack.get()})
+  SetChild(&rootPanel);
+  rootPanel.AddChild(&contentPanel);
+  contentPanel.AddChild(backgroundImage.get());
+  for (StackPanel *stack : {&mainStack, &leftStack, &featureStack, &tourTextStack, &buttonStack})
     stack->Orientation.Set(lumenor::Orientation::Vertical);
-  mainStack->Margin.Set({ScaleX(32), 0, 0, ScaleY(16)});
-  contentPanel->AddChild(mainStack.get());
+  mainStack.Margin.Set({ScaleX(32), 0, 0, ScaleY(16)});
+  contentPanel.AddChild(&mainStack);
 }
 
 void WelcomeScreenDialog::AddTitle() {
   titleText->DesiredHeight.Set(ScaleY(50));
   titleText->VerticalAlignment.Set(lumenor::VerticalAlignment::Center);
   titleText->Margin.Set({0, ScaleY(8), ScaleX(8), ScaleY(8)});
-  mainStack->AddChild(titleText.get());
-  mainStack->AddChild(bodyPanel.get());
+  mainStack.AddChild(titleText.get());
+  mainStack.AddChild(&bodyPanel);
 }
 
 /// The stack is named for its place in the tree; it stands at the right.
 void WelcomeScreenDialog::AddPicture() {
-  leftStack->DesiredWidth.Set(leftStackWidth);
-  bodyPanel->AddChild(leftStack.get());
-  bodyPanel->SetDock(leftStack.get(), Dock::Right);
+  leftStack.DesiredWidth.Set(leftStackWidth);
+  bodyPanel.AddChild(&leftStack);
+  bodyPanel.SetDock(&leftStack, Dock::Right);
   handsImage->HorizontalAlignment.Set(lumenor::HorizontalAlignment::Left); // at its own width, and so undistorted
   handsImage->DesiredWidth.Set(pictureWidth);
   handsImage->KeepAspect();
@@ -175,24 +168,24 @@ void WelcomeScreenDialog::AddPicture() {
     handsImage->DesiredWidth.Set(::MulDiv(pictureWidth, pictureHeight, height));
     handsImage->KeepAspect();
   }
-  leftStack->AddChild(handsImage.get());
+  leftStack.AddChild(handsImage.get());
 }
 
 void WelcomeScreenDialog::AddTour() {
-  tourRow->DesiredWidth.Set(pictureWidth);
-  tourRow->DesiredHeight.Set(tourButtonAreaSize);
-  leftStack->AddChild(tourRow.get());
-  tourTextStack->DesiredWidth.Set(tourTextWidth);
-  tourRow->AddChild(tourTextStack.get());
+  tourRow.DesiredWidth.Set(pictureWidth);
+  tourRow.DesiredHeight.Set(tourButtonAreaSize);
+  leftStack.AddChild(&tourRow);
+  tourTextStack.DesiredWidth.Set(tourTextWidth);
+  tourRow.AddChild(&tourTextStack);
   tourText->DesiredHeight.Set(std::max<long>(tourTextHeight, tourText->DesiredHeight.Get()));
-  tourTextStack->AddChild(tourText.get());
-  tourRow->AddChild(tourButtonPanel.get());
+  tourTextStack.AddChild(tourText.get());
+  tourRow.AddChild(&tourButtonPanel);
   tourButton = MakeTourButton();
-  tourButtonPanel->AddChild(tourButton.get());
+  tourButtonPanel.AddChild(tourButton.get());
   // The panel asks for what its children ask for, and the button alone asks for less.
   tourButtonSpacer->DesiredWidth.Set(tourButtonAreaSize);
   tourButtonSpacer->DesiredHeight.Set(tourButtonAreaSize);
-  tourButtonPanel->AddChild(tourButtonSpacer.get());
+  tourButtonPanel.AddChild(tourButtonSpacer.get());
 }
 
 std::shared_ptr<DockButton> WelcomeScreenDialog::MakeTourButton() const {
@@ -211,10 +204,10 @@ std::shared_ptr<DockButton> WelcomeScreenDialog::MakeTourButton() const {
 }
 
 void WelcomeScreenDialog::AddFeatures() {
-  featureStack->DesiredHeight.Set(ScaleY(200));
-  bodyPanel->AddChild(featureStack.get());
+  featureStack.DesiredHeight.Set(ScaleY(200));
+  bodyPanel.AddChild(&featureStack);
   featuresHeading->DesiredHeight.Set(ScaleY(40));
-  featureStack->AddChild(featuresHeading.get());
+  featureStack.AddChild(featuresHeading.get());
   arrowImage->HorizontalAlignment.Set(lumenor::HorizontalAlignment::Center);
   arrowImage->VerticalAlignment.Set(lumenor::VerticalAlignment::Center);
   for (FeatureRow &row : featureRows)
@@ -227,7 +220,7 @@ void WelcomeScreenDialog::AddFeature(FeatureRow &row) {
   const int height = ScaleY(35);
   row.panel->DesiredHeight.Set(height);
   row.panel->Margin.Set({.bottom = ScaleY(5)}); // what sets one feature off from the next
-  featureStack->AddChild(row.panel.get());
+  featureStack.AddChild(row.panel.get());
   row.panel->AddChild(arrowImage.get());
   row.panel->SetDock(arrowImage.get(), Dock::Left);
   row.texts->Orientation.Set(lumenor::Orientation::Vertical);
@@ -243,9 +236,9 @@ void WelcomeScreenDialog::AddFeature(FeatureRow &row) {
 /// background smaller than the strip it keeps the close button, the only way to end the screen.
 void WelcomeScreenDialog::AddButtons() {
   const int side = std::min<int>(ScaleX(sideMargin), Width.Get() / 16);
-  bottomPanel->Margin.Set({side, side, std::max<int>(0, Height.Get() - ScaleY(stripHeight)), 0});
-  contentPanel->AddChild(bottomPanel.get());
-  bottomPanel->AddChild(buttonStack.get());
+  bottomPanel.Margin.Set({side, side, std::max<int>(0, Height.Get() - ScaleY(stripHeight)), 0});
+  contentPanel.AddChild(&bottomPanel);
+  bottomPanel.AddChild(&buttonStack);
   AddCloseButton();
   updateCheckBox = AddCheckBox(L"Element[@ID='TextBlock.AllowToUpdate']/Head");
   startupCheckBox = AddCheckBox(L"Element[@ID='TextBlock.OptOutLabel']/Head");
@@ -265,7 +258,7 @@ void WelcomeScreenDialog::AddCloseButton() {
   closeButton->DesiredHeight.Set(ScaleY(closeButtonHeight));
   closeButton->HorizontalAlignment.Set(lumenor::HorizontalAlignment::Right);
   closeButton->Margin.Set({0, 0, top, -top - ScaleY(closeButtonHeight)});
-  buttonStack->AddChild(closeButton.get());
+  buttonStack.AddChild(closeButton.get());
   closeButton->Click.AddListener(clickListener.get());
 }
 
@@ -278,7 +271,7 @@ std::shared_ptr<CheckedButton> WelcomeScreenDialog::AddCheckBox(const wchar_t *t
   checkBox->DesiredHeight.Set(ScaleY(checkBoxHeight));
   checkBox->HorizontalAlignment.Set(lumenor::HorizontalAlignment::Left);
   checkBox->Margin.Set({.right = ScaleX(closeButtonWidth)});
-  buttonStack->AddChild(checkBox.get());
+  buttonStack.AddChild(checkBox.get());
   checkBox->Click.AddListener(clickListener.get());
   return checkBox;
 }
@@ -286,7 +279,7 @@ std::shared_ptr<CheckedButton> WelcomeScreenDialog::AddCheckBox(const wchar_t *t
 void WelcomeScreenDialog::AddPreferences() {
   preferencesText->HorizontalAlignment.Set(lumenor::HorizontalAlignment::Left);
   preferencesText->Margin.Set({.left = checkBoxLabelLeft, .top = ScaleY(8)});
-  buttonStack->AddChild(preferencesText.get());
+  buttonStack.AddChild(preferencesText.get());
 }
 
 /// The check boxes have flipped by themselves already.

@@ -70,8 +70,8 @@ private:
   std::shared_ptr<TextElement> preferencesText;
   std::array<FeatureRow, featureCount> featureRows;
   std::shared_ptr<ImageElement> backgroundImage, arrowImage, handsImage;
-  std::shared_ptr<DockPanel> rootPanel, contentPanel, bodyPanel, tourButtonPanel, bottomPanel;
-  std::shared_ptr<StackPanel> mainStack, leftStack, featureStack, tourRow, tourTextStack, buttonStack;
+  DockPanel rootPanel, contentPanel, bodyPanel, tourButtonPanel, bottomPanel;
+  StackPanel mainStack, leftStack, featureStack, tourRow, tourTextStack, buttonStack;
   std::shared_ptr<ColorRectangle> tourButtonSpacer;
   std::shared_ptr<DockButton> tourButton;
   std::shared_ptr<Button> closeButton;

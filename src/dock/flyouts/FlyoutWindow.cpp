@@ -48,7 +48,6 @@ ButtonLayout RowLayout() {
 FlyoutWindow::FlyoutWindow(const RECT &bounds, const std::wstring &title, const ElementList &elements)
     : bounds(bounds), title(title), backPlate(std::make_shared<BackPlate>(renderTarget, 0.8F, 0.6F)),
       elements(elements), header(std::make_shared<TextElement>(renderTarget)), Visible(L"Visible"),
-      rootPanel(std::make_shared<DockPanel>()), list(std::make_shared<StackPanel>()),
       itemClickListener(MakeListener(this, &FlyoutWindow::OnItemClick)) {
   header->SetUp(title, {.size = static_cast<float>(ScaleY(12)), .weight = DWRITE_FONT_WEIGHT_MEDIUM});
   header->Margin.Set({ScaleX(6), ScaleX(6), 0, 0});
@@ -56,9 +55,9 @@ FlyoutWindow::FlyoutWindow(const RECT &bounds, const std::wstring &title, const 
   header->Height.Set(ScaleY(13));
   UIElement::SetBounds(&bounds);
   Visibility.Set(lumenor::Visibility::Hidden);
-  list->Orientation.Set(lumenor::Orientation::Vertical);
+  list.Orientation.Set(lumenor::Orientation::Vertical);
   header->DesiredHeight.Set(headerHeight);
-  list->AddChild(header.get());
+  list.AddChild(header.get());
   dialogId = FlyoutDialogId;
 }
 
@@ -67,9 +66,9 @@ FlyoutWindow::~FlyoutWindow() = default;
 void FlyoutWindow::InitializeComponent() {
   ApplyStyle(handle, GWL_STYLE, ::GetWindowLongW(handle, GWL_STYLE) & ~frameStyles);
   ApplyStyle(handle, GWL_EXSTYLE, ::GetWindowLongW(handle, GWL_EXSTYLE) | flyoutExtendedStyles);
-  SetChild(rootPanel.get());
-  rootPanel->AddChild(backPlate.get());
-  rootPanel->AddChild(list.get());
+  SetChild(&rootPanel);
+  rootPanel.AddChild(backPlate.get());
+  rootPanel.AddChild(&list);
   if (!elements.empty())
     CreateItems();
 }
@@ -89,7 +88,7 @@ void FlyoutWindow::CreateItems() {
 
 void FlyoutWindow::MakeItems(const ElementList &shown) {
   for (const std::shared_ptr<DockButton> &item : items)
-    list->RemoveChild(item.get());
+    list.RemoveChild(item.get());
   replacedItems = std::exchange(items, {});
   const ButtonLayout layout = RowLayout();
   for (const Element &element : shown)
@@ -124,7 +123,7 @@ void FlyoutWindow::AddItem(const Element &element, const ButtonLayout &layout) {
   const int index = static_cast<int>(items.size());
   const auto button = std::make_shared<DockButton>(MakePainter(element, layout), index, element);
   items.push_back(button);
-  list->AddChild(button.get());
+  list.AddChild(button.get());
   ::SetWindowLongW(button->GetHandle(), GWL_ID, FirstFlyoutItemId + index);
   button->DesiredHeight.Set(ScaleY(rowHeight));
   button->Name.Set(element.ToolTip);

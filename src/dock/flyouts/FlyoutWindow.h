@@ -84,8 +84,8 @@ private:
   std::vector<std::shared_ptr<DockButton>> replacedItems;
   bool isMakingItems = false;
   bool itemsAreCurrent = false;
-  std::shared_ptr<DockPanel> rootPanel;
-  std::shared_ptr<StackPanel> list;
+  DockPanel rootPanel;
+  StackPanel list;
   ListenerPtr<ButtonEventArgs> itemClickListener;
 };
 

@@ -80,8 +80,6 @@ BOOL Button::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPar
 
 void Button::OnCreate() { painter->Attach(this); }
 
-void Button::OnDestroy() {}
-
 // Unhandled, so that the platform validates the window; the root paints it.
 BOOL Button::OnPaint(LRESULT &result) {
   if (!::IsWindow(handle)) {

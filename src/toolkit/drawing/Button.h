@@ -58,7 +58,7 @@ protected:
   virtual void OnCreate();
 
   /// On WM_DESTROY: nothing here.
-  virtual void OnDestroy();
+  virtual void OnDestroy() {}
 
   std::shared_ptr<IButtonPainter> painter;
 

@@ -119,27 +119,6 @@ ResourceBytes LockImageResource(const std::wstring &name, const std::wstring &ty
   return {static_cast<BYTE *>(data), size};
 }
 
-struct PictureForm {
-  Size size;
-  WICPixelFormatGUID pixelFormat{};
-};
-
-HRESULT ReadForm(IWICBitmapSource *source, PictureForm &form) {
-  const HRESULT result = source->GetSize(&form.size.width, &form.size.height);
-  return SUCCEEDED(result) ? source->GetPixelFormat(&form.pixelFormat) : result;
-}
-
-HRESULT WriteFrame(IWICBitmapFrameEncode *frame, IWICBitmapSource *source, PictureForm &form) {
-  HRESULT result = frame->Initialize(nullptr);
-  if (SUCCEEDED(result))
-    result = frame->SetSize(form.size.width, form.size.height);
-  if (SUCCEEDED(result))
-    result = frame->SetPixelFormat(&form.pixelFormat);
-  if (SUCCEEDED(result))
-    result = frame->WriteSource(source, nullptr);
-  return SUCCEEDED(result) ? frame->Commit() : result;
-}
-
 } // namespace
 
 ComPtr<IWICImagingFactory> GetImagingFactory() {
@@ -216,20 +195,25 @@ void SaveHBitmapAsPng(HBITMAP source, const std::wstring &path) {
   WriteWholeFile(path, BytesOf(memory.Get()));
 }
 
-HRESULT WritePng(IWICBitmapSource *source, IWICStream *stream) {
+HRESULT WritePng(IWICBitmapSource *source, IWICStream *stream) try {
+  Size size;
+  ThrowIfFailed(source->GetSize(&size.width, &size.height));
+  WICPixelFormatGUID pixelFormat{};
+  ThrowIfFailed(source->GetPixelFormat(&pixelFormat));
   ComPtr<IWICBitmapEncoder> encoder;
+  ThrowIfFailed(::CoCreateInstance(CLSID_WICPngEncoder, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&encoder)));
+  ThrowIfFailed(encoder->Initialize(stream, WICBitmapEncoderNoCache));
   ComPtr<IWICBitmapFrameEncode> frame;
-  PictureForm form;
-  HRESULT result = ReadForm(source, form);
-  if (SUCCEEDED(result))
-    result = ::CoCreateInstance(CLSID_WICPngEncoder, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&encoder));
-  if (SUCCEEDED(result))
-    result = encoder->Initialize(stream, WICBitmapEncoderNoCache);
-  if (SUCCEEDED(result))
-    result = encoder->CreateNewFrame(&frame, nullptr);
-  if (SUCCEEDED(result))
-    result = WriteFrame(frame.Get(), source, form);
-  return SUCCEEDED(result) ? encoder->Commit() : result;
+  ThrowIfFailed(encoder->CreateNewFrame(&frame, nullptr));
+  ThrowIfFailed(frame->Initialize(nullptr));
+  ThrowIfFailed(frame->SetSize(size.width, size.height));
+  ThrowIfFailed(frame->SetPixelFormat(&pixelFormat));
+  ThrowIfFailed(frame->WriteSource(source, nullptr));
+  ThrowIfFailed(frame->Commit());
+  ThrowIfFailed(encoder->Commit());
+  return S_OK;
+} catch (const HResultError &error) {
+  return error.Result();
 }
 
 } // namespace lumenor

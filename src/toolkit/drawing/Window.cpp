@@ -194,12 +194,6 @@ void Window::MakeLayered() {
   ::SetWindowPos(handle, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
 }
 
-void Window::InitializeComponent() {}
-
-void Window::OnDestroy() {}
-
-void Window::OnClose() {}
-
 void Window::MoveToBounds() { ::MoveWindow(handle, Left.Get(), Top.Get(), Width.Get(), Height.Get(), TRUE); }
 
 void Window::OnLeftChanged() { MoveElementWindow(*this); }
@@ -214,8 +208,6 @@ void Window::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *a
   else if (Visibility.Get() == lumenor::Visibility::Visible)
     Appear();
 }
-
-void Window::OnOpacityChanged() { Render(); }
 
 void Window::Show() {
   if (Visibility.Get() == lumenor::Visibility::Visible)
@@ -233,8 +225,6 @@ void Window::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
   if (GetChild() != nullptr)
     PaintChild(std::move(target), GetChild(), rect);
 }
-
-HWND Window::GetHandle() { return handle; }
 
 // Every Invalidate in the tree arrives here, and repaints at once.
 void Window::Invalidate() {

@@ -60,21 +60,21 @@ public:
   WORD dialogId = 0;
 
   void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
-  HWND GetHandle() override;
+  HWND GetHandle() override { return handle; }
   void Invalidate() override;
 
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                             DWORD mapId = 0) override;
 
   /// Called once while the window is being made; each screen composes its tree here.
-  virtual void InitializeComponent();
+  virtual void InitializeComponent() {}
 
 protected:
   using EndSessionHandler = void (Window::*)();
 
   /// On WM_DESTROY, and on WM_CLOSE ahead of the destruction: nothing here.
-  virtual void OnDestroy();
-  virtual void OnClose();
+  virtual void OnDestroy() {}
+  virtual void OnClose() {}
 
   /// Puts the window where Left, Top, Width and Height say, in screen pixels.
   virtual void MoveToBounds();
@@ -82,7 +82,7 @@ protected:
   virtual void OnLeftChanged();
   virtual void OnTopChanged();
   virtual void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
-  virtual void OnOpacityChanged();
+  virtual void OnOpacityChanged() { Render(); }
 
   /// Runs the handler that `rows` has for `message`, if any. When it fails, the failure is reported under the handler's
   /// name, the window is destroyed, and the message counts as not handled.

@@ -18,6 +18,10 @@ enum DockMessage : UINT {
   ResetDockMessage = WM_USER + 15,             // 1039: posted by the reset dialog
 };
 
+/// The registered message by which a second start asks the running dock to come to the front. The entry function
+/// registers it before any dock is built.
+inline UINT dockActivateMessage = 0;
+
 /// Codes of WM_NOTIFY by which the drop target tells the dock's main window of a drag. Those with a place have its
 /// screen point in idFrom, x in the low half and y in the high one.
 enum DragNotification : UINT {

@@ -47,7 +47,7 @@ private:
   int idleTicks = 0;                     // steps without the cursor
   std::optional<unsigned char> fadeGoal; // of the fade that is under way; empty when none is
   unsigned char opacityBefore = 0;       // at the last step
-  std::shared_ptr<TypedEventListener<BarFade, PropertyChangeEventArgs<Visibility>>> flyoutListener;
+  ListenerPtr<PropertyChangeEventArgs<Visibility>> flyoutListener;
 };
 
 } // namespace lumenor

@@ -64,7 +64,7 @@ void ToggleFlyout(DockButton &button) {
 CMainDlg::CMainDlg()
     : bar(renderTarget), dockRect(lumenor::GetWindowRect()),
       clickListener(MakeListener(this, &CMainDlg::OnButtonClick)),
-      acceptListener(MakeListener(this, &CMainDlg::OnTextAccept)),
+      acceptListener(MakeListener<TextBoxEventArgs>(this, &CMainDlg::Search)),
       dockPositionListener(MakeListener(this, &CMainDlg::OnDockPositionChanged)), fade(*this, bar),
       maker(renderTarget, clickListener.get(), fade.FlyoutListener()), userRow(*this, bar, maker),
       rowDrag(*this, bar, userRow), lists(*this, bar, maker) {
@@ -313,8 +313,6 @@ void CMainDlg::RunCommand(Command command) {
     return;
   }
 }
-
-void CMainDlg::OnTextAccept(TextBoxEventArgs *) { Search(); }
 
 /// The text stays in the field.
 void CMainDlg::Search() {

@@ -24,11 +24,6 @@
 namespace lumenor {
 
 enum class Command;
-struct TextBoxEventArgs;
-
-/// The registered message by which a second start asks the running dock to come to the front. The entry function
-/// registers it before any dock is built.
-inline UINT dockActivateMessage = 0;
 
 class CMainDlg : public Window {
 public:
@@ -97,7 +92,6 @@ private:
   void OnDockAtTop();
   void OnDockAtBottom();
   void OnButtonClick(ButtonEventArgs *args);
-  void OnTextAccept(TextBoxEventArgs *args);
   void EndUse();
 
   void PlaceBar();
@@ -108,9 +102,9 @@ private:
 
   Bar bar;
   RECT dockRect; // of a bar at the top
-  std::shared_ptr<TypedEventListener<CMainDlg, ButtonEventArgs>> clickListener;
-  std::shared_ptr<TypedEventListener<CMainDlg, TextBoxEventArgs>> acceptListener;
-  std::shared_ptr<TypedEventListener<CMainDlg, PropertyChangeEventArgs<int>>> dockPositionListener;
+  ListenerPtr<ButtonEventArgs> clickListener;
+  ListenerPtr<TextBoxEventArgs> acceptListener;
+  ListenerPtr<PropertyChangeEventArgs<int>> dockPositionListener;
   BarFade fade;
   ButtonMaker maker;
   UserRow userRow;

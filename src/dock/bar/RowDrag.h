@@ -68,7 +68,7 @@ private:
   const Bar &bar;
   UserRow &row;
   Microsoft::WRL::ComPtr<CDropTarget> dropTarget;
-  std::shared_ptr<TypedEventListener<RowDrag, ButtonEventArgs>> dragBeginListener;
+  ListenerPtr<ButtonEventArgs> dragBeginListener;
 };
 
 } // namespace lumenor

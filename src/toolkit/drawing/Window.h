@@ -53,9 +53,6 @@ public:
     explicit RepaintHold(Window &window) : ScopedValue(window.repaintHolds, window.repaintHolds + 1) {}
   };
 
-  /// Left, Top, Left + Width and Top + Height, in screen pixels.
-  RECT GetBounds() const { return {Left.Get(), Top.Get(), Left.Get() + Width.Get(), Top.Get() + Height.Get()}; }
-
   /// The number of the template that Create and DoModal take, set by the constructor of each subclass.
   WORD dialogId = 0;
 

@@ -6,9 +6,12 @@
 #include "e2e/Input.h"
 #include "e2e/OtherWindow.h"
 #include "e2e/Screen.h"
+#include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 namespace {
+
+using Texts = std::vector<std::wstring>;
 
 constexpr wchar_t flyoutDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.Tools";
 constexpr POINT farAway = {640, 600};
@@ -25,19 +28,16 @@ protected:
     installation.WriteStub(L"enu_us", mainDocument, 0,
                            {.head = L"Tools", .actionType = L"xml", .actionParams = flyoutDocument, .position = 0});
     for (int i = 0; i < count; ++i)
-      installation.WriteStub(L"xx_xx", flyoutDocument, i,
-                             {.head = L"Entry " + std::to_wstring(i),
-                              .actionType = L"exe",
-                              .actionParams = L"\"" + installation.Recorder() + L"\" entry " + std::to_wstring(i),
-                              .position = i});
+      installation.WriteStub(
+          L"xx_xx", flyoutDocument, i,
+          installation.RecorderEntry(L"Entry " + std::to_wstring(i), L"entry " + std::to_wstring(i), i));
   }
 
   const Installation installation;
 };
 
 TEST_F(Buttons, HoverShowsTheHaloAndTheToolTipAndLeavingTakesThemAway) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const RECT button = RectOf(dock.Control(1000));
   // The picture is inset by 22 and 16; the halo reaches 4 beyond it.
   const RECT halo = {button.left + 18, button.top + 12, button.right - 19, button.top + 16};
@@ -55,20 +55,17 @@ TEST_F(Buttons, HoverShowsTheHaloAndTheToolTipAndLeavingTakesThemAway) {
 }
 
 TEST_F(Buttons, AClickStartsTheProgramWithTheStoredArguments) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
+  const std::wstring fixed = installation.RecorderCommand(L"fixed 1"), user = installation.RecorderCommand(L"user 0");
   Click(dock.MainButton(1));
-  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
-  EXPECT_EQ(L"\"" + installation.Recorder() + L"\" fixed 1", installation.RecordedCommandLines()[0]);
+  EXPECT_EQ(Texts{fixed}, installation.WaitForCommandLines(1));
 
   Click(dock.UserButton(0));
-  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 2; }));
-  EXPECT_EQ(L"\"" + installation.Recorder() + L"\" user 0", installation.RecordedCommandLines()[1]);
+  EXPECT_EQ((Texts{fixed, user}), installation.WaitForCommandLines(2));
 }
 
 TEST_F(Buttons, APressThatIsReleasedElsewhereStartsNothing) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   MoveCursor(dock.MainButton(1));
   PressLeftButton();
   MoveCursor(farAway);
@@ -79,63 +76,44 @@ TEST_F(Buttons, APressThatIsReleasedElsewhereStartsNothing) {
 
 TEST_F(Buttons, AnXmlButtonOpensItsFlyoutBelowTheBarAndAClickElsewhereClosesIt) {
   MakeFlyoutButton(3);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
 
-  Click(dock.MainButton(0));
+  const HWND flyout = OpenPopup(dock, dock.MainButton(0));
 
-  const HWND popup = dock.WaitForPopup();
-  ASSERT_NE(nullptr, popup);
-  const RECT flyout = RectOf(popup);
-  const RECT expected = {190, 80, 430, 80 + 4 * 40};
-  EXPECT_TRUE(::EqualRect(&expected, &flyout))
-      << flyout.left << ' ' << flyout.top << ' ' << flyout.right << ' ' << flyout.bottom;
+  EXPECT_TRUE(StandsAt(flyout, {190, 80, 430, 80 + 4 * 40}));
   SaveShot("flyout-top");
 
   const OtherWindow other({600, 500, 900, 700});
   Click({700, 600});
-  EXPECT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+  EXPECT_TRUE(dock.WaitForNoPopup());
 }
 
 TEST_F(Buttons, AtTheBottomEdgeTheFlyoutOpensAboveTheBar) {
   MakeFlyoutButton(3);
   SetDockValue(L"DockPosition", L"Bottom");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   ASSERT_EQ(1024 - 77, dock.BarRect().top);
 
-  Click(dock.MainButton(0));
+  const HWND flyout = OpenPopup(dock, dock.MainButton(0));
 
-  const HWND popup = dock.WaitForPopup();
-  ASSERT_NE(nullptr, popup);
-  const RECT flyout = RectOf(popup);
-  const RECT expected = {190, 1024 - 77 - 2 - 160, 430, 1024 - 77 - 2};
-  EXPECT_TRUE(::EqualRect(&expected, &flyout))
-      << flyout.left << ' ' << flyout.top << ' ' << flyout.right << ' ' << flyout.bottom;
+  EXPECT_TRUE(StandsAt(flyout, {190, 1024 - 77 - 2 - 160, 430, 1024 - 77 - 2}));
   SaveShot("flyout-bottom");
 }
 
 TEST_F(Buttons, AnEntryOfTheFlyoutHidesItAndStartsItsProgram) {
   MakeFlyoutButton(2);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  Click(dock.MainButton(0));
-  const HWND popup = dock.WaitForPopup();
-  ASSERT_NE(nullptr, popup);
-  const RECT flyout = RectOf(popup);
+  ShownDock dock(installation);
+  OpenPopup(dock, dock.MainButton(0));
 
-  Click({flyout.left + 100, flyout.top + 40 + 40 + 20});
+  EXPECT_TRUE(ChooseRow(dock, 2));
 
-  EXPECT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
-  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
-  EXPECT_EQ(L"\"" + installation.Recorder() + L"\" entry 1", installation.RecordedCommandLines()[0]);
+  EXPECT_EQ(Texts{installation.RecorderCommand(L"entry 1")}, installation.WaitForCommandLines(1));
 }
 
 TEST_F(Buttons, ATargetThatVanishedWhileItsPictureStaysMakesAButtonThatStartsNothing) {
   installation.WriteStub(L"enu_us", userDocument, 0,
                          {.head = L"Gone", .actionType = L"exe", .actionParams = L"C:\\gone\\gone.exe", .position = 0});
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   Click(dock.UserButton(0));
   EXPECT_TRUE(HoldsFor([&] { return dock.IsRunning() && dock.Popups().empty(); }, std::chrono::milliseconds(700)));
 }

@@ -5,6 +5,7 @@
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
+#include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -13,8 +14,7 @@ namespace {
 TEST(LowColorDisplay, TheBarHasSquareCornersAndIsOpaque) {
   const Installation installation;
   installation.WriteUsualStubs();
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const RECT bar = dock.BarRect();
   const Picture picture = CaptureSettled(bar);
   SaveShot("low-color");
@@ -30,8 +30,7 @@ TEST(LowColorDisplay, TheBarHasSquareCornersAndIsOpaque) {
 TEST(HighDensityDisplay, EverythingIsHalfAgainAsLarge) {
   const Installation installation;
   installation.WriteUsualStubs();
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const RECT bar = dock.BarRect();
   EXPECT_EQ(1350, bar.right - bar.left);
   EXPECT_EQ(116, bar.bottom - bar.top); // 115.5, rounded as MulDiv rounds
@@ -45,9 +44,8 @@ TEST(HighDensityDisplay, EverythingIsHalfAgainAsLarge) {
   SaveShot("high-density");
 
   Click(dock.MainButton(1));
-  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
-  Click(dock.CloseButton());
-  EXPECT_EQ(0u, dock.WaitForExit());
+  ASSERT_EQ(1U, installation.WaitForCommandLines(1).size());
+  EXPECT_EQ(0U, CloseByButton(dock));
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "e2e/DockProcess.h"
 
+#include <stdexcept>
+
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
 
@@ -123,6 +125,10 @@ HWND DockProcess::WaitForPopup() const {
   return popup;
 }
 
+bool DockProcess::WaitForNoPopup() const {
+  return WaitFor([&] { return Popups().empty(); });
+}
+
 std::vector<HWND> DockProcess::TopLevelWindows() const {
   std::vector<HWND> windows;
   ForEachTopLevelWindow([&](HWND window) {
@@ -204,21 +210,37 @@ HWND DockProcess::Row() const { return ::GetParent(Control(2000)); }
 LONG DockProcess::RowLeft() const { return RectOf(Row()).left - RectOf(::GetParent(Row())).left; }
 
 HWND DockProcess::Arrow(bool left) const {
-  const HWND row = Row(), room = ::GetParent(row);
-  const LONG middle = Center(RectOf(room)).x;
+  const HWND row = Row(), viewport = ::GetParent(row);
+  const LONG middle = Center(RectOf(viewport)).x;
   HWND found = nullptr;
-  ForEachChild(room, [&](HWND window) {
-    if (::GetParent(window) == room && window != row && ::IsWindowVisible(window) &&
+  ForEachChild(viewport, [&](HWND window) {
+    if (::GetParent(window) == viewport && window != row && ::IsWindowVisible(window) &&
         (RectOf(window).left < middle) == left)
       found = window;
   });
   return found;
 }
 
+ShownDock::ShownDock(const Installation &installation, const std::wstring &arguments, const std::wstring &program)
+    : DockProcess(installation, arguments, program) {
+  if (WaitForBar() == nullptr)
+    throw std::runtime_error("the dock has started without showing its bar");
+}
+
 RECT RectOf(HWND window) {
   RECT r = {};
   ::GetWindowRect(window, &r);
   return r;
+}
+
+LONG HeightOf(HWND window) { return RectOf(window).bottom - RectOf(window).top; }
+
+::testing::AssertionResult StandsAt(HWND window, const RECT &place) {
+  const RECT r = RectOf(window);
+  if (::EqualRect(&place, &r))
+    return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << "it stands at " << r.left << ' ' << r.top << ' ' << r.right << ' '
+                                       << r.bottom;
 }
 
 int Scaled(int designPixels) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "e2e/Installation.h"
 #include "e2e/Screen.h"
 #include "system/Handles.h"
@@ -27,7 +29,7 @@ public:
   /// Ends the process at once, whatever it does.
   void Kill() const;
 
-  /// Waits for the process's end; its exit code, or nothing when it still runs after ten seconds.
+  /// Waits for the process's end; its exit code, or nothing when it still runs after a minute.
   std::optional<DWORD> WaitForExit() const;
 
   /// Waits until the bar is shown and painted, puts the cursor where nothing of the bar stands, so that it stays
@@ -71,7 +73,7 @@ public:
   /// The ends of the selection in the search field: start in `cx`, end in `cy`.
   SIZE FieldSelection() const;
 
-  /// Where the row of user buttons stands in its room: 0 at its left end, negative when it is scrolled. Asks for at
+  /// Where the row of user buttons stands in its viewport: 0 at its left end, negative when it is scrolled. Needs at
   /// least one user button.
   LONG RowLeft() const;
 
@@ -82,6 +84,9 @@ public:
   /// Waits until the bar's one flyout or dialog is shown and painted, and returns its window; null when it doesn't
   /// come.
   HWND WaitForPopup() const;
+
+  /// Waits until no flyout and no dialog is open any more; false when one stays.
+  bool WaitForNoPopup() const;
 
   /// Visible top-level windows of the process other than the bar and its tool tips, topmost first.
   std::vector<HWND> Popups() const;
@@ -104,8 +109,20 @@ private:
   Picture bareScreen; // before the start
 };
 
+/// The dock with its bar on the screen.
+class ShownDock : public DockProcess {
+public:
+  /// Starts the dock and waits for its bar. Raises an error when the bar doesn't come, which fails the test.
+  explicit ShownDock(const Installation &installation, const std::wstring &arguments = L"",
+                     const std::wstring &program = L"");
+};
+
 /// A window's rectangle on the screen.
 RECT RectOf(HWND window);
+LONG HeightOf(HWND window);
+
+/// Whether the window is exactly at `place` of the screen.
+::testing::AssertionResult StandsAt(HWND window, const RECT &place);
 
 /// The dots per inch of the screen; tests compute expected sizes with it as the dock does.
 int Scaled(int designPixels);

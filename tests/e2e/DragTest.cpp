@@ -10,6 +10,7 @@
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
 #include "e2e/Shortcut.h"
+#include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -36,10 +37,7 @@ protected:
   void WriteButtons(int count) const {
     std::vector<Entry> entries;
     for (int i = 0; i < count; ++i)
-      entries.push_back({.head = L"Head " + std::to_wstring(i),
-                         .actionType = L"exe",
-                         .actionParams = L"\"" + installation.Recorder() + L"\" user " + std::to_wstring(i),
-                         .position = i});
+      entries.push_back(installation.RecorderEntry(L"Head " + std::to_wstring(i), L"user " + std::to_wstring(i), i));
     installation.WriteDocument(userDocument, entries);
   }
 
@@ -83,15 +81,13 @@ protected:
 
   /// Closes the dock; the labels of the document that it leaves, in their order.
   Texts SavedHeads(DockProcess &dock) const {
-    Click(dock.CloseButton());
-    EXPECT_EQ(0U, dock.WaitForExit());
+    EXPECT_EQ(0U, CloseByButton(dock));
     const std::string document = ReadBytes(installation.DocumentPath(userDocument));
     Texts heads;
     constexpr std::string_view begin = "<Head>", end = "</Head>";
     for (std::size_t at = document.find(begin); at != std::string::npos; at = document.find(begin, at)) {
       at += begin.size();
-      const std::string head = document.substr(at, document.find(end, at) - at);
-      heads.emplace_back(head.begin(), head.end());
+      heads.push_back(tests::FromUtf8(document.substr(at, document.find(end, at) - at)));
     }
     return heads;
   }
@@ -111,8 +107,7 @@ protected:
 
 TEST_F(Drags, PutAButtonAtEveryOtherPlaceOfItsRow) {
   WriteButtons(5);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   Ids expected = {2000, 2001, 2002, 2003, 2004};
   ASSERT_EQ(expected, Order(dock));
   for (int from = 0; from < 5; ++from)
@@ -135,8 +130,7 @@ TEST_F(Drags, PutAButtonAtEveryOtherPlaceOfItsRow) {
 
 TEST_F(Drags, OffTheBarRemoveTheButtonAndFreeItsId) {
   WriteButtons(5);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   DragThrough({FirstHalf(dock, 1), SecondHalf(dock, 1), farAway});
   EXPECT_TRUE(StaysAt(dock, {2000, 2002, 2003, 2004}));
   EXPECT_EQ(nullptr, dock.Control(2001));
@@ -150,16 +144,14 @@ TEST_F(Drags, OffTheBarRemoveTheButtonAndFreeItsId) {
 
 TEST_F(Drags, ToAnotherPartOfTheBarRemoveTheButtonToo) {
   WriteButtons(3);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   DragThrough({FirstHalf(dock, 1), SecondHalf(dock, 1), dock.Rest()});
   EXPECT_TRUE(StaysAt(dock, {2000, 2002}));
 }
 
 TEST_F(Drags, ThatEscapeEndsPutTheButtonBack) {
   WriteButtons(5);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   MoveCursor(FirstHalf(dock, 0));
   PressLeftButton();
   MoveCursor(SecondHalf(dock, 0));
@@ -170,14 +162,12 @@ TEST_F(Drags, ThatEscapeEndsPutTheButtonBack) {
   ReleaseLeftButton();
   EXPECT_TRUE(StaysAt(dock, {2000, 2001, 2002, 2003, 2004}));
   Click(FirstHalf(dock, 1));
-  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
-  EXPECT_EQ(L"\"" + installation.Recorder() + L"\" user 1", installation.RecordedCommandLines()[0]);
+  EXPECT_EQ(Texts{installation.RecorderCommand(L"user 1")}, installation.WaitForCommandLines(1));
 }
 
 TEST_F(Drags, ToTheButtonsOwnPlaceChangeNothing) {
   WriteButtons(5);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const POINT grip = FirstHalf(dock, 2);
   const POINT ownPlace = SecondHalf(dock, 2);
   DragThrough({grip, FirstHalf(dock, 3), ownPlace});
@@ -190,8 +180,7 @@ TEST_F(Drags, ToTheButtonsOwnPlaceChangeNothing) {
 
 TEST_F(Drags, ShowTheMarkerWhereTheButtonWouldLand) {
   WriteButtons(5);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const LONG edge = RectOf(dock.Control(2003)).left;
   const POINT grip = FirstHalf(dock, 0);
   const POINT target = FirstHalf(dock, 3);
@@ -207,8 +196,7 @@ TEST_F(Drags, ShowTheMarkerWhereTheButtonWouldLand) {
 
 TEST_F(Drags, OfFilesAddButtonsByTheHalfThatTheyAreDroppedOn) {
   WriteButtons(3);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   {
     const DragProgram other(Texts{MakeFile(L"Before.txt")});
     ASSERT_TRUE(other.IsUp());
@@ -227,8 +215,7 @@ TEST_F(Drags, OfFilesAddButtonsByTheHalfThatTheyAreDroppedOn) {
 
 TEST_F(Drags, OfFiveFilesAddThemInReverseOrder) {
   WriteButtons(2);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const DragProgram other(
       {MakeFile(L"a.txt"), MakeFile(L"b.txt"), MakeFile(L"c.txt"), MakeFile(L"d.txt"), MakeFile(L"e.txt")});
   ASSERT_TRUE(other.IsUp());
@@ -241,8 +228,7 @@ TEST_F(Drags, OfAShortcutAddAButtonThatOpensIt) {
   WriteButtons(1);
   const std::wstring shortcut = std::wstring(folder) + L"\\My shortcut.lnk";
   MakeShortcut(shortcut, {.target = installation.Recorder()});
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   {
     const DragProgram other(Texts{shortcut});
     ASSERT_TRUE(other.IsUp());
@@ -250,15 +236,14 @@ TEST_F(Drags, OfAShortcutAddAButtonThatOpensIt) {
     ASSERT_TRUE(ComesTo(dock, {2001, 2000}));
   }
   Click(FirstHalf(dock, 0));
-  EXPECT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
+  EXPECT_EQ(1U, installation.WaitForCommandLines(1).size());
   EXPECT_EQ((Texts{L"My shortcut", L"Head 0"}), SavedHeads(dock));
 }
 
 TEST_F(Drags, OfAFolderAddAButton) {
   WriteButtons(1);
   ::CreateDirectoryW((std::wstring(folder) + L"\\A folder").c_str(), nullptr);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const DragProgram other(Texts{std::wstring(folder) + L"\\A folder"});
   ASSERT_TRUE(other.IsUp());
   DragThrough({other.Grip(), SecondHalf(dock, 0)});
@@ -271,9 +256,8 @@ TEST_F(Drags, OfAPathOf259CharactersAddAButton) {
   const std::wstring name(259 - std::wstring(folder).size() - 5, L'n');
   const std::wstring path = MakeFile(name + L".txt");
   ASSERT_EQ(259U, path.size());
-  ASSERT_TRUE(FileExists(path));
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ASSERT_TRUE(Exists(path));
+  ShownDock dock(installation);
   const DragProgram other(Texts{path});
   ASSERT_TRUE(other.IsUp());
   DragThrough({other.Grip(), SecondHalf(dock, 0)});
@@ -283,8 +267,7 @@ TEST_F(Drags, OfAPathOf259CharactersAddAButton) {
 
 TEST_F(Drags, OfAFileThatIsNotThereAddNoButtonAndKeepItsRecord) {
   WriteButtons(1);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const DragProgram other(Texts{L"C:\\drag\\nowhere.txt"});
   ASSERT_TRUE(other.IsUp());
   DragThrough({other.Grip(), SecondHalf(dock, 0)});
@@ -294,8 +277,7 @@ TEST_F(Drags, OfAFileThatIsNotThereAddNoButtonAndKeepItsRecord) {
 
 TEST_F(Drags, OfTextAddNothing) {
   WriteButtons(2);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const DragProgram other(Texts{});
   ASSERT_TRUE(other.IsUp());
   DragThrough({other.Grip(), FirstHalf(dock, 1)});
@@ -305,8 +287,7 @@ TEST_F(Drags, OfTextAddNothing) {
 
 TEST_F(Drags, OfAThirtyFirstFileAreRefused) {
   WriteButtons(30);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const DragProgram other(Texts{MakeFile(L"New.txt")});
   ASSERT_TRUE(other.IsUp());
   const LONG edge = RectOf(dock.Control(2001)).left;
@@ -318,8 +299,7 @@ TEST_F(Drags, OfAThirtyFirstFileAreRefused) {
 
 TEST_F(Drags, WhoseProgramDiesLeaveTheBarAsItWas) {
   WriteButtons(3);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const LONG edge = RectOf(dock.Control(2001)).left;
   {
     DragProgram dying(Texts{MakeFile(L"Lost.txt")});
@@ -343,21 +323,18 @@ TEST_F(Drags, WhoseProgramDiesLeaveTheBarAsItWas) {
 
 TEST_F(Drags, WithAFlyoutOpenCloseItAndAddTheButton) {
   WriteButtons(1);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  Click(dock.ForYouButton());
-  ASSERT_NE(nullptr, dock.WaitForPopup());
+  ShownDock dock(installation);
+  OpenForYou(dock);
   const DragProgram other(Texts{MakeFile(L"New.txt")});
   ASSERT_TRUE(other.IsUp());
   DragThrough({other.Grip(), FirstHalf(dock, 0)});
   EXPECT_TRUE(ComesTo(dock, {2001, 2000}));
-  EXPECT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+  EXPECT_TRUE(dock.WaitForNoPopup());
 }
 
 TEST_F(Drags, DuringWhichTheDisplayChangesGoOn) {
   WriteButtons(3);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   MoveCursor(FirstHalf(dock, 0));
   PressLeftButton();
   MoveCursor(SecondHalf(dock, 0));

@@ -26,8 +26,7 @@ protected:
 };
 
 TEST_F(Edge, ThePositionButtonMovesTheBarDownAndUpAgain) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   ASSERT_EQ(topEdge, dock.BarRect().top);
 
   Click(dock.PositionButton());
@@ -42,8 +41,7 @@ TEST_F(Edge, ThePositionButtonMovesTheBarDownAndUpAgain) {
 }
 
 TEST_F(Edge, AnotherProgramThatWritesTheValueMovesTheBar) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   SetDockValue(L"DockPosition", L"Bottom");
   EXPECT_TRUE(BarComesTo(dock, bottomEdge));
   SetDockValue(L"DockPosition", L"Top");
@@ -52,23 +50,20 @@ TEST_F(Edge, AnotherProgramThatWritesTheValueMovesTheBar) {
 
 TEST_F(Edge, AValueOfLeftStartsAtTheTopAndALaterChangeToItMovesToTheBottom) {
   SetDockValue(L"DockPosition", L"Left");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   ASSERT_EQ(topEdge, dock.BarRect().top);
   SetDockValue(L"DockPosition", L"Right");
   EXPECT_TRUE(BarComesTo(dock, bottomEdge));
 }
 
 TEST_F(Edge, AnotherValueInTheKeyMovesNothing) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   SetDockValue(L"SomethingElse", L"Bottom");
   EXPECT_TRUE(HoldsFor([&] { return dock.BarRect().top == topEdge; }, std::chrono::milliseconds(700)));
 }
 
 TEST_F(Edge, ASmallerDisplayPlacesTheBarAnew) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
 
   DEVMODEW mode = {};
   mode.dmSize = sizeof(mode);
@@ -78,11 +73,7 @@ TEST_F(Edge, ASmallerDisplayPlacesTheBarAnew) {
   MoveCursor({500, 400}); // the server of the test platform doesn't survive a cursor that the new display lacks
   ASSERT_EQ(DISP_CHANGE_SUCCESSFUL, ::ChangeDisplaySettingsW(&mode, 0));
 
-  const RECT expected = {512 - 347, 1, 512 + 347, 78};
-  EXPECT_TRUE(WaitFor([&] {
-    const RECT bar = dock.BarRect();
-    return ::EqualRect(&expected, &bar) != FALSE;
-  }));
+  EXPECT_TRUE(WaitFor([&] { return StandsAt(dock.Bar(), {512 - 347, 1, 512 + 347, 78}); }));
   CaptureSettled(dock.BarRect());
   SaveShot("edge-1024");
 }
@@ -90,11 +81,8 @@ TEST_F(Edge, ASmallerDisplayPlacesTheBarAnew) {
 TEST_F(Edge, TheBarStandsUnderATaskBarAtTheTop) {
   constexpr RECT taskBarArea = {0, 0, 1280, 40};
   const TaskBar taskBar(taskBarArea);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  const RECT expected = {190, 40, 1090, 117};
-  const RECT bar = dock.BarRect();
-  EXPECT_TRUE(::EqualRect(&expected, &bar)) << bar.left << ' ' << bar.top << ' ' << bar.right << ' ' << bar.bottom;
+  ShownDock dock(installation);
+  EXPECT_TRUE(StandsAt(dock.Bar(), {190, 40, 1090, 117}));
   SaveShot("edge-task-bar");
 
   Click(dock.PositionButton());
@@ -111,13 +99,8 @@ TEST(SmallWorkArea, ABarAtTheBottomStandsOnItsEnd) {
   const Installation installation;
   installation.WriteUsualStubs();
   SetDockValue(L"DockPosition", L"Bottom");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  const RECT expected = {190, 984 - 77, 1090, 984};
-  const auto stands = [&] {
-    const RECT bar = dock.BarRect();
-    return ::EqualRect(&expected, &bar) != FALSE;
-  };
+  ShownDock dock(installation);
+  const auto stands = [&] { return StandsAt(dock.Bar(), {190, 984 - 77, 1090, 984}); };
   EXPECT_TRUE(stands());
   SaveShot("edge-work-area");
 

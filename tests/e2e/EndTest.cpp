@@ -9,6 +9,7 @@
 #include "e2e/Input.h"
 #include "e2e/ResetDialog.h"
 #include "e2e/Screen.h"
+#include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -45,13 +46,10 @@ protected:
 
 TEST_F(End, TheCloseButtonSavesTheUsersButtonsAndEndsWithZero) {
   WriteOwnDocument();
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const std::string before = UserDocument();
 
-  Click(dock.CloseButton());
-
-  EXPECT_EQ(0u, dock.WaitForExit());
+  EXPECT_EQ(0U, CloseByButton(dock));
   const std::string after = UserDocument();
   EXPECT_NE(before, after);
   EXPECT_EQ(1, CountOf(after, "<Head>Mine</Head>"));
@@ -60,20 +58,19 @@ TEST_F(End, TheCloseButtonSavesTheUsersButtonsAndEndsWithZero) {
 }
 
 TEST_F(End, ClosingEarlyStartsTheMainApplicationInTheTray) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   Click(dock.CloseButton());
-  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
-  const std::wstring line = installation.RecordedCommandLines()[0];
+  const std::vector<std::wstring> lines = installation.WaitForCommandLines(1);
+  ASSERT_EQ(1U, lines.size());
+  const std::wstring &line = lines[0];
   EXPECT_NE(std::wstring::npos, line.find(L"Lumenor.exe"));
   EXPECT_TRUE(line.ends_with(L" view=SYSTRAY")) << std::string(line.begin(), line.end());
 }
 
 TEST_F(End, TheEndOfTheSessionSavesAndPostsNoQuit) {
   WriteOwnDocument();
-  DockProcess dock(installation);
-  const HWND bar = dock.WaitForBar();
-  ASSERT_NE(nullptr, bar);
+  ShownDock dock(installation);
+  const HWND bar = dock.Bar();
 
   EXPECT_EQ(1, ::SendMessageW(bar, WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF));
   EXPECT_EQ(1, ::SendMessageW(bar, WM_ENDSESSION, TRUE, static_cast<LPARAM>(ENDSESSION_LOGOFF)));
@@ -85,26 +82,20 @@ TEST_F(End, TheEndOfTheSessionSavesAndPostsNoQuit) {
 TEST_F(End, TheNextStartFindsWhatWasSaved) {
   WriteOwnDocument();
   {
-    DockProcess dock(installation);
-    ASSERT_NE(nullptr, dock.WaitForBar());
-    Click(dock.CloseButton());
-    ASSERT_EQ(0u, dock.WaitForExit());
+    ShownDock dock(installation);
+    ASSERT_EQ(0U, CloseByButton(dock));
   }
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EXPECT_NE(nullptr, dock.Control(2000));
   EXPECT_EQ(nullptr, dock.Control(2001)) << "no button for the target that is gone";
 }
 
 TEST_F(End, ResetAsksRebuildsAndComesBackInTheSameProcess) {
   WriteOwnDocument();
-  DockProcess dock(installation);
-  const HWND oldBar = dock.WaitForBar();
-  ASSERT_NE(nullptr, oldBar);
+  ShownDock dock(installation);
+  const HWND oldBar = dock.Bar();
   const HWND dialog = OpenResetDialog(dock);
-  ASSERT_NE(nullptr, dialog);
-  const RECT place = RectOf(dialog), expected = {640 - 200, 77, 640 + 200, 249};
-  EXPECT_TRUE(::EqualRect(&expected, &place));
+  EXPECT_TRUE(StandsAt(dialog, {640 - 200, 77, 640 + 200, 249}));
   SaveShot("reset-dialog");
   const auto buttons = DialogButtons(dialog);
   ASSERT_EQ(2u, buttons.size());
@@ -125,11 +116,9 @@ TEST_F(End, ASecondStartDuringARebuildEndsWithZeroAndLeavesTheFirstAlone) {
     installation.WriteStub(L"xx_xx", userDocument, 100 + i,
                            {.head = L"Stub", .actionType = L"exe", .actionParams = installation.Recorder()});
   WriteOwnDocument();
-  DockProcess dock(installation);
-  const HWND oldBar = dock.WaitForBar();
-  ASSERT_NE(nullptr, oldBar);
+  ShownDock dock(installation);
+  const HWND oldBar = dock.Bar();
   const HWND dialog = OpenResetDialog(dock);
-  ASSERT_NE(nullptr, dialog);
   Click(Center(DialogButtons(dialog).at(0)));
   {
     const auto held = HoldBetweenBars(dock);
@@ -146,16 +135,14 @@ TEST_F(End, ASecondStartDuringARebuildEndsWithZeroAndLeavesTheFirstAlone) {
 
 TEST_F(End, CancellingTheResetChangesNothing) {
   WriteOwnDocument();
-  DockProcess dock(installation);
-  const HWND bar = dock.WaitForBar();
-  ASSERT_NE(nullptr, bar);
+  ShownDock dock(installation);
+  const HWND bar = dock.Bar();
   const std::string before = UserDocument();
   const HWND dialog = OpenResetDialog(dock);
-  ASSERT_NE(nullptr, dialog);
 
   Click(Center(DialogButtons(dialog).at(1)));
 
-  EXPECT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+  EXPECT_TRUE(dock.WaitForNoPopup());
   EXPECT_EQ(bar, dock.Bar());
   EXPECT_EQ(before, UserDocument());
 }

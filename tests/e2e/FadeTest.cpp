@@ -7,7 +7,9 @@
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
 #include "e2e/OtherWindow.h"
+#include "e2e/ResetDialog.h"
 #include "e2e/Screen.h"
+#include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -55,8 +57,7 @@ protected:
 };
 
 TEST_F(Fade, TheBarDimsTo190Of255AfterTheCursorLeftItAndComesBackWithIt) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const RECT plate = Plate(dock);
   const Picture full = CaptureSettled(plate);
   ASSERT_TRUE(SmallButtonsAreVisible(dock));
@@ -83,25 +84,21 @@ TEST_F(Fade, TheBarDimsTo190Of255AfterTheCursorLeftItAndComesBackWithIt) {
 
 TEST_F(Fade, AnOpenFlyoutKeepsTheBarAwakeAndItDimsOnceTheFlyoutIsGone) {
   const OtherWindow other(elsewhere);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  Click(dock.ForYouButton());
-  ASSERT_NE(nullptr, dock.WaitForPopup());
+  ShownDock dock(installation);
+  OpenForYou(dock);
   MoveCursor(farAway);
   const Picture full = CaptureSettled(Plate(dock));
 
   EXPECT_TRUE(HoldsFor([&] { return Capture(Plate(dock)) == full && SmallButtonsAreVisible(dock); }, seconds(6)));
 
   Click(Center(elsewhere));
-  ASSERT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+  ASSERT_TRUE(dock.WaitForNoPopup());
   EXPECT_TRUE(WaitFor([&] { return SmallButtonsAreHidden(dock); }));
 }
 
 TEST_F(Fade, TheResetDialogKeepsTheBarAwake) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  Click(dock.ResetButton());
-  ASSERT_NE(nullptr, dock.WaitForPopup());
+  ShownDock dock(installation);
+  OpenResetDialog(dock);
   MoveCursor(farAway);
   const Picture full = CaptureSettled(Plate(dock));
   EXPECT_TRUE(HoldsFor([&] { return Capture(Plate(dock)) == full && SmallButtonsAreVisible(dock); }, seconds(6)));

@@ -7,6 +7,7 @@
 #include "e2e/OtherProgram.h"
 #include "e2e/OtherWindow.h"
 #include "e2e/Screen.h"
+#include "e2e/UserSteps.h"
 #include "system/Handles.h"
 
 namespace lumenor::e2e {
@@ -14,6 +15,8 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;
+
+using Texts = std::vector<std::wstring>;
 
 constexpr RECT elsewhere = {300, 700, 900, 950};
 constexpr UINT answerLimitMs = 10'000;
@@ -42,9 +45,7 @@ protected:
   std::vector<Entry> List(int count, const std::wstring &word) const {
     std::vector<Entry> entries;
     for (int i = 0; i < count; ++i)
-      entries.push_back({.head = word + L" " + std::to_wstring(i),
-                         .actionType = L"exe",
-                         .actionParams = L"\"" + installation.Recorder() + L"\" " + word + L" " + std::to_wstring(i)});
+      entries.push_back(installation.RecorderEntry(word + L" " + std::to_wstring(i), word + L" " + std::to_wstring(i)));
     return entries;
   }
 
@@ -66,7 +67,7 @@ protected:
   /// The height of the open list; 0 when none is open.
   static LONG ListHeight(const DockProcess &dock) {
     const auto popups = dock.Popups();
-    return popups.size() == 1 ? RectOf(popups[0]).bottom - RectOf(popups[0]).top : 0;
+    return popups.size() == 1 ? HeightOf(popups[0]) : 0;
   }
 
   /// The For You button with the cursor away from it.
@@ -85,11 +86,8 @@ protected:
 };
 
 TEST_F(ForYou, TheListShowsWithinTwoSecondsWhatAnotherProgramWrote) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  Click(dock.ForYouButton());
-  const HWND popup = dock.WaitForPopup();
-  ASSERT_NE(nullptr, popup);
+  ShownDock dock(installation);
+  const HWND popup = OpenForYou(dock);
   ASSERT_EQ(40 + 40, ListHeight(dock));
   const std::wstring aside = ListAside(3, L"new");
 
@@ -101,27 +99,22 @@ TEST_F(ForYou, TheListShowsWithinTwoSecondsWhatAnotherProgramWrote) {
   EXPECT_EQ(80, flyout.top);
   CaptureSettled(flyout);
   SaveShot("foryou");
-  Click({flyout.left + 100, flyout.top + 40 + 2 * 40 + 20});
-  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
-  EXPECT_EQ(L"\"" + installation.Recorder() + L"\" new 2", installation.RecordedCommandLines()[0]);
+  ClickRow(dock, 3);
+  EXPECT_EQ(Texts{installation.RecorderCommand(L"new 2")}, installation.WaitForCommandLines(1));
   EXPECT_TRUE(dock.Popups().empty());
 }
 
 TEST_F(ForYou, AtTheBottomEdgeTheListOpensAboveTheBar) {
   SetDockValue(L"DockPosition", L"Bottom");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  Click(dock.ForYouButton());
-  const HWND popup = dock.WaitForPopup();
-  ASSERT_NE(nullptr, popup);
+  ShownDock dock(installation);
+  const HWND popup = OpenForYou(dock);
   EXPECT_EQ(1024 - 77 - 2, RectOf(popup).bottom);
   EXPECT_EQ(1024 - 77 - 2 - 80, RectOf(popup).top);
 }
 
 TEST_F(ForYou, ANewerListMarksTheButtonUntilItIsClickedAndThenOnlyANewerOneAgain) {
   const OtherWindow other(elsewhere);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const Picture idle = ButtonPicture(dock);
 
   ASSERT_TRUE(OtherProgramCopies(ListAside(2, L"second"), Path()));
@@ -129,10 +122,9 @@ TEST_F(ForYou, ANewerListMarksTheButtonUntilItIsClickedAndThenOnlyANewerOneAgain
   const Picture marked = CaptureSettled(dock.ForYouRect());
   SaveShot("foryou-mark");
 
-  Click(dock.ForYouButton());
-  ASSERT_NE(nullptr, dock.WaitForPopup());
+  OpenForYou(dock);
   Click(Center(elsewhere));
-  ASSERT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+  ASSERT_TRUE(dock.WaitForNoPopup());
   MoveCursor(dock.Rest());
   EXPECT_TRUE(WaitFor([&] { return Capture(dock.ForYouRect()) == idle; }));
 
@@ -146,8 +138,7 @@ TEST_F(ForYou, ANewerListMarksTheButtonUntilItIsClickedAndThenOnlyANewerOneAgain
 }
 
 TEST_F(ForYou, AnOlderListIsShownWithoutAMark) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const Picture idle = ButtonPicture(dock);
   const int readings = installation.ForYouReadings();
   const std::wstring aside = ListAside(2, L"older");
@@ -158,14 +149,12 @@ TEST_F(ForYou, AnOlderListIsShownWithoutAMark) {
 
   ASSERT_TRUE(HasNoticed(dock, readings));
   EXPECT_EQ(idle, ButtonPicture(dock));
-  Click(dock.ForYouButton());
-  ASSERT_NE(nullptr, dock.WaitForPopup());
+  OpenForYou(dock);
   EXPECT_EQ(40 + 2 * 40, ListHeight(dock));
 }
 
 TEST_F(ForYou, ADeletedListGivesNoMarkAndStaysAsItWas) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const Picture idle = ButtonPicture(dock);
   const int readings = installation.ForYouReadings();
 
@@ -174,17 +163,14 @@ TEST_F(ForYou, ADeletedListGivesNoMarkAndStaysAsItWas) {
 
   ASSERT_TRUE(HasNoticed(dock, readings));
   EXPECT_EQ(idle, ButtonPicture(dock));
-  Click(dock.ForYouButton());
-  ASSERT_NE(nullptr, dock.WaitForPopup());
+  OpenForYou(dock);
   EXPECT_EQ(40 + 40, ListHeight(dock));
 }
 
 TEST_F(ForYou, WithoutAListTheFlyoutHasItsTitleOnlyUntilOneIsWritten) {
   ::DeleteFileW(Path().c_str());
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  Click(dock.ForYouButton());
-  ASSERT_NE(nullptr, dock.WaitForPopup());
+  ShownDock dock(installation);
+  OpenForYou(dock);
   EXPECT_EQ(40, ListHeight(dock));
   ASSERT_TRUE(OtherProgramCopies(ListAside(2, L"first"), Path()));
   EXPECT_TRUE(WaitFor([&] { return ListHeight(dock) == 40 + 2 * 40; }));

@@ -1,13 +1,12 @@
 // What the disk may hold at its worst: the dock comes up, nothing of the user's is lost, and the log says what was
 // wrong.
 
-#include <algorithm>
-
 #include <gtest/gtest.h>
 
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
+#include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -15,17 +14,6 @@ namespace {
 class HostileInput : public ::testing::Test {
 protected:
   HostileInput() { installation.WriteUsualStubs(); }
-
-  bool Logged(const std::string &text) const {
-    const auto lines = installation.LogLines();
-    return std::any_of(lines.begin(), lines.end(),
-                       [&](const std::string &line) { return line.find(text) != std::string::npos; });
-  }
-
-  void CloseByButton(DockProcess &dock) {
-    Click(dock.CloseButton());
-    EXPECT_EQ(0u, dock.WaitForExit());
-  }
 
   /// One fixed button with this picture.
   void UsePicture(const std::wstring &image) {
@@ -44,10 +32,9 @@ TEST_F(HostileInput, ABrokenUserDocumentShowsAsEmptyAndIsLeftAsItStands) {
   installation.WriteDocument(userDocument, {});
   const std::string broken = "<?xml version=\"1.0\"?><UIRoot><Lumenor.MainFrame";
   WriteBytes(installation.DocumentPath(userDocument), broken);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EXPECT_EQ(nullptr, dock.Control(2000));
-  CloseByButton(dock);
+  EXPECT_EQ(0U, CloseByButton(dock));
   EXPECT_EQ(broken, ReadBytes(installation.DocumentPath(userDocument)));
 }
 
@@ -56,10 +43,9 @@ TEST_F(HostileInput, AUserDocumentThatHoldsAnotherOneShowsAsEmptyAndIsLeftAsItSt
   const std::string other = ReadBytes(installation.DocumentPath(mainDocument));
   ::DeleteFileW(installation.DocumentPath(mainDocument).c_str());
   WriteBytes(installation.DocumentPath(userDocument), other);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EXPECT_EQ(nullptr, dock.Control(2000));
-  CloseByButton(dock);
+  EXPECT_EQ(0U, CloseByButton(dock));
   EXPECT_EQ(other, ReadBytes(installation.DocumentPath(userDocument)));
 }
 
@@ -73,35 +59,31 @@ TEST_F(HostileInput, ADocumentOfExpandingEntitiesShowsAsEmpty) {
     bomb += "\">";
   }
   WriteBytes(installation.DocumentPath(userDocument), bomb + "]><UIRoot>&a11;</UIRoot>");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EXPECT_EQ(nullptr, dock.Control(2000));
 }
 
 TEST_F(HostileInput, ABrokenStubIsLoggedAndSkipped) {
   installation.WriteRawStub(L"xx_xx", userDocument, 9, "<UIRoot><not closed");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EXPECT_NE(nullptr, dock.Control(2001));
-  EXPECT_TRUE(Logged("ERROR: DockStub: "));
-  EXPECT_TRUE(Logged(".9.dstb is not valid xml"));
+  EXPECT_TRUE(installation.Logged("ERROR: DockStub: "));
+  EXPECT_TRUE(installation.Logged(".9.dstb is not valid xml"));
 }
 
 TEST_F(HostileInput, AMissingPictureGivesTheDefaultOneAndItsLogLines) {
   UsePicture(L"..\\resources\\nowhere.png");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EXPECT_NE(nullptr, dock.Control(1000));
-  EXPECT_TRUE(Logged("ERROR: WICHelper: cannot find "));
+  EXPECT_TRUE(installation.Logged("ERROR: WICHelper: cannot find "));
 }
 
 TEST_F(HostileInput, ACorruptPictureOnAFixedButtonGivesTheDefaultOneAndItsLogLine) {
   WriteBytes(installation.ResourcesFolder() + L"\\corrupt.png", "this is no picture at all");
   UsePicture(L"..\\resources\\corrupt.png");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EXPECT_NE(nullptr, dock.Control(1000));
-  EXPECT_TRUE(Logged("ERROR: MainDlg: can't show ..\\resources\\corrupt.png, error "));
+  EXPECT_TRUE(installation.Logged("ERROR: MainDlg: can't show ..\\resources\\corrupt.png, error "));
 }
 
 TEST_F(HostileInput, BadRecordsOfTheUserCostTheirButtonOrItsPictureAndNothingElse) {
@@ -113,11 +95,10 @@ TEST_F(HostileInput, BadRecordsOfTheUserCostTheirButtonOrItsPictureAndNothingEls
   installation.WriteDocument(userDocument,
                              {empty, entry(L"NUL"), entry(L"CON"), entry(installation.ResourcesFolder())});
   for (int start = 1; start <= 2; ++start) {
-    DockProcess dock(installation);
-    ASSERT_NE(nullptr, dock.WaitForBar()) << "start " << start;
+    ShownDock dock(installation);
     EXPECT_NE(nullptr, dock.Control(2002));
     EXPECT_EQ(nullptr, dock.Control(2003)) << "the empty record makes no button";
-    CloseByButton(dock);
+    EXPECT_EQ(0U, CloseByButton(dock));
   }
 }
 
@@ -127,7 +108,7 @@ TEST_F(HostileInput, WhereTheProfileFolderCannotBeMadeTheDockSaysSoAndEnds) {
   WriteBytes(folder, "a file where the folder should be");
   DockProcess dock(installation);
   EXPECT_EQ(0u, dock.WaitForExit());
-  EXPECT_TRUE(Logged("FATAL: Failed to initialize Lumenor"));
+  EXPECT_TRUE(installation.Logged("FATAL: Failed to initialize Lumenor"));
   ::DeleteFileW(folder.c_str());
 }
 
@@ -151,8 +132,7 @@ private:
 
 TEST_F(HostileInput, AStatusFontThatIsNotInstalledIsReplacedByAnother) {
   const StatusFontFamily missing(L"No Such Family");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const RECT button = RectOf(dock.Control(1000));
   // The label's band, between the picture and the arrow: white letters stand in it.
   const Picture label = CaptureSettled({button.left, button.top + 48, button.right, button.top + 64});
@@ -166,8 +146,7 @@ TEST_F(HostileInput, AStatusFontThatIsNotInstalledIsReplacedByAnother) {
 TEST_F(HostileInput, ADocumentThatIsLockedAtTheEndKeepsWhatItHeld) {
   installation.WriteDocument(userDocument,
                              {{.head = L"Mine", .actionType = L"exe", .actionParams = installation.Recorder()}});
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const std::string before = ReadBytes(installation.DocumentPath(userDocument));
   {
     const FileHandle lock(::CreateFileW(installation.DocumentPath(userDocument).c_str(), GENERIC_READ, 0, nullptr,
@@ -187,11 +166,10 @@ TEST_F(HostileInput, ThirtyOneRecordsShowThirtyButtonsAndAllAreSavedBack) {
                        .actionParams = installation.Recorder(),
                        .position = i});
   installation.WriteDocument(userDocument, entries);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EXPECT_NE(nullptr, dock.Control(2029));
   EXPECT_EQ(nullptr, dock.Control(2030));
-  CloseByButton(dock);
+  EXPECT_EQ(0U, CloseByButton(dock));
   EXPECT_EQ(31, CountOf(ReadBytes(installation.DocumentPath(userDocument)), "<Head>Head "));
 }
 

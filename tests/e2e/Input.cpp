@@ -3,9 +3,15 @@
 #include <cstring>
 
 #include "e2e/Screen.h"
+#include "support/InputEvents.h"
 #include "system/Handles.h"
 
 namespace lumenor::e2e {
+
+using tests::KeyInput;
+using tests::MouseInput;
+using tests::MoveInput;
+
 namespace {
 
 // Between two events of one hand; the receiver's queue is asked in between, as it is on a real desk.
@@ -17,40 +23,20 @@ void Send(INPUT input, std::chrono::milliseconds pace = handPace) {
   std::this_thread::sleep_for(pace);
 }
 
-INPUT MouseInput(DWORD flags, LONG x = 0, LONG y = 0) {
-  INPUT input = {};
-  input.type = INPUT_MOUSE;
-  input.mi.dx = x;
-  input.mi.dy = y;
-  input.mi.dwFlags = flags;
-  return input;
-}
-
-INPUT MoveInput(POINT point) {
-  return MouseInput(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE,
-                    ::MulDiv(point.x, 65536, ::GetSystemMetrics(SM_CXSCREEN)) + 1,
-                    ::MulDiv(point.y, 65536, ::GetSystemMetrics(SM_CYSCREEN)) + 1);
-}
-
 /// The keys beside the number pad, which shift takes for digits otherwise.
 bool IsExtended(WORD virtualKey) {
   return (virtualKey >= VK_PRIOR && virtualKey <= VK_DOWN) || virtualKey == VK_INSERT || virtualKey == VK_DELETE;
 }
 
 void SendKey(WORD virtualKey, DWORD flags) {
-  INPUT input = {};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wVk = virtualKey;
+  INPUT input = KeyInput(virtualKey, flags | (IsExtended(virtualKey) ? KEYEVENTF_EXTENDEDKEY : 0));
   input.ki.wScan = static_cast<WORD>(::MapVirtualKeyW(virtualKey, MAPVK_VK_TO_VSC));
-  input.ki.dwFlags = flags | (IsExtended(virtualKey) ? KEYEVENTF_EXTENDEDKEY : 0);
   Send(input, typingPace);
 }
 
 void SendUnit(wchar_t unit, DWORD flags) {
-  INPUT input = {};
-  input.type = INPUT_KEYBOARD;
+  INPUT input = KeyInput(0, KEYEVENTF_UNICODE | flags);
   input.ki.wScan = unit;
-  input.ki.dwFlags = KEYEVENTF_UNICODE | flags;
   Send(input, typingPace);
 }
 
@@ -58,10 +44,7 @@ void SendUnit(wchar_t unit, DWORD flags) {
 
 void MoveCursor(POINT point) {
   Send(MoveInput(point));
-  WaitFor([&] {
-    POINT now = {};
-    return ::GetCursorPos(&now) && now.x == point.x && now.y == point.y;
-  });
+  WaitFor([&] { return tests::IsCursorAt(point); });
 }
 
 void PressLeftButton() { Send(MouseInput(MOUSEEVENTF_LEFTDOWN)); }

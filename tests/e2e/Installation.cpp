@@ -5,9 +5,15 @@
 
 #include <gtest/gtest.h>
 
+#include "e2e/Screen.h"
 #include "system/Handles.h"
 
 namespace lumenor::e2e {
+
+using tests::ListFolder;
+using tests::MakeFolders;
+using tests::Utf8;
+
 namespace {
 
 constexpr wchar_t dockKey[] = L"SOFTWARE\\Tarnwick\\Lumenor";
@@ -25,59 +31,18 @@ std::wstring Variable(const wchar_t *name) {
   return text;
 }
 
-bool IsFolder(const WIN32_FIND_DATAW &found) { return (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
-
-std::vector<WIN32_FIND_DATAW> List(const std::wstring &pattern) {
-  std::vector<WIN32_FIND_DATAW> entries;
-  WIN32_FIND_DATAW found = {};
-  const FindHandle find(::FindFirstFileW(pattern.c_str(), &found));
-  if (!find)
-    return entries;
-  do {
-    const std::wstring name = found.cFileName;
-    if (name != L"." && name != L"..")
-      entries.push_back(found);
-  } while (::FindNextFileW(find.Get(), &found));
-  return entries;
-}
-
-void RemoveTree(const std::wstring &folder) {
-  for (const auto &entry : List(folder + L"\\*")) {
-    const std::wstring path = folder + L"\\" + entry.cFileName;
-    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-    if (IsFolder(entry))
-      RemoveTree(path);
-    else
-      ::DeleteFileW(path.c_str());
-  }
-  ::SetFileAttributesW(folder.c_str(), FILE_ATTRIBUTE_NORMAL);
-  ::RemoveDirectoryW(folder.c_str());
-}
-
-void MakeFolders(const std::wstring &path) {
-  for (std::size_t end = path.find(L'\\', 3); end != std::wstring::npos; end = path.find(L'\\', end + 1))
-    ::CreateDirectoryW(path.substr(0, end).c_str(), nullptr);
-  ::CreateDirectoryW(path.c_str(), nullptr);
-}
+bool IsFolder(const std::wstring &path) { return (::GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_DIRECTORY) != 0; }
 
 void CopyInto(const std::wstring &from, const std::wstring &to) {
   ASSERT_TRUE(::CopyFileW(from.c_str(), to.c_str(), FALSE)) << "copying a file failed with " << ::GetLastError();
 }
 
+/// The files of the folder, without those of the folders in it.
 void CopyFolder(const std::wstring &from, const std::wstring &to) {
   MakeFolders(to);
-  for (const auto &entry : List(from + L"\\*"))
-    if (!IsFolder(entry))
-      CopyInto(from + L"\\" + entry.cFileName, to + L"\\" + entry.cFileName);
-}
-
-std::string Utf8(const std::wstring &text) {
-  std::string bytes(static_cast<std::size_t>(::WideCharToMultiByte(
-                        CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr)),
-                    '\0');
-  ::WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
-                        static_cast<int>(bytes.size()), nullptr, nullptr);
-  return bytes;
+  for (const std::wstring &name : ListFolder(from))
+    if (!IsFolder(from + L"\\" + name))
+      CopyInto(from + L"\\" + name, to + L"\\" + name);
 }
 
 std::wstring Escaped(const std::wstring &text) {
@@ -152,7 +117,7 @@ Installation::~Installation() { RemoveAll(); }
 
 void Installation::RemoveAll() const {
   for (const auto &folder : {programFolder, commonFolder, userFolder, JumpListFolder()})
-    RemoveTree(folder);
+    tests::DeleteTree(folder);
   RemoveRegistryKeys();
 }
 
@@ -202,9 +167,8 @@ void Installation::UseFactorySearchProviders() const {
 
 void Installation::UseFactoryContent() const {
   const std::wstring content = Variable(L"LUMENOR_PRODUCT") + L"\\LangRes";
-  for (const auto &entry : List(content + L"\\*"))
-    if (IsFolder(entry))
-      CopyFolder(content + L"\\" + entry.cFileName, commonFolder + L"\\LangRes\\" + entry.cFileName);
+  for (const std::wstring &locale : ListFolder(content))
+    CopyFolder(content + L"\\" + locale, commonFolder + L"\\LangRes\\" + locale);
 }
 
 std::wstring Installation::WriteAside(const std::wstring &fileName, const std::string &bytes) const {
@@ -232,29 +196,32 @@ std::wstring Installation::InstallCollector() const {
 }
 
 void Installation::WriteUsualStubs() const {
-  for (int i = 0; i < 3; ++i)
-    WriteStub(L"xx_xx", mainDocument, i,
-              {.head = L"Fixed " + std::to_wstring(i),
-               .actionType = L"exe",
-               .actionParams = L"\"" + Recorder() + L"\" fixed " + std::to_wstring(i),
-               .toolTip = L"Tip " + std::to_wstring(i),
-               .position = i});
+  for (int i = 0; i < 3; ++i) {
+    Entry entry = RecorderEntry(L"Fixed " + std::to_wstring(i), L"fixed " + std::to_wstring(i), i);
+    entry.toolTip = L"Tip " + std::to_wstring(i);
+    WriteStub(L"xx_xx", mainDocument, i, entry);
+  }
   for (int i = 0; i < 2; ++i)
     WriteStub(L"xx_xx", userDocument, i,
-              {.head = L"User " + std::to_wstring(i),
-               .actionType = L"exe",
-               .actionParams = L"\"" + Recorder() + L"\" user " + std::to_wstring(i),
-               .position = i});
+              RecorderEntry(L"User " + std::to_wstring(i), L"user " + std::to_wstring(i), i));
 }
 
 std::vector<std::string> Installation::LogLines() const {
   std::vector<std::string> lines;
-  for (const auto &entry : List(LogFolder() + L"\\RollingDock*.log")) {
-    const std::string text = ReadBytes(LogFolder() + L"\\" + entry.cFileName);
+  for (const std::wstring &name : ListFolder(LogFolder())) {
+    if (!name.starts_with(L"RollingDock") || !name.ends_with(L".log"))
+      continue;
+    const std::string text = ReadBytes(LogFolder() + L"\\" + name);
     for (std::size_t begin = 0, end; (end = text.find("\r\n", begin)) != std::string::npos; begin = end + 2)
       lines.push_back(text.substr(begin, end - begin));
   }
   return lines;
+}
+
+bool Installation::Logged(const std::string &text) const {
+  const std::vector<std::string> lines = LogLines();
+  return std::any_of(lines.begin(), lines.end(),
+                     [&](const std::string &line) { return line.find(text) != std::string::npos; });
 }
 
 int Installation::ForYouReadings() const {
@@ -266,16 +233,7 @@ int Installation::ForYouReadings() const {
 }
 
 std::vector<RecordedStart> Installation::RecordedStarts() const {
-  const std::string bytes = ReadBytes(commonFolder + L"\\recorded.txt");
-  std::wstring text(bytes.size(), L'\0');
-  text.resize(static_cast<std::size_t>(::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()),
-                                                             text.data(), static_cast<int>(text.size()))));
-  std::vector<RecordedStart> starts;
-  for (std::size_t begin = 0, end; (end = text.find(L'\n', begin)) != std::wstring::npos; begin = end + 1) {
-    const std::size_t tab = std::min(end, text.find(L'\t', begin)), folder = std::min(end, tab + 1);
-    starts.push_back({text.substr(begin, tab - begin), text.substr(folder, end - folder)});
-  }
-  return starts;
+  return tests::ReadRecordedStarts(commonFolder + L"\\recorded.txt");
 }
 
 std::vector<std::wstring> Installation::RecordedCommandLines() const {
@@ -285,34 +243,17 @@ std::vector<std::wstring> Installation::RecordedCommandLines() const {
   return lines;
 }
 
+std::vector<std::wstring> Installation::WaitForCommandLines(std::size_t count) const {
+  WaitFor([&] { return RecordedCommandLines().size() >= count; });
+  return RecordedCommandLines();
+}
+
 std::string DocumentXml(const std::wstring &name, const std::vector<Entry> &entries) {
   std::wstring xml = L"<?xml version=\"1.0\" encoding=\"utf-8\" ?><UIRoot><" + name + L"><Elements>";
   for (const Entry &entry : entries)
     xml += ElementXml(entry);
   return Utf8(xml + L"</Elements></" + name + L"></UIRoot>");
 }
-
-std::string ReadBytes(const std::wstring &path) {
-  const FileHandle file(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file)
-    return {};
-  std::string bytes(::GetFileSize(file.Get(), nullptr), '\0');
-  DWORD read = 0;
-  ::ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
-  bytes.resize(read);
-  return bytes;
-}
-
-void WriteBytes(const std::wstring &path, const std::string &bytes) {
-  const FileHandle file(
-      ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-  DWORD written = 0;
-  ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  ASSERT_EQ(bytes.size(), written);
-}
-
-bool FileExists(const std::wstring &path) { return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
 int CountOf(const std::string &text, const std::string &needle) {
   int count = 0;

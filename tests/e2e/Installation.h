@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "support/Recorder.h"
+#include "support/TestFolders.h"
 #include "system/Windows.h"
 
 namespace lumenor::e2e {
@@ -22,11 +24,10 @@ struct Entry {
   std::wstring conditions = {}; // XML of the Condition nodes, if any
 };
 
-/// How a program that is a recorder was started.
-struct RecordedStart {
-  std::wstring commandLine;
-  std::wstring folder; // the current one
-};
+using tests::Exists;
+using tests::ReadBytes;
+using tests::RecordedStart;
+using tests::WriteBytes;
 
 constexpr wchar_t mainDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.Main";
 constexpr wchar_t forYouList[] = L"Lumenor.MainFrame.Controls.DockPopup.ForYou";
@@ -46,6 +47,14 @@ public:
 
   /// The recorder, to be named in entries; it notes the command line that it was started with.
   std::wstring Recorder() const { return programFolder + L"\\Recorder.exe"; }
+
+  /// The command line that starts the recorder with `arguments`, as an entry has it and as it is recorded.
+  std::wstring RecorderCommand(const std::wstring &arguments) const { return L"\"" + Recorder() + L"\" " + arguments; }
+
+  /// An entry that starts the recorder with `arguments`.
+  Entry RecorderEntry(const std::wstring &head, const std::wstring &arguments, int position = 0) const {
+    return {.head = head, .actionType = L"exe", .actionParams = RecorderCommand(arguments), .position = position};
+  }
 
   /// Where the pictures lie ("..\resources" as seen from the program).
   std::wstring ResourcesFolder() const { return programFolder + L"\\resources"; }
@@ -99,6 +108,9 @@ public:
   /// Every line of the log files, in order.
   std::vector<std::string> LogLines() const;
 
+  /// Whether a line of the log holds `text`.
+  bool Logged(const std::string &text) const;
+
   /// How often the log says that the time of the For You list was asked for: twice at each change in its folder.
   int ForYouReadings() const;
 
@@ -107,6 +119,9 @@ public:
 
   /// The command lines among it.
   std::vector<std::wstring> RecordedCommandLines() const;
+
+  /// Waits until `count` command lines are recorded, a minute at most; returns all that there are by then.
+  std::vector<std::wstring> WaitForCommandLines(std::size_t count) const;
 
 private:
   void RemoveAll() const;
@@ -118,11 +133,6 @@ private:
 
 /// A content document of the name, as bytes.
 std::string DocumentXml(const std::wstring &name, const std::vector<Entry> &entries);
-
-/// The bytes of a file; empty when it can't be read.
-std::string ReadBytes(const std::wstring &path);
-void WriteBytes(const std::wstring &path, const std::string &bytes);
-bool FileExists(const std::wstring &path);
 
 /// The number of `needle` in `text`.
 int CountOf(const std::string &text, const std::string &needle);

@@ -1,7 +1,5 @@
 // The jump list that the dock publishes when it starts.
 
-#include <algorithm>
-
 #include <gtest/gtest.h>
 
 #include "e2e/DockProcess.h"
@@ -9,6 +7,7 @@
 #include "e2e/ResetDialog.h"
 #include "e2e/Screen.h"
 #include "e2e/Shortcut.h"
+#include "e2e/UserSteps.h"
 #include "support/JumpLists.h"
 #include "support/KeptRegistryKey.h"
 
@@ -48,9 +47,7 @@ protected:
     installation.WriteStub(L"xx_xx", picturesDocument, position, {.image = image, .position = position});
   }
 
-  std::wstring Program(const std::wstring &arguments) const {
-    return L"\"" + installation.Recorder() + L"\" " + arguments;
-  }
+  std::wstring Program(const std::wstring &arguments) const { return installation.RecorderCommand(arguments); }
 
   static JumpTask Task(const std::wstring &title, const std::wstring &path, const std::wstring &arguments,
                        const std::wstring &icon = L"") {
@@ -71,25 +68,17 @@ protected:
 
   /// Runs the dock once; the list that it leaves.
   std::optional<Tasks> RunDock() const {
-    DockProcess dock(installation);
-    EXPECT_NE(nullptr, dock.WaitForBar());
-    Click(dock.CloseButton());
-    EXPECT_EQ(0U, dock.WaitForExit());
+    ShownDock dock(installation);
+    EXPECT_EQ(0U, CloseByButton(dock));
     return Published();
-  }
-
-  bool Logged(const std::string &text) const {
-    const auto lines = installation.LogLines();
-    return std::any_of(lines.begin(), lines.end(),
-                       [&](const std::string &line) { return line.find(text) != std::string::npos; });
   }
 
   /// The dock can't be built, says so and ends.
   void ExpectFailedStart() const {
     const DockProcess dock(installation);
     EXPECT_EQ(0U, dock.WaitForExit());
-    EXPECT_TRUE(Logged("FATAL: Failed to initialize Lumenor"));
-    EXPECT_FALSE(Logged("MainDlg creation"));
+    EXPECT_TRUE(installation.Logged("FATAL: Failed to initialize Lumenor"));
+    EXPECT_FALSE(installation.Logged("MainDlg creation"));
   }
 
   const Installation installation;
@@ -133,8 +122,7 @@ TEST_F(JumpList, ShowsTheLastFlyoutThenTheUsersButtonsAndOutlivesTheDock) {
 
 TEST_F(JumpList, IsPublishedAnewAfterAReset) {
   installation.WriteDocument(userDocument, {{.head = L"Mine", .actionType = L"exe", .actionParams = Program(L"mine")}});
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EXPECT_EQ((Tasks{RecorderTask(L"Entry", L"entry"), RecorderTask(L"Mine", L"mine")}), Published().value_or(Tasks()));
   ASSERT_TRUE(Reset(dock));
   EXPECT_EQ((Tasks{RecorderTask(L"Entry", L"entry"), RecorderTask(L"User", L"user")}), Published().value_or(Tasks()));
@@ -146,19 +134,20 @@ TEST_F(JumpList, LeavesOutAndLogsAButtonWhoseTargetIsGone) {
                              {{.head = L"Mine", .actionType = L"exe", .actionParams = Program(L"mine")},
                               {.head = L"Going", .actionType = L"exe", .actionParams = L"\"" + target + L"\" -a b"}});
   EXPECT_EQ(3U, RunDock().value_or(Tasks()).size());
-  EXPECT_FALSE(Logged("because it doesn't exist"));
+  EXPECT_FALSE(installation.Logged("because it doesn't exist"));
   ::DeleteFileW(target.c_str());
   EXPECT_EQ((Tasks{RecorderTask(L"Entry", L"entry"), RecorderTask(L"Mine", L"mine")}), RunDock().value_or(Tasks()));
-  EXPECT_TRUE(Logged("ERROR: Jumplist: Unable to add C:\\Program Files\\Tarnwick\\Lumenor\\Going.exe -a b because it "
-                     "doesn't exist"));
+  EXPECT_TRUE(installation.Logged(
+      "ERROR: Jumplist: Unable to add C:\\Program Files\\Tarnwick\\Lumenor\\Going.exe -a b because it "
+      "doesn't exist"));
 }
 
 TEST_F(JumpList, IsPublishedOnWindowsSevenAlone) {
   const tests::KeptRegistryKey settings(HKEY_CURRENT_USER, L"Software\\Wine\\AppDefaults\\LumenorDock.exe");
   settings.SetText(L"Version", L"win10");
   EXPECT_EQ(std::nullopt, RunDock());
-  EXPECT_TRUE(Logged("INFO: Jumplist creation"));
-  EXPECT_FALSE(Logged("Create jumplist"));
+  EXPECT_TRUE(installation.Logged("INFO: Jumplist creation"));
+  EXPECT_FALSE(installation.Logged("Create jumplist"));
   settings.SetText(L"Version", L"win7");
   EXPECT_EQ(2U, RunDock().value_or(Tasks()).size());
 }
@@ -175,7 +164,7 @@ TEST_F(JumpList, ThatCannotBeWrittenEndsTheStart) {
   ::RemoveDirectoryW(folder.c_str());
   WriteBytes(folder, "a file where the folder should be");
   ExpectFailedStart();
-  EXPECT_TRUE(Logged("INFO: Jumplist: Commit list"));
+  EXPECT_TRUE(installation.Logged("INFO: Jumplist: Commit list"));
   EXPECT_TRUE(::DeleteFileW(folder.c_str()));
 }
 
@@ -185,7 +174,7 @@ TEST_F(JumpList, OfTheFactoryContentLeadsToFilesThatAreThere) {
   std::vector<std::wstring> titles;
   for (const JumpTask &task : published) {
     titles.push_back(task.title);
-    EXPECT_TRUE(FileExists(task.path) && FileExists(task.icon)) << ::testing::PrintToString(task);
+    EXPECT_TRUE(Exists(task.path) && Exists(task.icon)) << ::testing::PrintToString(task);
   }
   EXPECT_EQ(
       (std::vector<std::wstring>{L"Health and security", L"Action center", L"Control panel", L"Task manager",

@@ -4,13 +4,11 @@
 
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
+#include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 
-HWND OpenResetDialog(DockProcess &dock) {
-  Click(dock.ResetButton());
-  return dock.WaitForPopup();
-}
+HWND OpenResetDialog(const DockProcess &dock) { return OpenPopup(dock, dock.ResetButton()); }
 
 std::vector<RECT> DialogButtons(HWND dialog) {
   std::vector<RECT> buttons;
@@ -29,8 +27,6 @@ std::vector<RECT> DialogButtons(HWND dialog) {
 
 bool Reset(DockProcess &dock) {
   const HWND bar = dock.Bar(), dialog = OpenResetDialog(dock);
-  if (dialog == nullptr)
-    return false;
   Click(Center(DialogButtons(dialog).at(0)));
   return dock.WaitForNewBar(bar) && dock.WaitForBar() != nullptr;
 }

@@ -7,8 +7,8 @@
 
 namespace lumenor::e2e {
 
-/// Clicks the reset button and returns the window of the question; null when it doesn't come.
-HWND OpenResetDialog(DockProcess &dock);
+/// Clicks the reset button and returns the window of the question. Raises an error when it doesn't come.
+HWND OpenResetDialog(const DockProcess &dock);
 
 /// The dialog's two buttons in the order on the screen, left to right: yes, no.
 std::vector<RECT> DialogButtons(HWND dialog);

@@ -23,10 +23,8 @@ protected:
     installation.WriteUsualStubs();
     std::vector<Entry> entries;
     for (int i = 0; i < 30; ++i)
-      entries.push_back({.head = L"Number " + std::to_wstring(i),
-                         .actionType = L"exe",
-                         .actionParams = L"\"" + installation.Recorder() + L"\" number " + std::to_wstring(i),
-                         .position = i});
+      entries.push_back(
+          installation.RecorderEntry(L"Number " + std::to_wstring(i), L"number " + std::to_wstring(i), i));
     installation.WriteDocument(userDocument, entries);
   }
 
@@ -57,8 +55,7 @@ protected:
 };
 
 TEST_F(Scroll, ThirtyButtonsGoToBothEndsAndBackByTheArrows) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EXPECT_EQ(0, dock.RowLeft());
   EXPECT_EQ(nullptr, dock.LeftArrow());
 
@@ -74,7 +71,7 @@ TEST_F(Scroll, ThirtyButtonsGoToBothEndsAndBackByTheArrows) {
   SaveShot("scrolled");
 
   Click(dock.UserButton(29));
-  EXPECT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
+  EXPECT_EQ(1U, installation.WaitForCommandLines(1).size());
 
   while (dock.LeftArrow() != nullptr && place < 0) {
     place = std::min(place + step, 0L);
@@ -86,8 +83,7 @@ TEST_F(Scroll, ThirtyButtonsGoToBothEndsAndBackByTheArrows) {
 }
 
 TEST_F(Scroll, TheScreenShowsTheRowWhereItsWindowsStand) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const RECT first = RectOf(dock.Control(2001)),
              icon = {first.left + 22, first.top + 16, first.right - 23, first.bottom - 29};
   const Picture before = CaptureSettled(icon);
@@ -103,8 +99,7 @@ TEST_F(Scroll, TheScreenShowsTheRowWhereItsWindowsStand) {
 // Then it was two slides one after the other, which is as far as two clicks can bring the row, and the hand tries
 // again.
 TEST_F(Scroll, AClickDuringTheSlideStartsFromWhereTheRowIs) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const HWND arrow = dock.RightArrow();
   ASSERT_NE(nullptr, arrow);
 
@@ -124,8 +119,7 @@ TEST_F(Scroll, AClickDuringTheSlideStartsFromWhereTheRowIs) {
 
 TEST_F(Scroll, ARowThatFitsHasNoArrows) {
   installation.WriteDocument(userDocument, {{.head = L"One", .actionType = L"exe", .actionParams = L"x"}});
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EXPECT_EQ(0, dock.RowLeft());
   EXPECT_EQ(nullptr, dock.LeftArrow());
   EXPECT_EQ(nullptr, dock.RightArrow());

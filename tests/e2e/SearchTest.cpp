@@ -8,11 +8,12 @@
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
-#include "e2e/Searching.h"
+#include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 namespace {
 
+using Texts = std::vector<std::wstring>;
 using Addresses = std::vector<std::wstring>;
 
 class Search : public ::testing::Test {
@@ -23,9 +24,7 @@ protected:
         {{.head = L"First place", .actionType = L"url", .actionParams = L"http://first.example/find?q="},
          {.head = L"Second place", .actionType = L"url", .actionParams = L"https://second.example/?a=b&q="},
          {.head = L"Help of this machine", .actionType = L"helpSearch"},
-         {.head = L"A program",
-          .actionType = L"exe",
-          .actionParams = L"\"" + installation.Recorder() + L"\" provider"}});
+         installation.RecorderEntry(L"A program", L"provider")});
     ::SetEnvironmentVariableW(L"LUMENOR_HELP_RECORD", HelpRecord().c_str());
   }
   ~Search() override { ::SetEnvironmentVariableW(L"LUMENOR_HELP_RECORD", nullptr); }
@@ -37,8 +36,7 @@ protected:
 };
 
 TEST_F(Search, ReturnOpensTheAddressOncePerPress) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EnterText(dock, L"\u00e4 b&c/100%");
 
   PressKey(VK_RETURN);
@@ -52,8 +50,7 @@ TEST_F(Search, ReturnOpensTheAddressOncePerPress) {
 }
 
 TEST_F(Search, TheSearchButtonOpensTheAddress) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EnterText(dock, L"x\xD83D\xDE00");
   Click(dock.SearchButton());
   EXPECT_EQ(Addresses{L"http://first.example/find?q=x%f0%9f%98%80"}, browser.WaitForAddresses(1));
@@ -61,8 +58,7 @@ TEST_F(Search, TheSearchButtonOpensTheAddress) {
 }
 
 TEST_F(Search, ALongAddressReachesTheBrowserAndTheDockLivesOn) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EnterText(dock, std::wstring(109, L'\u691c'));
   PressKey(VK_RETURN);
 
@@ -75,8 +71,7 @@ TEST_F(Search, ALongAddressReachesTheBrowserAndTheDockLivesOn) {
 }
 
 TEST_F(Search, AnEmptyFieldOpensNothing) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   Click(dock.FieldPoint());
   PressKey(VK_RETURN);
   Click(dock.SearchButton());
@@ -85,8 +80,7 @@ TEST_F(Search, AnEmptyFieldOpensNothing) {
 
 TEST_F(Search, WithoutAProviderATextOpensNothing) {
   installation.WriteSearchProviders({});
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EnterText(dock, L"text");
   PressKey(VK_RETURN);
   EXPECT_TRUE(
@@ -94,20 +88,14 @@ TEST_F(Search, WithoutAProviderATextOpensNothing) {
 }
 
 TEST_F(Search, TheListOfProvidersOpensUnderTheFieldWithoutATitle) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  Click(dock.SearchProviderButton());
-  const HWND popup = dock.WaitForPopup();
-  ASSERT_NE(nullptr, popup);
-  const RECT flyout = RectOf(popup), expected = {190 + 900 - 95, 1 + 51, 190 + 900 - 95 + 240, 1 + 51 + 4 * 40};
-  EXPECT_TRUE(::EqualRect(&expected, &flyout))
-      << flyout.left << ' ' << flyout.top << ' ' << flyout.right << ' ' << flyout.bottom;
+  ShownDock dock(installation);
+  const HWND list = OpenSearchProviders(dock);
+  EXPECT_TRUE(StandsAt(list, {190 + 900 - 95, 1 + 51, 190 + 900 - 95 + 240, 1 + 51 + 4 * 40}));
   SaveShot("providers");
 }
 
 TEST_F(Search, AChosenProviderChangesThePromptAndTheNextSearch) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const Picture firstPrompt = CaptureSettled(dock.FieldRect());
 
   ChooseProvider(dock, 1);
@@ -122,19 +110,16 @@ TEST_F(Search, AChosenProviderChangesThePromptAndTheNextSearch) {
 }
 
 TEST_F(Search, AProviderThatIsAProgramRunsAndChangesNoProvider) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   ChooseProvider(dock, 3);
-  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
-  EXPECT_EQ(L"\"" + installation.Recorder() + L"\" provider", installation.RecordedCommandLines()[0]);
+  EXPECT_EQ(Texts{installation.RecorderCommand(L"provider")}, installation.WaitForCommandLines(1));
   EnterText(dock, L"still");
   PressKey(VK_RETURN);
   EXPECT_EQ(Addresses{L"http://first.example/find?q=still"}, browser.WaitForAddresses(1));
 }
 
 TEST_F(Search, TheHelpSearchHandsTheTrimmedTextToTheHelpPane) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   ChooseProvider(dock, 2);
   EnterText(dock, L"  my printer ");
   PressKey(VK_RETURN);
@@ -146,8 +131,7 @@ TEST_F(Search, TheHelpSearchHandsTheTrimmedTextToTheHelpPane) {
 
 TEST_F(Search, TheFactoryProvidersSearchTheEncyclopediaFirst) {
   installation.UseFactorySearchProviders();
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   EnterText(dock, L"bar");
   PressKey(VK_RETURN);
   EXPECT_EQ(Addresses{L"https://en.wikipedia.org/w/index.php?search=bar"}, browser.WaitForAddresses(1));

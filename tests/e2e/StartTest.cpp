@@ -26,8 +26,7 @@ TEST(Start, BuildsTheDocumentsFromTheStubsOfThreeLocaleFolders) {
   installation.WriteStub(L"xx_xx", userDocument, 1, entry(L"hidden by the language", 3));
   installation.WriteStub(L"xx_xx", userDocument, 2, entry(L"common", 4));
 
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
 
   const std::string document = ReadBytes(installation.DocumentPath(userDocument));
   const auto language = document.find("<Head>language</Head>"), common = document.find("<Head>common</Head>"),
@@ -38,27 +37,25 @@ TEST(Start, BuildsTheDocumentsFromTheStubsOfThreeLocaleFolders) {
   EXPECT_NE(std::string::npos, particular);
   EXPECT_NE(nullptr, dock.Control(2002));
   EXPECT_EQ(nullptr, dock.Control(2003));
-  EXPECT_TRUE(FileExists(installation.DocumentPath(mainDocument)));
+  EXPECT_TRUE(Exists(installation.DocumentPath(mainDocument)));
 }
 
 TEST(Start, TwoOptionsOfNoMeaningStartTheDock) {
   const Installation installation;
-  DockProcess dock(installation, L"-x /y");
-  EXPECT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation, L"-x /y");
 }
 
 TEST(Start, ABareWordBehindAnOptionEndsWithMinusOneAndShowsNothing) {
   const Installation installation;
   DockProcess dock(installation, L"-x word");
   EXPECT_EQ(0xFFFFFFFFu, dock.WaitForExit());
-  EXPECT_FALSE(FileExists(installation.DocumentPath(mainDocument)));
+  EXPECT_FALSE(Exists(installation.DocumentPath(mainDocument)));
 }
 
 TEST(Start, ASecondStartBringsTheFirstToTheFrontAndEndsWithZero) {
   const Installation installation;
-  DockProcess first(installation);
-  const HWND bar = first.WaitForBar();
-  ASSERT_NE(nullptr, bar);
+  ShownDock first(installation);
+  const HWND bar = first.Bar();
   const OtherWindow other(elsewhere);
   Click(Center(elsewhere));
   ASSERT_TRUE(WaitFor([&] { return ::GetForegroundWindow() == other.Handle(); }));
@@ -76,8 +73,7 @@ TEST(Start, ASecondStartBesideAPanelProcessBroadcastsNothing) {
       installation.DockExe().substr(0, installation.DockExe().rfind(L'\\')) + L"\\LumenorPanel.exe";
   ASSERT_TRUE(::CopyFileW(installation.DockExe().c_str(), panel.c_str(), FALSE));
   const OtherWindow ear(elsewhere, ::RegisterWindowMessageW(activateMessage));
-  DockProcess first(installation, L"", panel);
-  ASSERT_NE(nullptr, first.WaitForBar());
+  ShownDock first(installation, L"", panel);
 
   const DockProcess second(installation);
 
@@ -88,8 +84,7 @@ TEST(Start, ASecondStartBesideAPanelProcessBroadcastsNothing) {
 TEST(Start, ASecondStartWithoutAPanelProcessBroadcastsOnce) {
   const Installation installation;
   const OtherWindow ear(elsewhere, ::RegisterWindowMessageW(activateMessage));
-  DockProcess first(installation);
-  ASSERT_NE(nullptr, first.WaitForBar());
+  ShownDock first(installation);
 
   const DockProcess second(installation);
 
@@ -100,8 +95,7 @@ TEST(Start, ASecondStartWithoutAPanelProcessBroadcastsOnce) {
 TEST(Start, TheBarIsCentredAtTheTopAndNineHundredWideOnAScreenOf1280) {
   const Installation installation;
   installation.WriteUsualStubs();
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const RECT bar = dock.BarRect();
   EXPECT_EQ(190, bar.left);
   EXPECT_EQ(1, bar.top);

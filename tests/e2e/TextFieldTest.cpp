@@ -5,11 +5,10 @@
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
+#include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 namespace {
-
-std::string Narrow(const std::wstring &text) { return {text.begin(), text.end()}; }
 
 class TextField : public ::testing::Test {
 protected:
@@ -19,7 +18,6 @@ protected:
   }
 
   void SetUp() override {
-    ASSERT_NE(nullptr, dock.WaitForBar());
     ASSERT_NE(nullptr, dock.Field());
     Click(dock.FieldPoint());
     MoveCursor(dock.Rest());
@@ -40,7 +38,7 @@ protected:
   }
 
   const Installation installation;
-  DockProcess dock{installation};
+  ShownDock dock{installation};
 };
 
 TEST_F(TextField, HoldsAndShowsWhatIsTyped) {
@@ -49,7 +47,7 @@ TEST_F(TextField, HoldsAndShowsWhatIsTyped) {
 
   TypeText(L"lamps");
 
-  EXPECT_TRUE(Holds(L"lamps")) << Narrow(dock.FieldText());
+  EXPECT_TRUE(Holds(L"lamps")) << tests::Utf8(dock.FieldText());
   EXPECT_TRUE(WaitFor([&] { return Capture(Part(8, 40)).Differences(start) > 20; }));
   SaveShot("typed");
   // Nothing is drawn where no letter is, but for the prompt, which goes.
@@ -131,8 +129,7 @@ TEST_F(TextField, ShowsItsPromptOnlyWhileItIsEmpty) {
   const Picture blank = CaptureSettled(Part(8, 60));
   PressKey(VK_BACK);
   ASSERT_TRUE(Holds(L""));
-  Click(dock.ForYouButton()); // takes the focus away
-  ASSERT_NE(nullptr, dock.WaitForPopup());
+  OpenForYou(dock); // takes the focus away
   EXPECT_TRUE(WaitFor([&] { return Capture(Part(8, 60)).Differences(blank) > 20; }));
   SaveShot("prompt");
 }

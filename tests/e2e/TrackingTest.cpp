@@ -12,20 +12,18 @@
 #include "e2e/Payloads.h"
 #include "e2e/ResetDialog.h"
 #include "e2e/Screen.h"
-#include "e2e/Searching.h"
+#include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 namespace {
 
+using tests::Utf8;
 using Names = std::vector<std::wstring>;
 
 constexpr wchar_t toolsDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.Tools";
 constexpr POINT farAway = {640, 700};
 constexpr UINT_PTR trackingTimer = 8;
 constexpr ULONGLONG sevenDays = 7 * 24 * 3600 * oneSecond;
-
-/// All that is counted here is plain ASCII.
-std::string Narrow(const std::wstring &text) { return {text.begin(), text.end()}; }
 
 /// The checksum that a closed payload is named by, from its definition.
 std::uint32_t Checksum(const std::string &bytes) {
@@ -65,36 +63,29 @@ protected:
   std::wstring HelpRecord() const { return installation.LogFolder() + L"\\helped.txt"; }
 
   /// The stored action of the button of that name.
-  std::wstring Program(const std::wstring &head) const { return L"\"" + installation.Recorder() + L"\" " + head; }
+  std::wstring Program(const std::wstring &head) const { return installation.RecorderCommand(head); }
 
   /// A click on the button of that name of the bar, as it is told.
   std::string ClickElement(const wchar_t *head, int sequence, int count) const {
-    return ElementText(Narrow(head), "DockIconType", sequence, "Click",
+    return ElementText(Utf8(head), "DockIconType", sequence, "Click",
                        {{"ActionCount", std::to_string(count)},
                         {"TouchPoint", "Dock"},
                         {"ActionType", "exe"},
-                        {"ActionParams", Narrow(Program(head))}});
+                        {"ActionParams", Utf8(Program(head))}});
   }
 
   /// Clicks there and waits until the program was started.
   void ClickAndWait(POINT place) const {
     const std::size_t before = installation.RecordedStarts().size();
     Click(place);
-    ASSERT_TRUE(WaitFor([&] { return installation.RecordedStarts().size() > before; }));
+    ASSERT_LT(before, installation.WaitForCommandLines(before + 1).size());
   }
 
   void ClickInFlyout(const DockProcess &dock) const {
-    Click(dock.MainButton(1));
-    const HWND popup = dock.WaitForPopup();
-    ASSERT_NE(nullptr, popup);
-    const RECT flyout = RectOf(popup);
-    ClickAndWait({flyout.left + 100, flyout.top + 40 + 20});
-    EXPECT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
-  }
-
-  static void CloseByButton(const DockProcess &dock) {
-    Click(dock.CloseButton());
-    EXPECT_EQ(0U, dock.WaitForExit());
+    const std::size_t before = installation.RecordedStarts().size();
+    OpenPopup(dock, dock.MainButton(1));
+    EXPECT_TRUE(ChooseRow(dock, 1));
+    EXPECT_EQ(before + 1, installation.WaitForCommandLines(before + 1).size());
   }
 
   std::string Payload() const { return ReadBytes(OpenPayload(installation)); }
@@ -117,7 +108,7 @@ protected:
     return starts;
   }
 
-  std::string AppId() const { return Narrow(DockValue(L"AppID").value_or(L"none")); }
+  std::string AppId() const { return Utf8(DockValue(L"AppID").value_or(L"none")); }
 
   /// Every time lies between the start of the test and now, in its order, and there is but one session.
   void ExpectOneSession(const std::string &payload) const {
@@ -140,8 +131,7 @@ protected:
 
 TEST_F(Tracking, WithConsentThePayloadTellsEveryUseInItsOrder) {
   installation.OptIn();
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const POINT fixed = dock.MainButton(0);
   for (const LONG aside : {0, 15, -15}) // no two on one spot, which would be a double click
     ClickAndWait({fixed.x + aside, fixed.y});
@@ -165,33 +155,31 @@ TEST_F(Tracking, WithConsentThePayloadTellsEveryUseInItsOrder) {
   ChooseProvider(dock, 1);
   Click(dock.SearchButton());
   ASSERT_TRUE(WaitFor([&] { return !ReadBytes(HelpRecord()).empty(); }));
-  CloseByButton(dock);
+  EXPECT_EQ(0U, CloseByButton(dock));
 
   const std::string payload = Payload();
-  EXPECT_EQ(
-      PayloadText(
-          {WindowElement(1, "Open"), ClickElement(L"Fixed", 2, 3),
-           ElementText("Entry", "DockIconType", 3, "Click",
-                       {{"ActionCount", "1"},
-                        {"TouchPoint", "Dock"},
-                        {"SubFeature", "DockPopup"},
-                        {"ActionType", "exe"},
-                        {"ActionParams", Narrow(Program(L"Entry"))}}),
-           ElementText("New", "DockIconType", 4, "Add",
-                       {{"ActionCount", "1"}, {"ActionType", "exe"}, {"ActionParams", "\"" + Narrow(path) + "\""}}),
-           ElementText("Second", "DockIconType", 5, "Delete",
-                       {{"ActionCount", "1"}, {"ActionType", "exe"}, {"ActionParams", Narrow(Program(L"Second"))}}),
-           ElementText("Search", "Url", 6, "Search", {{"ActionCount", "1"}}),
-           ElementText("Search", "helpSearch", 7, "Search", {{"ActionCount", "1"}}), WindowElement(8, "Close")}),
-      Masked(payload));
+  EXPECT_EQ(PayloadText(
+                {WindowElement(1, "Open"), ClickElement(L"Fixed", 2, 3),
+                 ElementText("Entry", "DockIconType", 3, "Click",
+                             {{"ActionCount", "1"},
+                              {"TouchPoint", "Dock"},
+                              {"SubFeature", "DockPopup"},
+                              {"ActionType", "exe"},
+                              {"ActionParams", Utf8(Program(L"Entry"))}}),
+                 ElementText("New", "DockIconType", 4, "Add",
+                             {{"ActionCount", "1"}, {"ActionType", "exe"}, {"ActionParams", "\"" + Utf8(path) + "\""}}),
+                 ElementText("Second", "DockIconType", 5, "Delete",
+                             {{"ActionCount", "1"}, {"ActionType", "exe"}, {"ActionParams", Utf8(Program(L"Second"))}}),
+                 ElementText("Search", "Url", 6, "Search", {{"ActionCount", "1"}}),
+                 ElementText("Search", "helpSearch", 7, "Search", {{"ActionCount", "1"}}), WindowElement(8, "Close")}),
+            Masked(payload));
   ExpectOneSession(payload);
   EXPECT_EQ(Names(), ClosedPayloads(installation));
 }
 
 TEST_F(Tracking, AButtonDroppedAtItsOwnPlaceIsNotTold) {
   installation.OptIn();
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const POINT second = dock.UserButton(1);
   MoveCursor(second);
   PressLeftButton();
@@ -199,7 +187,7 @@ TEST_F(Tracking, AButtonDroppedAtItsOwnPlaceIsNotTold) {
   ASSERT_TRUE(WaitFor([&] { return !::IsWindowVisible(dock.Control(2001)); })) << "it is being dragged";
   LetGo({second.x + 20, second.y});
   ASSERT_TRUE(WaitFor([&] { return ::IsWindowVisible(dock.Control(2001)) != FALSE; }));
-  CloseByButton(dock);
+  EXPECT_EQ(0U, CloseByButton(dock));
   EXPECT_EQ(PayloadText({WindowElement(1, "Open"), WindowElement(2, "Close")}), Masked(Payload()));
 }
 
@@ -209,12 +197,11 @@ TEST_F(Tracking, WithoutConsentNothingIsOnTheDiskAndTheMachineHasItsIdentityAllT
     installation.InstallCollector();
     if (wasAsked)
       installation.OptIn(false);
-    DockProcess dock(installation);
-    ASSERT_NE(nullptr, dock.WaitForBar());
+    ShownDock dock(installation);
     ClickAndWait(dock.MainButton(0));
     ::PostMessageW(dock.Bar(), WM_TIMER, trackingTimer, 0);
-    CloseByButton(dock);
-    EXPECT_FALSE(FileExists(PayloadFolder(installation)));
+    EXPECT_EQ(0U, CloseByButton(dock));
+    EXPECT_FALSE(Exists(PayloadFolder(installation)));
     EXPECT_TRUE(IsUuid(AppId())) << AppId();
     EXPECT_TRUE(firstId.empty() || firstId == AppId());
     firstId = AppId();
@@ -229,8 +216,7 @@ TEST_F(Tracking, ADuePayloadIsClosedNamedByItsChecksumAndGivenToTheCollector) {
   SetMachineValue(L"Platform", L"VRA");
   SetMachineValue(L"applicationid", L"machine 7");
   SetTrackingValue(L"NextTransferTime", L"1/2/2020 3:4:5");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   ClickAndWait(dock.MainButton(0));
   const ULONGLONG closing = Now();
   ::PostMessageW(dock.Bar(), WM_TIMER, trackingTimer, 0);
@@ -242,7 +228,7 @@ TEST_F(Tracking, ADuePayloadIsClosedNamedByItsChecksumAndGivenToTheCollector) {
                         HeaderText("Brand & Sons", "VRA", "machine 7")),
             Masked(payload));
   EXPECT_EQ(Names{std::to_wstring(Checksum(payload)) + L".ruq"}, ClosedPayloads(installation));
-  EXPECT_FALSE(FileExists(OpenPayload(installation)));
+  EXPECT_FALSE(Exists(OpenPayload(installation)));
   ExpectOneSession(payload);
   const std::string start = ValuesOf(payload, "start").at(0), end = ValuesOf(payload, "end").at(0);
   EXPECT_TRUE(start.ends_with(" UTC") && end.ends_with(" UTC")) << start << ", " << end;
@@ -250,7 +236,7 @@ TEST_F(Tracking, ADuePayloadIsClosedNamedByItsChecksumAndGivenToTheCollector) {
   EXPECT_TRUE(closing <= TimeOf(end) && TimeOf(end) <= Now()) << end;
 
   EXPECT_EQ(L"3", TrackingValue(L"NextElementSeq"));
-  const ULONGLONG next = TimeOf(Narrow(TrackingValue(L"NextTransferTime").value_or(L"")));
+  const ULONGLONG next = TimeOf(Utf8(TrackingValue(L"NextTransferTime").value_or(L"")));
   EXPECT_TRUE(closing + sevenDays <= next && next <= Now() + sevenDays);
 
   ASSERT_TRUE(WaitFor([&] { return CollectorStarts().size() == 1; }));
@@ -258,7 +244,7 @@ TEST_F(Tracking, ADuePayloadIsClosedNamedByItsChecksumAndGivenToTheCollector) {
   EXPECT_EQ(PayloadFolder(installation), CollectorStarts()[0].folder) << "the platform expands what it is given";
 
   ClickAndWait(dock.UserButton(0));
-  CloseByButton(dock);
+  EXPECT_EQ(0U, CloseByButton(dock));
   EXPECT_EQ(PayloadText({ClickElement(L"First", 3, 1), WindowElement(4, "Close")}), Masked(Payload()));
   EXPECT_EQ(ValuesOf(payload, "SessionID").at(0), ValuesOf(Payload(), "SessionID").at(0));
   EXPECT_EQ(1U, ClosedPayloads(installation).size());
@@ -268,13 +254,12 @@ TEST_F(Tracking, ADuePayloadIsClosedNamedByItsChecksumAndGivenToTheCollector) {
 TEST_F(Tracking, ADuePayloadWithoutACollectorIsClosedAllTheSame) {
   installation.OptIn();
   SetTrackingValue(L"NextTransferTime", L"1/2/2020 3:4:5");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   ::PostMessageW(dock.Bar(), WM_TIMER, trackingTimer, 0);
   ASSERT_TRUE(ComesToClosedPayload());
   EXPECT_EQ(PayloadText({WindowElement(1, "Open")}, HeaderText("", "", AppId())), Masked(ClosedPayload()));
   ClickAndWait(dock.MainButton(0));
-  CloseByButton(dock);
+  EXPECT_EQ(0U, CloseByButton(dock));
 }
 
 TEST_F(Tracking, ADuePayloadWaitsAtTheCloseForTheNextRun) {
@@ -282,9 +267,8 @@ TEST_F(Tracking, ADuePayloadWaitsAtTheCloseForTheNextRun) {
   installation.InstallCollector();
   SetTrackingValue(L"NextTransferTime", L"1/2/2020 3:4:5");
   for (const char *run : {"first", "second"}) {
-    DockProcess dock(installation);
-    ASSERT_NE(nullptr, dock.WaitForBar());
-    CloseByButton(dock);
+    ShownDock dock(installation);
+    EXPECT_EQ(0U, CloseByButton(dock));
     EXPECT_EQ(Names(), ClosedPayloads(installation)) << run;
   }
   EXPECT_EQ(PayloadText({WindowElement(1, "Open"), WindowElement(2, "Close"), WindowElement(1, "Open"),
@@ -302,29 +286,27 @@ TEST_F(Tracking, APayloadThatHasGrownTooBigIsHandedOverAtTheClose) {
   ::CreateDirectoryW(installation.UserFolder().c_str(), nullptr);
   ::CreateDirectoryW(PayloadFolder(installation).c_str(), nullptr);
   WriteBytes(OpenPayload(installation), "<payload><element name=\"" + former + "\"/></payload>");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  CloseByButton(dock);
+  ShownDock dock(installation);
+  EXPECT_EQ(0U, CloseByButton(dock));
 
   const std::string payload = ClosedPayload();
   EXPECT_EQ(PayloadText({"<element name=\"" + former + "\"/>", WindowElement(1, "Open"), WindowElement(2, "Close")},
                         HeaderText("", "", AppId())),
             Masked(payload));
   EXPECT_EQ(Names{std::to_wstring(Checksum(payload)) + L".ruq"}, ClosedPayloads(installation));
-  EXPECT_FALSE(FileExists(OpenPayload(installation)));
+  EXPECT_FALSE(Exists(OpenPayload(installation)));
   EXPECT_TRUE(WaitFor([&] { return CollectorStarts().size() == 1; }));
   EXPECT_EQ(std::nullopt, TrackingValue(L"NextTransferTime")) << "the time of the next stays as it was";
 }
 
 TEST_F(Tracking, AResetOpensTheDockAgainInTheSamePayload) {
   installation.OptIn();
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   ClickAndWait(dock.MainButton(0));
   ASSERT_TRUE(Reset(dock));
-  EXPECT_FALSE(FileExists(OpenPayload(installation))) << "a reset closes nothing";
+  EXPECT_FALSE(Exists(OpenPayload(installation))) << "a reset closes nothing";
   ClickAndWait(dock.MainButton(0));
-  CloseByButton(dock);
+  EXPECT_EQ(0U, CloseByButton(dock));
   EXPECT_EQ(PayloadText({WindowElement(1, "Open"), ClickElement(L"Fixed", 2, 2), WindowElement(3, "Open"),
                          WindowElement(4, "Close")}),
             Masked(Payload()));
@@ -333,8 +315,7 @@ TEST_F(Tracking, AResetOpensTheDockAgainInTheSamePayload) {
 
 TEST_F(Tracking, TheEndOfTheSessionWritesThePayload) {
   installation.OptIn();
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   ClickAndWait(dock.UserButton(1));
   EXPECT_EQ(1, ::SendMessageW(dock.Bar(), WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF));
   EXPECT_EQ(1, ::SendMessageW(dock.Bar(), WM_ENDSESSION, TRUE, static_cast<LPARAM>(ENDSESSION_LOGOFF)));
@@ -348,8 +329,7 @@ TEST_F(Tracking, APayloadThatCannotBeWrittenAtTheCloseCostsNoButtons) {
                              {{.head = L"Mine", .actionType = L"exe", .actionParams = Program(L"Mine")},
                               {.head = L"Gone", .actionType = L"exe", .actionParams = L"C:\\gone.exe", .image = L""}});
   WriteBytes(PayloadFolder(installation), "a file where the folder should be");
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const DragProgram other({installation.WriteAside(L"New.txt", "a file")});
   ASSERT_TRUE(other.IsUp());
   const POINT first = dock.UserButton(0);

@@ -14,6 +14,7 @@
 #include "e2e/OtherWindow.h"
 #include "e2e/ProcessFigures.h"
 #include "e2e/Screen.h"
+#include "e2e/UserSteps.h"
 #include "system/Handles.h"
 
 namespace lumenor::e2e {
@@ -63,16 +64,11 @@ protected:
 
   /// One entry that tells the number of its writing.
   std::vector<Entry> List(int number) const {
-    return {{.head = L"Write " + std::to_wstring(number),
-             .actionType = L"exe",
-             .actionParams = L"\"" + installation.Recorder() + L"\" write " + std::to_wstring(number)}};
+    return {installation.RecorderEntry(L"Write " + std::to_wstring(number), L"write " + std::to_wstring(number))};
   }
 
   /// Lets the dock make its documents: a start that makes them wakes the watchers by that.
-  void MakeDocuments() const {
-    DockProcess dock(installation);
-    ASSERT_NE(nullptr, dock.WaitForBar());
-  }
+  void MakeDocuments() const { ShownDock dock(installation); }
 
   /// A list of so many entries.
   std::vector<Entry> ListOf(int count) const { return std::vector<Entry>(static_cast<std::size_t>(count), List(0)[0]); }
@@ -96,7 +92,7 @@ std::optional<milliseconds> TimeUntilShown(const std::wstring &path, const std::
   const auto begin = steady_clock::now();
   const LONG height = 40 + 40 * static_cast<LONG>(list.size());
   Overwrite(path, DocumentXml(forYouList, list));
-  if (!WaitFor([&] { return RectOf(flyout).bottom - RectOf(flyout).top == height; }))
+  if (!WaitFor([&] { return HeightOf(flyout) == height; }))
     return std::nullopt;
   return std::chrono::duration_cast<milliseconds>(steady_clock::now() - begin);
 }
@@ -105,11 +101,8 @@ TEST_F(WatchedFolder, TwoHundredSeparateChangesAreShownAndLeaveNothingBehind) {
   constexpr int changes = 200;
   constexpr double megabytesOfChance = 4; // the heap's own; 200 watchers that stay would take 400
   MakeDocuments();
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  Click(dock.ForYouButton());
-  const HWND flyout = dock.WaitForPopup();
-  ASSERT_NE(nullptr, flyout);
+  ShownDock dock(installation);
+  const HWND flyout = OpenForYou(dock);
   const int threads = ThreadCount(dock.Id());
   Figures second = {};
   std::vector<milliseconds> times;
@@ -137,8 +130,7 @@ TEST_F(WatchedFolder, TwoHundredSeparateChangesAreShownAndLeaveNothingBehind) {
 TEST_F(WatchedFolder, TenThousandWritesLoseNoLastStateWhileTheListIsClicked) {
   constexpr int writes = 10000;
   const OtherWindow other(elsewhere);
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
+  ShownDock dock(installation);
   const Figures start = FiguresOf(dock);
   Print("at the start", start);
 
@@ -174,17 +166,15 @@ TEST_F(WatchedFolder, TenThousandWritesLoseNoLastStateWhileTheListIsClicked) {
   // A row that is made anew between the press and the release loses the click: the hand tries again.
   const auto choose = [&] {
     Click(dock.ForYouButton());
-    const HWND popup = dock.WaitForPopup();
-    const RECT flyout = RectOf(popup);
-    Click({flyout.left + 100, flyout.top + 40 + 20});
-    return popup != nullptr && WaitFor([&] { return !installation.RecordedCommandLines().empty(); }, seconds(10));
+    if (dock.WaitForPopup() == nullptr)
+      return false;
+    ClickRow(dock, 1);
+    return WaitFor([&] { return !installation.RecordedCommandLines().empty(); }, seconds(10));
   };
   ASSERT_TRUE(choose() || choose() || choose());
-  ASSERT_EQ(1U, installation.RecordedCommandLines().size());
-  EXPECT_EQ(L"\"" + installation.Recorder() + L"\" write " + std::to_wstring(writes),
-            installation.RecordedCommandLines()[0]);
-  Click(dock.CloseButton());
-  EXPECT_EQ(0u, dock.WaitForExit());
+  EXPECT_EQ(std::vector{installation.RecorderCommand(L"write ") + std::to_wstring(writes)},
+            installation.RecordedCommandLines());
+  EXPECT_EQ(0U, CloseByButton(dock));
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
+#include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -44,23 +45,18 @@ protected:
 
   /// Starts the dock and closes it again, which only goes when no dialog stands in the way.
   void RunOnce() {
-    DockProcess dock(installation);
-    ASSERT_NE(nullptr, dock.WaitForBar());
+    ShownDock dock(installation);
     EXPECT_TRUE(HoldsFor([&] { return dock.Popups().empty(); }, std::chrono::milliseconds(500)));
-    Click(dock.CloseButton());
-    ASSERT_EQ(0u, dock.WaitForExit());
+    ASSERT_EQ(0U, CloseByButton(dock));
   }
 
   /// Starts the dock, closes the screen that greets, and closes the dock.
   void RunGreeted() {
-    DockProcess dock(installation);
-    ASSERT_NE(nullptr, dock.WaitForBar());
-    const HWND dialog = dock.WaitForPopup();
-    ASSERT_NE(nullptr, dialog);
+    ShownDock dock(installation);
+    const HWND dialog = AwaitPopup(dock);
     Click(CloseButton(dialog));
-    ASSERT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
-    Click(dock.CloseButton());
-    ASSERT_EQ(0u, dock.WaitForExit());
+    ASSERT_TRUE(dock.WaitForNoPopup());
+    ASSERT_EQ(0U, CloseByButton(dock));
   }
 
   const Installation installation;
@@ -90,19 +86,15 @@ TEST_F(Welcome, GreetsWhereTheKeyWasMissingSinceTheDockKeepsItsIdentityThere) {
 }
 
 TEST_F(Welcome, IsNotedAsShownWhileItStands) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  ASSERT_NE(nullptr, dock.WaitForPopup());
+  ShownDock dock(installation);
+  AwaitPopup(dock);
   EXPECT_EQ(L"0", DockValue(welcomeValue));
 }
 
 TEST_F(Welcome, StandsBelowTheBarAtItsMiddleAndHoldsItBack) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  const HWND dialog = dock.WaitForPopup();
-  ASSERT_NE(nullptr, dialog);
-  const RECT place = RectOf(dialog), expected = {260, 77, 1020, 527};
-  EXPECT_TRUE(::EqualRect(&expected, &place));
+  ShownDock dock(installation);
+  const HWND dialog = AwaitPopup(dock);
+  EXPECT_TRUE(StandsAt(dialog, {260, 77, 1020, 527}));
   SaveShot("welcome");
 
   Click(dock.CloseButton());
@@ -111,46 +103,41 @@ TEST_F(Welcome, StandsBelowTheBarAtItsMiddleAndHoldsItBack) {
 }
 
 TEST_F(Welcome, ClosingItAsItComesStoresBothSettings) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  const HWND dialog = dock.WaitForPopup();
-  ASSERT_NE(nullptr, dialog);
+  ShownDock dock(installation);
+  const HWND dialog = AwaitPopup(dock);
   EXPECT_EQ(std::nullopt, StartupValue());
   EXPECT_EQ(std::nullopt, DockValue(L"AllowToUpdate"));
 
   Click(CloseButton(dialog));
 
-  ASSERT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+  ASSERT_TRUE(dock.WaitForNoPopup());
   EXPECT_EQ(installation.DockExe(), StartupValue());
   EXPECT_EQ(L"true", DockValue(L"AllowToUpdate")); // the prefix is in the United States
 }
 
 TEST_F(Welcome, ClosingItWithBothBoxesClearedStoresThat) {
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  const HWND dialog = dock.WaitForPopup();
-  ASSERT_NE(nullptr, dialog);
+  ShownDock dock(installation);
+  const HWND dialog = AwaitPopup(dock);
   Click(UpdateCheckBox(dialog));
   Click(StartupCheckBox(dialog));
 
   Click(CloseButton(dialog));
 
-  ASSERT_TRUE(WaitFor([&] { return dock.Popups().empty(); }));
+  ASSERT_TRUE(dock.WaitForNoPopup());
   EXPECT_EQ(std::nullopt, StartupValue());
   EXPECT_EQ(L"false", DockValue(L"AllowToUpdate"));
 }
 
 TEST_F(Welcome, OpensTheTourAndStays) {
   installation.InstallTour();
-  DockProcess dock(installation);
-  ASSERT_NE(nullptr, dock.WaitForBar());
-  const HWND dialog = dock.WaitForPopup();
-  ASSERT_NE(nullptr, dialog);
+  ShownDock dock(installation);
+  const HWND dialog = AwaitPopup(dock);
 
   Click(Center(ButtonsOf(dialog).at(0)));
 
-  ASSERT_TRUE(WaitFor([&] { return installation.RecordedCommandLines().size() == 1; }));
-  const std::wstring line = installation.RecordedCommandLines()[0];
+  const std::vector<std::wstring> lines = installation.WaitForCommandLines(1);
+  ASSERT_EQ(1U, lines.size());
+  const std::wstring &line = lines[0];
   EXPECT_NE(std::wstring::npos, line.find(L"\\LumenorVideo\\doc.exe"));
   EXPECT_TRUE(line.ends_with(L" en_us")) << std::string(line.begin(), line.end());
   EXPECT_TRUE(::IsWindow(dialog));

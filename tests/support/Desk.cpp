@@ -3,8 +3,9 @@
 #include <commctrl.h>
 
 #include "support/ImportSlot.h"
+#include "support/InputEvents.h"
+#include "support/ScreenPicture.h"
 #include "system/EventLog.h"
-#include "system/Handles.h"
 
 // The slot through which the program calls the event log.
 extern "C" BOOL(WINAPI *__imp_ReportEventW)(HANDLE, WORD, WORD, DWORD, PSID, WORD, DWORD, LPCWSTR *, LPVOID);
@@ -19,27 +20,7 @@ LRESULT CALLBACK BackdropProcedure(HWND window, UINT message, WPARAM wParam, LPA
   return ::DefWindowProcW(window, message, wParam, lParam);
 }
 
-void Send(const INPUT &input) {
-  INPUT copy = input;
-  ::SendInput(1, &copy, sizeof(copy));
-}
-
-void SendMouse(DWORD flags, LONG x = 0, LONG y = 0) {
-  INPUT input{};
-  input.type = INPUT_MOUSE;
-  input.mi.dx = x;
-  input.mi.dy = y;
-  input.mi.dwFlags = flags;
-  Send(input);
-}
-
-void SendKey(WORD virtualKey, DWORD flags) {
-  INPUT input{};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wVk = virtualKey;
-  input.ki.dwFlags = flags;
-  Send(input);
-}
+void Send(INPUT input) { ::SendInput(1, &input, sizeof(input)); }
 
 } // namespace
 
@@ -52,27 +33,23 @@ void PumpAll() {
 }
 
 void MoveCursor(POINT point) {
-  SendMouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, ::MulDiv(point.x, 65536, ::GetSystemMetrics(SM_CXSCREEN)) + 1,
-            ::MulDiv(point.y, 65536, ::GetSystemMetrics(SM_CYSCREEN)) + 1);
-  PumpUntil([&] {
-    POINT now{};
-    return ::GetCursorPos(&now) && now.x == point.x && now.y == point.y;
-  });
+  Send(tests::MoveInput(point));
+  PumpUntil([&] { return tests::IsCursorAt(point); });
 }
 
 void PressLeftButton() {
-  SendMouse(MOUSEEVENTF_LEFTDOWN);
+  Send(tests::MouseInput(MOUSEEVENTF_LEFTDOWN));
   PumpUntil([] { return ::GetAsyncKeyState(VK_LBUTTON) < 0; });
 }
 
 void ReleaseLeftButton() {
-  SendMouse(MOUSEEVENTF_LEFTUP);
+  Send(tests::MouseInput(MOUSEEVENTF_LEFTUP));
   PumpUntil([] { return ::GetAsyncKeyState(VK_LBUTTON) >= 0; });
 }
 
-void PressKey(WORD virtualKey) { SendKey(virtualKey, 0); }
+void PressKey(WORD virtualKey) { Send(tests::KeyInput(virtualKey, 0)); }
 
-void ReleaseKey(WORD virtualKey) { SendKey(virtualKey, KEYEVENTF_KEYUP); }
+void ReleaseKey(WORD virtualKey) { Send(tests::KeyInput(virtualKey, KEYEVENTF_KEYUP)); }
 
 POINT MiddleOf(HWND window) {
   RECT rect{};
@@ -80,18 +57,7 @@ POINT MiddleOf(HWND window) {
   return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
 }
 
-std::uint32_t PixelAt(POINT point) {
-  const WindowDeviceContext screen(nullptr);
-  const MemoryDeviceContext memory(::CreateCompatibleDC(screen.Get()));
-  BITMAPINFO info{};
-  info.bmiHeader = {sizeof(info.bmiHeader), 1, -1, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  void *bits = nullptr;
-  const BitmapHandle bitmap(::CreateDIBSection(screen.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-  const SelectedObject selected(memory.Get(), bitmap.Get());
-  ::BitBlt(memory.Get(), 0, 0, 1, 1, screen.Get(), point.x, point.y, SRCCOPY);
-  ::GdiFlush();
-  return *static_cast<const std::uint32_t *>(bits) & 0xFFFFFF; // the top byte of a screen pixel means nothing
-}
+std::uint32_t PixelAt(POINT point) { return tests::Capture({point.x, point.y, point.x + 1, point.y + 1}).At(0, 0); }
 
 std::vector<HWND> ToolTips() {
   std::vector<HWND> found;

@@ -48,14 +48,6 @@ std::string Unescaped(std::string_view value) {
   return bytes;
 }
 
-std::wstring FromUtf8(const std::string &bytes) {
-  const int length = static_cast<int>(bytes.size());
-  const int size = ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), length, nullptr, 0);
-  std::wstring text(static_cast<std::size_t>(size), L'\0');
-  ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), length, text.data(), size);
-  return text;
-}
-
 void SetProperty(JumpTask &task, std::string_view name, std::string_view value) {
   constexpr std::pair<std::string_view, std::wstring JumpTask::*> texts[] = {
       {"title", &JumpTask::title},

@@ -1,5 +1,6 @@
 #include "support/Recorder.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace lumenor::tests {
@@ -17,15 +18,17 @@ std::wstring RecorderExe() {
   return program.substr(0, program.find_last_of(L'\\')) + L"\\recorder.exe";
 }
 
-std::wstring FromUtf8(const std::string &bytes) {
-  const int length = static_cast<int>(bytes.size());
-  const int size = ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), length, nullptr, 0);
-  std::wstring text(static_cast<std::size_t>(size), L'\0');
-  ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), length, text.data(), size);
-  return text;
-}
-
 } // namespace
+
+std::vector<RecordedStart> ReadRecordedStarts(const std::wstring &path) {
+  const std::wstring text = FromUtf8(ReadBytes(path));
+  std::vector<RecordedStart> starts;
+  for (std::size_t begin = 0, end; (end = text.find(L'\n', begin)) != std::wstring::npos; begin = end + 1) {
+    const std::size_t tab = std::min(end, text.find(L'\t', begin)), folder = std::min(end, tab + 1);
+    starts.push_back({text.substr(begin, tab - begin), text.substr(folder, end - folder)});
+  }
+  return starts;
+}
 
 Recorder::Recorder(const TestFolders &folders)
     : notes(folders.Root() + L"\\recorded.txt"), variable(L"LUMENOR_RECORD", notes) {}
@@ -37,10 +40,9 @@ void Recorder::InstallAs(const std::wstring &path) const {
 }
 
 std::vector<std::wstring> Recorder::CommandLines() const {
-  const std::wstring text = FromUtf8(ReadBytes(notes));
   std::vector<std::wstring> lines;
-  for (std::size_t begin = 0, end; (end = text.find(L'\n', begin)) != std::wstring::npos; begin = end + 1)
-    lines.push_back(text.substr(begin, text.find(L'\t', begin) - begin));
+  for (const RecordedStart &start : ReadRecordedStarts(notes))
+    lines.push_back(start.commandLine);
   return lines;
 }
 

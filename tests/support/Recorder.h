@@ -8,6 +8,15 @@
 
 namespace lumenor::tests {
 
+/// How a recorder was started.
+struct RecordedStart {
+  std::wstring commandLine;
+  std::wstring folder; // the working folder
+};
+
+/// The starts that recorders have noted in the file, in order; none without the file.
+std::vector<RecordedStart> ReadRecordedStarts(const std::wstring &path);
+
 class Recorder {
 public:
   /// Programs started by this process and its children note into a file below `folders` while this lives.
@@ -19,7 +28,7 @@ public:
   /// The command lines noted so far, in order.
   std::vector<std::wstring> CommandLines() const;
 
-  /// Waits until `count` command lines are noted, ten seconds at most; returns all that there are by then.
+  /// Waits until `count` command lines are noted, a minute at most; returns all that there are by then.
   std::vector<std::wstring> WaitForCommandLines(std::size_t count) const;
 
 private:

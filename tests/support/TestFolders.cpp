@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <stdexcept>
 
 #include "system/Handles.h"
 
@@ -99,7 +100,7 @@ void WriteBytes(const std::wstring &path, const std::string &bytes) {
   DWORD written = 0;
   ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
   if (written != bytes.size())
-    std::abort(); // no test can run without its files
+    throw std::runtime_error("a file of the test can't be written: " + Utf8(path));
 }
 
 void WriteText(const std::wstring &path, const std::wstring &text) { WriteBytes(path, Utf8(text)); }
@@ -153,6 +154,14 @@ std::string Utf8(const std::wstring &text) {
   std::string bytes(static_cast<std::size_t>(size), '\0');
   ::WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), size, nullptr, nullptr);
   return bytes;
+}
+
+std::wstring FromUtf8(const std::string &bytes) {
+  const int length = static_cast<int>(bytes.size());
+  const int size = ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), length, nullptr, 0);
+  std::wstring text(static_cast<std::size_t>(size), L'\0');
+  ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), length, text.data(), size);
+  return text;
 }
 
 } // namespace lumenor::tests

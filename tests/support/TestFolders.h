@@ -94,5 +94,6 @@ void DeleteTree(const std::wstring &folder);
 bool Exists(const std::wstring &path);
 
 std::string Utf8(const std::wstring &text);
+std::wstring FromUtf8(const std::string &bytes);
 
 } // namespace lumenor::tests

@@ -8,8 +8,8 @@ namespace lumenor {
 
 void LoadCommonControls() {
   static const BOOL loaded = [] {
-    const INITCOMMONCONTROLSEX wanted = {sizeof wanted, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
-    return ::InitCommonControlsEx(&wanted);
+    const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
+    return ::InitCommonControlsEx(&classes);
   }();
   static_cast<void>(loaded);
 }

@@ -135,7 +135,7 @@ void EditTextElement::PlaceCells(const Run &run) {
     cells[i] = CellInRun(run, i);
 }
 
-// A character reaches to the next one of its run. The one at the run's end has its own width: what follows may stand
+// A character reaches to the next one of its run. The one at the run's end has its own width: what follows may be
 // anywhere.
 EditTextElement::Cell EditTextElement::CellInRun(const Run &run, std::size_t index) const {
   const long edge = reading.positions[index];

@@ -200,7 +200,7 @@ BOOL TextBox::OnTimer(WPARAM timer, LRESULT &result) {
   return TRUE;
 }
 
-// A line that is read from the right would stand at the other end of the field than where it is painted.
+// The control would put a line that is read from the right at the other end of the field than where it is painted.
 BOOL TextBox::OnStyleChanging(WPARAM which, LPARAM styles, LRESULT &result) {
   if (static_cast<int>(which) != GWL_EXSTYLE)
     return FALSE;

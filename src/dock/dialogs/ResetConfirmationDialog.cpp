@@ -15,7 +15,7 @@ namespace {
 /// The height of the message's row: what the rows of the title and of the buttons leave of the dialog's 172.
 constexpr int messageHeight = 50;
 
-/// The margin of what stands in a row of its own: the title, and each button.
+/// The margin of the title and of each button.
 Margin RowMargin() { return {0, ScaleY(8), ScaleX(8), ScaleY(8)}; }
 
 ButtonLayout DialogButtonLayout() {
@@ -24,10 +24,10 @@ ButtonLayout DialogButtonLayout() {
 
 /// Makes a picture that is higher than its row as high as that; a bigger one would push the buttons off the dialog.
 void LimitHeight(ImageElement &image, long height) {
-  const long wanted = image.DesiredHeight.Get();
-  if (wanted <= height)
+  const long desired = image.DesiredHeight.Get();
+  if (desired <= height)
     return;
-  image.DesiredWidth.Set(::MulDiv(image.DesiredWidth.Get(), height, wanted));
+  image.DesiredWidth.Set(::MulDiv(image.DesiredWidth.Get(), height, desired));
   image.KeepAspect();
 }
 
@@ -54,7 +54,7 @@ void ResetConfirmationDialog::InitializeComponent() {
   ComposePanels();
   AddTitle();
   AddMessage();
-  // The row fills from its right end, so the reset button comes to stand left of the other.
+  // The row fills from its right end, so the reset button is left of the other.
   cancelButton = MakeButton(L"Element[@ID='ResetWindow.CancelButton']/Head");
   AddButton(*cancelButton);
   resetButton = MakeButton(L"Element[@ID='ResetWindow.ResetButton']/Head");

@@ -156,7 +156,7 @@ void WelcomeScreenDialog::AddTitle() {
   mainStack.AddChild(&bodyPanel);
 }
 
-/// The stack is named for its place in the tree; it stands at the right.
+/// The stack is named for its place in the tree; it is at the right.
 void WelcomeScreenDialog::AddPicture() {
   leftStack.DesiredWidth.Set(leftStackWidth);
   bodyPanel.AddChild(&leftStack);
@@ -214,7 +214,7 @@ void WelcomeScreenDialog::AddFeatures() {
     AddFeature(row);
 }
 
-/// One arrow stands in all rows: each places it at the same spot of itself. The texts share the height of the row, so
+/// All rows share one arrow, which each places at the same spot of itself. The texts share the height of the row, so
 /// that no font's lines make it higher.
 void WelcomeScreenDialog::AddFeature(FeatureRow &row) {
   const int height = ScaleY(35);
@@ -247,7 +247,7 @@ void WelcomeScreenDialog::AddButtons() {
   AddPreferences();
 }
 
-/// The button stands beside the check boxes, at the middle of their height: its margins take back what it takes.
+/// The button is beside the check boxes, at the middle of their height: its margins cancel its height in the stack.
 void WelcomeScreenDialog::AddCloseButton() {
   closeButton = std::make_shared<Button>(std::make_shared<SimpleButtonPainter>(
       renderTarget, GetWelcomeString(L"Element[@ID='TextBlock.ButtonClose']/Head"), MakeDialogButtonLayout(1),

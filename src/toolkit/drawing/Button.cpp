@@ -10,7 +10,7 @@
 
 namespace lumenor {
 
-// A tool tip looks at the record's size; it must be the whole record, whatever the headers make of it.
+// A tool tip checks the record's size, which depends on how the headers are configured.
 static_assert(sizeof(TOOLINFOW) == 72);
 
 Button::Button(std::shared_ptr<IButtonPainter> painter) : painter(std::move(painter)) {

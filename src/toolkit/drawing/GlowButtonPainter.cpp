@@ -16,7 +16,7 @@
 namespace lumenor {
 namespace {
 
-constexpr int haloRadius = 4; // pixels by which the halo stands out of the picture
+constexpr int haloRadius = 4; // pixels by which the halo is wider than the picture on every side
 constexpr float opaque = 255.0F;
 constexpr std::array<const wchar_t *, 3> variantSuffixes{L".hover", L".glow", L".pressed"};
 

@@ -7,7 +7,7 @@ namespace {
 
 constexpr wchar_t mark[] = L"\" address ";
 
-/// Without the quotation marks, which the platform may leave away.
+/// Without the quotation marks, which the platform may omit.
 std::wstring Bare(const std::wstring &text) {
   std::wstring bare;
   for (const wchar_t c : text)

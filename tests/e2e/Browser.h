@@ -1,5 +1,5 @@
 #pragma once
-// The machine's browser as a test has it: every web address that a program opens starts the recorder.
+// The machine's browser in a test: every web address that a program opens starts the recorder.
 
 #include <string>
 #include <vector>
@@ -17,7 +17,7 @@ public:
   /// The addresses opened so far, in order.
   std::vector<std::wstring> Addresses() const;
 
-  /// Waits until `count` addresses were opened, ten seconds at most, and returns all that were by then.
+  /// Waits until `count` addresses were opened, a minute at most, and returns all that were by then.
   std::vector<std::wstring> WaitForAddresses(std::size_t count) const;
 
 private:

@@ -1,4 +1,4 @@
-// Displays of another kind than the usual one: these suites run where the display has that kind, see CMakeLists.txt.
+// Displays of another kind than the default: CMakeLists.txt runs each suite on a display of its kind.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Drag and drop with a real mouse: the user's buttons along the row and off it, and files from another program.
+// Drag and drop with a real mouse: the user's buttons along the row and off the bar, and files from another program.
 
 #include <algorithm>
 #include <utility>

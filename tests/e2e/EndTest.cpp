@@ -1,4 +1,4 @@
-// Closing, the end of the session, the reset: what is saved and what comes back.
+// Closing, the end of the session, the reset: what is saved, and what is shown afterwards.
 
 #include <memory>
 
@@ -26,14 +26,14 @@ protected:
          {.head = L"Gone", .actionType = L"exe", .actionParams = L"C:\\gone\\gone.exe", .image = L"", .position = 8}});
   }
 
-  /// Keeps the dock from going on where it has no bar; null when it doesn't get there.
+  /// Suspends the dock while it has no bar; null when it doesn't come to that.
   static std::unique_ptr<HeldProcess> HoldBetweenBars(const DockProcess &dock) {
     std::unique_ptr<HeldProcess> held;
     WaitFor([&] {
       if (dock.Bar() == nullptr)
         held = std::make_unique<HeldProcess>(dock.Id());
       if (dock.Bar() != nullptr)
-        held.reset(); // it came in between
+        held.reset(); // the bar came in between
       return held != nullptr;
     });
     return held;
@@ -128,7 +128,7 @@ TEST_F(End, ASecondStartDuringARebuildEndsWithZeroAndLeavesTheFirstAlone) {
     EXPECT_EQ(nullptr, dock.Bar());
     EXPECT_EQ(nullptr, second.Bar());
   }
-  ASSERT_TRUE(WaitFor([&] { return dock.Bar() != nullptr; }, std::chrono::seconds(30)));
+  ASSERT_TRUE(WaitFor([&] { return dock.Bar() != nullptr; }));
   EXPECT_NE(oldBar, dock.Bar());
   EXPECT_TRUE(dock.IsRunning());
 }

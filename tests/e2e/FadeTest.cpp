@@ -1,4 +1,4 @@
-// The bar dims when the cursor has left it for a while, and comes back with it.
+// The bar dims when the cursor has been away for a while, and brightens when it comes back.
 
 #include <cmath>
 
@@ -56,7 +56,7 @@ protected:
   const OtherWindow background{behindTheBar};
 };
 
-TEST_F(Fade, TheBarDimsTo190Of255AfterTheCursorLeftItAndComesBackWithIt) {
+TEST_F(Fade, TheBarDimsTo190Of255AfterTheCursorLeftAndBrightensWhenItReturns) {
   ShownDock dock(installation);
   const RECT plate = Plate(dock);
   const Picture full = CaptureSettled(plate);

@@ -22,7 +22,7 @@ constexpr RECT elsewhere = {300, 700, 900, 950};
 constexpr UINT answerLimitMs = 10'000;
 constexpr LONGLONG ticksPerHour = 36'000'000'000LL;
 
-/// Gives the file another time of its last write, so many hours away from the one that it has.
+/// Shifts the time of the file's last write by `hours`.
 void ShiftWriteTime(const std::wstring &path, int hours) {
   const FileHandle file(::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ,
                                       nullptr, OPEN_EXISTING, 0, nullptr));
@@ -56,7 +56,7 @@ protected:
 
   std::wstring Path() const { return installation.DocumentPath(forYouList); }
 
-  /// Puts a list in the place of the present one in a way that no watcher sees.
+  /// Replaces the list in a way that no watcher sees.
   void PutUnseen(const std::wstring &aside) const {
     ASSERT_TRUE(::MoveFileExW(aside.c_str(), Path().c_str(), MOVEFILE_REPLACE_EXISTING));
   }
@@ -76,7 +76,7 @@ protected:
     return CaptureSettled(dock.ForYouRect());
   }
 
-  /// True when the bar has taken notice of the folder and done what it does about that.
+  /// Waits until the bar has handled a change in the folder; false when it doesn't.
   bool HasNoticed(const DockProcess &dock, int readingsBefore) const {
     return WaitFor([&] { return installation.ForYouReadings() >= readingsBefore + 2; }) &&
            ::SendMessageTimeoutW(dock.Bar(), WM_NULL, 0, 0, SMTO_NORMAL, answerLimitMs, nullptr) != 0;

@@ -1,5 +1,5 @@
 #pragma once
-// Keeps another process from going on, to look at what it is in the middle of.
+// Suspends another process, to look at it in the middle of its work.
 
 #include <vector>
 

@@ -1,5 +1,4 @@
-// What the disk may hold at its worst: the dock comes up, nothing of the user's is lost, and the log says what was
-// wrong.
+// Broken files: the dock starts, nothing of the user's is lost, and the log says what was wrong.
 
 #include <gtest/gtest.h>
 
@@ -134,7 +133,7 @@ TEST_F(HostileInput, AStatusFontThatIsNotInstalledIsReplacedByAnother) {
   const StatusFontFamily missing(L"No Such Family");
   ShownDock dock(installation);
   const RECT button = RectOf(dock.Control(1000));
-  // The label's band, between the picture and the arrow: white letters stand in it.
+  // The band of the label, between the picture and the arrow, with white letters.
   const Picture label = CaptureSettled({button.left, button.top + 48, button.right, button.top + 64});
   int bright = 0;
   for (int y = 0; y < label.Height(); ++y)

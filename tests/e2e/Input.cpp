@@ -14,7 +14,7 @@ using tests::MoveInput;
 
 namespace {
 
-// Between two events of one hand; the receiver's queue is asked in between, as it is on a real desk.
+// Between two events of one user; the receiver reads its queue in between, as it does under a real user.
 constexpr auto handPace = std::chrono::milliseconds(50);
 constexpr auto typingPace = std::chrono::milliseconds(20);
 

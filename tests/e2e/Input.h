@@ -1,5 +1,5 @@
 #pragma once
-// Real input: the cursor is moved and buttons are pressed the way a hand does it, through the platform's input queue.
+// Real input: the cursor, the mouse buttons and the keyboard, through the platform's input queue.
 
 #include <string>
 #include <vector>
@@ -15,21 +15,21 @@ void MoveCursor(POINT point);
 void PressLeftButton();
 void ReleaseLeftButton();
 
-/// Moves to `point`, presses and releases, at a hand's pace.
+/// Moves to `point`, presses and releases, at the pace of a user.
 void Click(POINT point);
 
-/// Moves to `point`, presses and releases in one go, faster than any hand: nothing of another program comes between.
+/// Moves to `point`, presses and releases in one call: no input of another program comes between.
 void ClickAtOnce(POINT point);
 
 /// Presses at `from`, moves to `to` and releases there.
 void Drag(POINT from, POINT to);
 
-/// Lets go of the left button at `place`, at the end of a drag. The platform's loop of a drag takes the place of
-/// whatever message comes for the cursor's, and one that has waited tells an old place: so the hand trembles for a
-/// while before.
+/// Releases the left button at `place`, at the end of a drag. The platform's loop of a drag takes the position of any
+/// message that arrives for the cursor's, and a message that has waited carries an old position. So the cursor moves by
+/// a pixel a few times before.
 void LetGo(POINT place);
 
-/// Presses at the first of `places`, moves through the others and lets go.
+/// Presses at the first of `places`, moves through the others and releases.
 void DragThrough(const std::vector<POINT> &places);
 
 /// Presses and releases a key of the keyboard.

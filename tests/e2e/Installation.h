@@ -1,7 +1,7 @@
 #pragma once
-// The dock as a person finds it on the disk: the program in its folder, the pictures beside it, stub files and language
-// resources as a content service leaves them, a user without documents. It lives in the real folders of the prefix,
-// which belongs to this test run alone, since a program's %ProgramFiles% can't be redirected from outside.
+// The installed dock: the program in its folder, the pictures beside it, stub files and language resources as a content
+// service leaves them, a user without documents. It is in the real folders of the prefix, which no other run uses,
+// since the %ProgramFiles% of a program can't be redirected from outside.
 
 #include <optional>
 #include <string>
@@ -13,7 +13,7 @@
 
 namespace lumenor::e2e {
 
-/// One entry of a content document or stub, as a test writes it.
+/// One entry of a document or stub.
 struct Entry {
   std::wstring head = {};
   std::wstring actionType = {};
@@ -37,7 +37,7 @@ class Installation {
 public:
   /// Clears what an earlier test or the dock left and installs the program, its pictures and English texts, a recorder
   /// as the main application and the dock's own registry keys. No stub, no document. The welcome screen counts as
-  /// shown: it is modal, and would stand in the way of every other test.
+  /// shown: it is modal, and would block every other test.
   Installation();
   ~Installation();
   Installation(const Installation &) = delete;
@@ -56,7 +56,7 @@ public:
     return {.head = head, .actionType = L"exe", .actionParams = RecorderCommand(arguments), .position = position};
   }
 
-  /// Where the pictures lie ("..\resources" as seen from the program).
+  /// The folder of the pictures, "..\resources" from the program.
   std::wstring ResourcesFolder() const { return programFolder + L"\\resources"; }
 
   /// The folder of the user's documents.
@@ -83,20 +83,20 @@ public:
   /// Writes any text as that list.
   void WriteRawSearchProviders(const std::string &text) const;
 
-  /// Leaves the list of search providers that the product ships.
+  /// Removes what WriteSearchProviders has written, so that the list that the product ships is found.
   void UseFactorySearchProviders() const;
 
   /// Installs the stubs that the product ships.
   void UseFactoryContent() const;
 
-  /// Writes a file of the machine that isn't in the dock's folders, and returns its path.
+  /// Writes a file that is none of the dock's, and returns its path.
   std::wstring WriteAside(const std::wstring &fileName, const std::string &bytes) const;
 
   /// Puts a recorder where the program of the video tour is.
   void InstallTour() const;
 
-  /// Makes the user one who agreed to be counted, in the file of the collector that the machine's registry names; or
-  /// one who didn't.
+  /// Writes the user's consent to being counted, or the refusal, into the file of the collector that the machine's
+  /// registry names.
   void OptIn(bool agreed = true) const;
 
   /// Puts a recorder where the machine's registry says that the collector is, and returns its path.
@@ -142,7 +142,7 @@ std::optional<std::wstring> DockValue(const std::wstring &name);
 void SetDockValue(const std::wstring &name, const std::wstring &text);
 void RemoveDockValue(const std::wstring &name);
 
-/// What the dock keeps of its tracking from one run to the next: REG_SZ below HKEY_CURRENT_USER
+/// What the tracking keeps from one run to the next: REG_SZ below HKEY_CURRENT_USER
 /// "SOFTWARE\Wow6432Node\Tarnwick\Lumenor\Dock".
 std::optional<std::wstring> TrackingValue(const std::wstring &name);
 void SetTrackingValue(const std::wstring &name, const std::wstring &text);

@@ -73,7 +73,7 @@ protected:
     return Published();
   }
 
-  /// The dock can't be built, says so and ends.
+  /// The dock can't be built, logs that and ends.
   void ExpectFailedStart() const {
     const DockProcess dock(installation);
     EXPECT_EQ(0U, dock.WaitForExit());

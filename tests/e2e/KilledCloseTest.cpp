@@ -1,4 +1,4 @@
-// What is left of the user's buttons when the dock is ended in the middle of its close, as often as LUMENOR_KILLS says.
+// What is left of the user's buttons when the dock is killed during its close. LUMENOR_KILLS sets how many kills.
 
 #include <cstdio>
 #include <cstdlib>
@@ -18,8 +18,8 @@ using std::chrono::microseconds;
 constexpr int usualKills = 3;
 
 int Kills() {
-  const char *const wanted = std::getenv("LUMENOR_KILLS");
-  return wanted == nullptr ? usualKills : std::atoi(wanted);
+  const char *const number = std::getenv("LUMENOR_KILLS");
+  return number == nullptr ? usualKills : std::atoi(number);
 }
 
 class KilledClose : public ::testing::Test {
@@ -44,7 +44,7 @@ protected:
            ::PostMessageW(dock.Bar(), WM_CLOSE, 0, 0);
   }
 
-  /// Closes the dock and lets it be; how long until it had ended.
+  /// Closes the dock without killing it; how long until it had ended.
   microseconds DurationOfAClose() {
     const DockProcess dock(installation);
     EXPECT_TRUE(StartClose(dock));
@@ -61,7 +61,7 @@ protected:
     while (Clock::now() - start < instant)
       ::SwitchToThread();
     dock.Kill();
-    std::printf("."); // a long run isn't taken for one that hangs
+    std::printf("."); // in-wine ends a program that prints nothing
     std::fflush(stdout);
   }
 

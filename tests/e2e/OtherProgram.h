@@ -1,5 +1,5 @@
 #pragma once
-// Another program of the machine, at work on the user's files: the platform's command interpreter.
+// Another program that changes the user's files: the platform's command interpreter.
 
 #include <string>
 

@@ -1,5 +1,5 @@
 #pragma once
-// A window of the test's own process: something else on the desktop to click at, and an ear for broadcasts.
+// A window of the test's own process: something else on the desktop to click, and a listener to broadcasts.
 
 #include <atomic>
 #include <thread>

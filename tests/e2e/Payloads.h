@@ -1,6 +1,6 @@
 #pragma once
-// The payload files that the dock leaves for the collector, as text. What no test can know beforehand, times and
-// identifiers, is looked at by itself; the rest is compared whole.
+// The payload files that the dock leaves for the collector, as text. Times and identifiers, which no test can know, are
+// checked by themselves; the rest is compared whole.
 
 #include <string>
 #include <utility>
@@ -19,7 +19,7 @@ std::wstring OpenPayload(const Installation &installation);
 /// The names of the payloads that were handed over.
 std::vector<std::wstring> ClosedPayloads(const Installation &installation);
 
-/// An element of a payload, with the rows that stand behind its session, feature, action and time.
+/// An element of a payload, with the rows that follow its session, feature, action and time.
 std::string ElementText(const std::string &name, const std::string &type, int sequence, const std::string &action,
                         const std::vector<std::pair<std::string, std::string>> &rows);
 
@@ -42,11 +42,11 @@ std::vector<std::string> ValuesOf(const std::string &payload, const std::string 
 /// Whether the text is a UUID as the platform writes it.
 bool IsUuid(const std::string &text);
 
-/// The time that a text of a payload or of the registry tells, as a file time (100 nanoseconds); 0 when it isn't of
-/// that form, which has no leading zeros.
+/// The time in a text of a payload or of the registry, as a file time (100 nanoseconds); 0 when it isn't of that form,
+/// which has no leading zeros.
 ULONGLONG TimeOf(const std::string &text);
 
-/// The present as a file time, without what is below a second.
+/// The present as a file time, cut to whole seconds.
 ULONGLONG Now();
 
 inline constexpr ULONGLONG oneSecond = 10'000'000; // of a file time

@@ -14,7 +14,7 @@ namespace {
 constexpr ULONG extendedHandleInformation = 64;
 constexpr LONG bufferTooSmall = static_cast<LONG>(0xC0000004);
 
-/// What the platform tells of every handle of every process; no header has it.
+/// The platform's information on every handle of every process; no header declares it.
 struct HandleEntry {
   void *object;
   ULONG_PTR processId;

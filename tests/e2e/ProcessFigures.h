@@ -1,5 +1,5 @@
 #pragma once
-// What a process of the platform holds, counted from outside.
+// The resources of a process, counted from outside.
 
 #include "system/Windows.h"
 
@@ -11,7 +11,7 @@ int ThreadCount(DWORD processId);
 /// The handles that the process has open now; files, threads, keys, events and the like.
 int HandleCount(DWORD processId);
 
-/// The memory that the process has for itself now, in MB; 0 when it can't be asked.
+/// The private memory of the process now, in MB; 0 when the platform refuses to tell.
 double PrivateMegabytes(DWORD processId);
 
 } // namespace lumenor::e2e

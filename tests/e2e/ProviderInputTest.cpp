@@ -1,4 +1,4 @@
-// Lists that are not as they should be: the bar comes up, shows what can be shown, and stays usable.
+// Broken and huge lists: the bar starts, shows what can be shown, and stays usable.
 
 #include <gtest/gtest.h>
 
@@ -34,7 +34,7 @@ protected:
     return popups.empty() ? 0 : HeightOf(popups[0]);
   }
 
-  /// A button of the bar still answers, and the dock ends as it should.
+  /// A button of the bar still works, and the dock ends with 0.
   void ExpectUsable(DockProcess &dock) {
     const std::size_t before = installation.RecordedCommandLines().size();
     Click(dock.MainButton(1));
@@ -70,7 +70,7 @@ TEST_F(ProviderInput, FilesOfNoBytesAreEmptyLists) {
   ExpectUsable(dock);
 }
 
-TEST_F(ProviderInput, AMalformedListWhileTheBarStandsKeepsTheLastOne) {
+TEST_F(ProviderInput, AMalformedListKeepsTheLastOneWhileTheBarRuns) {
   installation.WriteDocument(forYouList, {WordEntry(L"one"), WordEntry(L"two")});
   ShownDock dock(installation);
   const int readings = installation.ForYouReadings();
@@ -162,7 +162,7 @@ TEST_F(ProviderInput, AMissingPictureGivesTheDefaultOne) {
   ExpectUsable(dock);
 }
 
-TEST_F(ProviderInput, APictureThatIsNoneGivesTheDefaultOneAtTheStartAndLater) {
+TEST_F(ProviderInput, ACorruptPictureGivesTheDefaultOneAtTheStartAndLater) {
   WriteBytes(installation.ResourcesFolder() + L"\\corrupt.png", "this is no picture at all");
   Entry entry = WordEntry(L"corrupt");
   entry.image = L"..\\resources\\corrupt.png";

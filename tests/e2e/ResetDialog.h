@@ -1,5 +1,5 @@
 #pragma once
-// The question that the dock asks before it throws the user's buttons away.
+// The dialog in which the dock asks before it discards the user's buttons.
 
 #include <vector>
 
@@ -7,7 +7,7 @@
 
 namespace lumenor::e2e {
 
-/// Clicks the reset button and returns the window of the question. Raises an error when it doesn't come.
+/// Clicks the reset button and returns the window of the dialog. Raises an error when it doesn't come.
 HWND OpenResetDialog(const DockProcess &dock);
 
 /// The dialog's two buttons in the order on the screen, left to right: yes, no.

@@ -1,4 +1,4 @@
-// The row of user buttons, longer than its room, and its two arrows.
+// The row of user buttons, longer than its viewport, and its two arrows.
 
 #include <algorithm>
 #include <utility>
@@ -13,9 +13,10 @@ namespace lumenor::e2e {
 namespace {
 
 constexpr LONG buttonPitch = 77 + 4;
-constexpr LONG roomWidth = 900 - 3 * 77 - 2 - 204 - 2; // beside three fixed buttons, two splitters and the fixed end
+constexpr LONG viewportWidth =
+    900 - 3 * 77 - 2 - 204 - 2; // beside three fixed buttons, two splitters and the fixed end
 constexpr LONG step = 77;
-constexpr LONG rightmost = roomWidth - 30 * buttonPitch; // where a row of thirty stands at its right end
+constexpr LONG rightmost = viewportWidth - 30 * buttonPitch; // where a row of thirty stands at its right end
 
 class Scroll : public ::testing::Test {
 protected:
@@ -39,7 +40,7 @@ protected:
     return WaitFor([&] { return dock.RowLeft() == left; });
   }
 
-  /// Where the row stands when it has stood still for longer than a slide takes.
+  /// Where the row stands once it hasn't moved for longer than a slide takes.
   static LONG WhereTheRowRests(const DockProcess &dock) {
     LONG place = dock.RowLeft();
     const auto isMoving = [&] {
@@ -96,7 +97,7 @@ TEST_F(Scroll, TheScreenShowsTheRowWhereItsWindowsStand) {
 }
 
 // On a busy machine a slide may be over before the click that was meant to come during it, or be seen at its end only.
-// Then it was two slides one after the other, which is as far as two clicks can bring the row, and the hand tries
+// Then there were two slides, one after the other, which is as far as two clicks can move the row, and the test tries
 // again.
 TEST_F(Scroll, AClickDuringTheSlideStartsFromWhereTheRowIs) {
   ShownDock dock(installation);
@@ -114,7 +115,7 @@ TEST_F(Scroll, AClickDuringTheSlideStartsFromWhereTheRowIs) {
     ASSERT_GE(end, start - 2 * step);
     wasInTime = end > start - 2 * step;
   }
-  EXPECT_TRUE(wasInTime) << "no click ever found the row under way";
+  EXPECT_TRUE(wasInTime) << "no click came during a slide";
 }
 
 TEST_F(Scroll, ARowThatFitsHasNoArrows) {

@@ -1,4 +1,4 @@
-// From nothing to the bar: the command line, the documents' first build, one instance.
+// The start: the command line, the first build of the documents, the single instance.
 
 #include <gtest/gtest.h>
 
@@ -40,7 +40,7 @@ TEST(Start, BuildsTheDocumentsFromTheStubsOfThreeLocaleFolders) {
   EXPECT_TRUE(Exists(installation.DocumentPath(mainDocument)));
 }
 
-TEST(Start, TwoOptionsOfNoMeaningStartTheDock) {
+TEST(Start, TwoUnknownOptionsStartTheDock) {
   const Installation installation;
   ShownDock dock(installation, L"-x /y");
 }
@@ -72,24 +72,24 @@ TEST(Start, ASecondStartBesideAPanelProcessBroadcastsNothing) {
   const std::wstring panel =
       installation.DockExe().substr(0, installation.DockExe().rfind(L'\\')) + L"\\LumenorPanel.exe";
   ASSERT_TRUE(::CopyFileW(installation.DockExe().c_str(), panel.c_str(), FALSE));
-  const OtherWindow ear(elsewhere, ::RegisterWindowMessageW(activateMessage));
+  const OtherWindow listener(elsewhere, ::RegisterWindowMessageW(activateMessage));
   ShownDock first(installation, L"", panel);
 
   const DockProcess second(installation);
 
   EXPECT_EQ(0u, second.WaitForExit());
-  EXPECT_TRUE(HoldsFor([&] { return ear.Count() == 0; }, std::chrono::milliseconds(500)));
+  EXPECT_TRUE(HoldsFor([&] { return listener.Count() == 0; }, std::chrono::milliseconds(500)));
 }
 
 TEST(Start, ASecondStartWithoutAPanelProcessBroadcastsOnce) {
   const Installation installation;
-  const OtherWindow ear(elsewhere, ::RegisterWindowMessageW(activateMessage));
+  const OtherWindow listener(elsewhere, ::RegisterWindowMessageW(activateMessage));
   ShownDock first(installation);
 
   const DockProcess second(installation);
 
   EXPECT_EQ(0u, second.WaitForExit());
-  EXPECT_TRUE(WaitFor([&] { return ear.Count() == 1; }));
+  EXPECT_TRUE(WaitFor([&] { return listener.Count() == 1; }));
 }
 
 TEST(Start, TheBarIsCentredAtTheTopAndNineHundredWideOnAScreenOf1280) {

@@ -13,8 +13,8 @@ namespace {
 
 constexpr wchar_t trayClass[] = L"Shell_TrayWnd";
 
-// What SHAppBarMessage of the test platform asks: it sends the question to the window of this class, with the memory
-// that the answer goes to, shared between the two processes.
+// SHAppBarMessage of the test platform sends its question to the window of this class, with the shared memory that the
+// answer goes to.
 constexpr wchar_t answeringClass[] = L"WineAppBar";
 
 struct BarData {
@@ -36,11 +36,11 @@ struct BarAnswer {
   BarData data;
 };
 
-// Of the platform's library for the shell, which has them by number only.
+// The platform's shell library exports these by number only.
 constexpr WORD lockSharedOrdinal = 8;
 constexpr WORD unlockSharedOrdinal = 9;
 
-// The answer is read from the start of the memory, and what the lock gives lies that many bytes behind it.
+// The answer is read from the start of the memory; the lock returns an address that many bytes behind it.
 constexpr std::size_t lockedBehind = 4;
 
 template <typename Function> Function ShellFunction(WORD ordinal) {

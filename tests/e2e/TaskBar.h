@@ -1,6 +1,6 @@
 #pragma once
-// A task bar, as the shell of a desktop shows one. The test platform's own is nowhere to be seen, and it tells of it
-// what nobody can change; this one is found before it.
+// A task bar, as the shell of a desktop shows one. The test platform's own is hidden, and its reported place is fixed.
+// This one is found before it.
 
 #include <atomic>
 #include <thread>

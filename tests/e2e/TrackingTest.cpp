@@ -1,4 +1,4 @@
-// What the dock counts of its use, and what becomes of it: payload files, the hand-over to the collector.
+// What the dock counts of its use: payload files, and their transfer to the collector.
 
 #include <algorithm>
 #include <cstdint>
@@ -65,7 +65,7 @@ protected:
   /// The stored action of the button of that name.
   std::wstring Program(const std::wstring &head) const { return installation.RecorderCommand(head); }
 
-  /// A click on the button of that name of the bar, as it is told.
+  /// The element of a click on the bar's button of that name.
   std::string ClickElement(const wchar_t *head, int sequence, int count) const {
     return ElementText(Utf8(head), "DockIconType", sequence, "Click",
                        {{"ActionCount", std::to_string(count)},
@@ -110,7 +110,7 @@ protected:
 
   std::string AppId() const { return Utf8(DockValue(L"AppID").value_or(L"none")); }
 
-  /// Every time lies between the start of the test and now, in its order, and there is but one session.
+  /// All times lie between the start of the test and now, in order, and there is one session.
   void ExpectOneSession(const std::string &payload) const {
     ULONGLONG last = begin;
     for (const std::string &time : ValuesOf(payload, "TrackTimestamp")) {
@@ -129,7 +129,7 @@ protected:
   const ULONGLONG begin = Now();
 };
 
-TEST_F(Tracking, WithConsentThePayloadTellsEveryUseInItsOrder) {
+TEST_F(Tracking, WithConsentThePayloadHoldsEveryUseInOrder) {
   installation.OptIn();
   ShownDock dock(installation);
   const POINT fixed = dock.MainButton(0);
@@ -177,7 +177,7 @@ TEST_F(Tracking, WithConsentThePayloadTellsEveryUseInItsOrder) {
   EXPECT_EQ(Names(), ClosedPayloads(installation));
 }
 
-TEST_F(Tracking, AButtonDroppedAtItsOwnPlaceIsNotTold) {
+TEST_F(Tracking, AButtonDroppedAtItsOwnPlaceIsNotCounted) {
   installation.OptIn();
   ShownDock dock(installation);
   const POINT second = dock.UserButton(1);
@@ -191,7 +191,7 @@ TEST_F(Tracking, AButtonDroppedAtItsOwnPlaceIsNotTold) {
   EXPECT_EQ(PayloadText({WindowElement(1, "Open"), WindowElement(2, "Close")}), Masked(Payload()));
 }
 
-TEST_F(Tracking, WithoutConsentNothingIsOnTheDiskAndTheMachineHasItsIdentityAllTheSame) {
+TEST_F(Tracking, WithoutConsentNoPayloadIsWrittenButTheApplicationIdIs) {
   std::string firstId;
   for (const bool wasAsked : {false, true}) {
     installation.InstallCollector();
@@ -209,7 +209,7 @@ TEST_F(Tracking, WithoutConsentNothingIsOnTheDiskAndTheMachineHasItsIdentityAllT
   EXPECT_TRUE(CollectorStarts().empty());
 }
 
-TEST_F(Tracking, ADuePayloadIsClosedNamedByItsChecksumAndGivenToTheCollector) {
+TEST_F(Tracking, ADuePayloadIsClosedNamedByItsChecksumAndPassedToTheCollector) {
   installation.OptIn();
   const std::wstring collector = installation.InstallCollector();
   SetMachineValue(L"pcbrand", L"Brand & Sons");
@@ -251,7 +251,7 @@ TEST_F(Tracking, ADuePayloadIsClosedNamedByItsChecksumAndGivenToTheCollector) {
   EXPECT_EQ(1U, CollectorStarts().size());
 }
 
-TEST_F(Tracking, ADuePayloadWithoutACollectorIsClosedAllTheSame) {
+TEST_F(Tracking, ADuePayloadIsClosedEvenWithoutACollector) {
   installation.OptIn();
   SetTrackingValue(L"NextTransferTime", L"1/2/2020 3:4:5");
   ShownDock dock(installation);
@@ -279,10 +279,10 @@ TEST_F(Tracking, ADuePayloadWaitsAtTheCloseForTheNextRun) {
   EXPECT_TRUE(CollectorStarts().empty());
 }
 
-TEST_F(Tracking, APayloadThatHasGrownTooBigIsHandedOverAtTheClose) {
+TEST_F(Tracking, APayloadThatHasGrownTooBigIsTransferredAtTheClose) {
   installation.OptIn();
   installation.InstallCollector();
-  const std::string former(51200, 'x'); // what earlier runs have gathered
+  const std::string former(51200, 'x'); // what earlier runs have collected
   ::CreateDirectoryW(installation.UserFolder().c_str(), nullptr);
   ::CreateDirectoryW(PayloadFolder(installation).c_str(), nullptr);
   WriteBytes(OpenPayload(installation), "<payload><element name=\"" + former + "\"/></payload>");
@@ -296,7 +296,7 @@ TEST_F(Tracking, APayloadThatHasGrownTooBigIsHandedOverAtTheClose) {
   EXPECT_EQ(Names{std::to_wstring(Checksum(payload)) + L".ruq"}, ClosedPayloads(installation));
   EXPECT_FALSE(Exists(OpenPayload(installation)));
   EXPECT_TRUE(WaitFor([&] { return CollectorStarts().size() == 1; }));
-  EXPECT_EQ(std::nullopt, TrackingValue(L"NextTransferTime")) << "the time of the next stays as it was";
+  EXPECT_EQ(std::nullopt, TrackingValue(L"NextTransferTime")) << "the time of the next transfer is unchanged";
 }
 
 TEST_F(Tracking, AResetOpensTheDockAgainInTheSamePayload) {

@@ -26,7 +26,7 @@ using std::chrono::steady_clock;
 
 constexpr RECT elsewhere = {300, 700, 900, 950};
 
-/// Puts `bytes` into the file in the place of what it holds, as often as it takes: a reader may have it just then.
+/// Replaces the content of the file by `bytes`, and tries again while a reader has it open.
 void Overwrite(const std::wstring &path, const std::string &bytes) {
   ASSERT_TRUE(WaitFor([&] {
     const FileHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
@@ -62,18 +62,18 @@ protected:
 
   std::wstring Other() const { return installation.UserFolder() + L"\\other.txt"; }
 
-  /// One entry that tells the number of its writing.
+  /// One entry with the number of its write.
   std::vector<Entry> List(int number) const {
     return {installation.RecorderEntry(L"Write " + std::to_wstring(number), L"write " + std::to_wstring(number))};
   }
 
-  /// Lets the dock make its documents: a start that makes them wakes the watchers by that.
+  /// Lets the dock make its documents: a start that makes them wakes the watchers.
   void MakeDocuments() const { ShownDock dock(installation); }
 
   /// A list of so many entries.
   std::vector<Entry> ListOf(int count) const { return std::vector<Entry>(static_cast<std::size_t>(count), List(0)[0]); }
 
-  /// What the process has once it has so many threads again and nothing of it changes any more.
+  /// The figures of the process once it has `threads` threads again and its handles don't change any more.
   static Figures SettledFigures(const DockProcess &dock, int threads) {
     Figures last = {};
     EXPECT_TRUE(WaitFor([&] {
@@ -87,7 +87,7 @@ protected:
   const Installation installation;
 };
 
-/// How long a list of another length took to be on the screen; nothing when it didn't come.
+/// How long it took until a list of another length was on the screen; nothing when it didn't come.
 std::optional<milliseconds> TimeUntilShown(const std::wstring &path, const std::vector<Entry> &list, HWND flyout) {
   const auto begin = steady_clock::now();
   const LONG height = 40 + 40 * static_cast<LONG>(list.size());
@@ -99,7 +99,7 @@ std::optional<milliseconds> TimeUntilShown(const std::wstring &path, const std::
 
 TEST_F(WatchedFolder, TwoHundredSeparateChangesAreShownAndLeaveNothingBehind) {
   constexpr int changes = 200;
-  constexpr double megabytesOfChance = 4; // the heap's own; 200 watchers that stay would take 400
+  constexpr double heapNoiseMegabytes = 4; // 200 watchers that stay would take 400
   MakeDocuments();
   ShownDock dock(installation);
   const HWND flyout = OpenForYou(dock);
@@ -120,7 +120,7 @@ TEST_F(WatchedFolder, TwoHundredSeparateChangesAreShownAndLeaveNothingBehind) {
   Print("after the second change", second);
   Print("after the last change", last);
   EXPECT_EQ(second.handles, last.handles);
-  EXPECT_GT(second.megabytes + megabytesOfChance, last.megabytes);
+  EXPECT_GT(second.megabytes + heapNoiseMegabytes, last.megabytes);
   std::sort(times.begin(), times.end());
   std::printf("    shown after %lld ms, at worst %lld ms\n", static_cast<long long>(times[changes / 2].count()),
               static_cast<long long>(times.back().count()));
@@ -163,7 +163,7 @@ TEST_F(WatchedFolder, TenThousandWritesLoseNoLastStateWhileTheListIsClicked) {
     Click(Center(elsewhere));
     return HoldsFor([&] { return dock.Popups().empty(); }, seconds(1));
   }));
-  // A row that is made anew between the press and the release loses the click: the hand tries again.
+  // A row that is replaced between the press and the release loses the click, and the user tries again.
   const auto choose = [&] {
     Click(dock.ForYouButton());
     if (dock.WaitForPopup() == nullptr)

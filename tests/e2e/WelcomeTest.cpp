@@ -1,4 +1,4 @@
-// The welcome screen: who gets to see it, and what closing it leaves behind.
+// The welcome screen: when it comes, and what closing it stores.
 
 #include <algorithm>
 
@@ -43,15 +43,15 @@ protected:
   static POINT UpdateCheckBox(HWND dialog) { return BoxOf(ButtonsOf(dialog).at(1)); }
   static POINT StartupCheckBox(HWND dialog) { return BoxOf(ButtonsOf(dialog).at(3)); }
 
-  /// Starts the dock and closes it again, which only goes when no dialog stands in the way.
+  /// Starts the dock and closes it again, which works only while no dialog is open.
   void RunOnce() {
     ShownDock dock(installation);
     EXPECT_TRUE(HoldsFor([&] { return dock.Popups().empty(); }, std::chrono::milliseconds(500)));
     ASSERT_EQ(0U, CloseByButton(dock));
   }
 
-  /// Starts the dock, closes the screen that greets, and closes the dock.
-  void RunGreeted() {
+  /// Starts the dock, closes the welcome screen, and closes the dock.
+  void RunWithWelcome() {
     ShownDock dock(installation);
     const HWND dialog = AwaitPopup(dock);
     Click(CloseButton(dialog));
@@ -62,25 +62,25 @@ protected:
   const Installation installation;
 };
 
-TEST_F(Welcome, GreetsAtTheFirstStartOnly) {
-  RunGreeted();
+TEST_F(Welcome, ComesAtTheFirstStartOnly) {
+  RunWithWelcome();
   EXPECT_EQ(L"0", DockValue(welcomeValue));
   RunOnce();
   EXPECT_EQ(L"0", DockValue(welcomeValue));
 }
 
-TEST_F(Welcome, GreetsOnceMoreForAValueOfOneAndNotForAnyOther) {
+TEST_F(Welcome, ComesAgainForAValueOfOneAndForNoOther) {
   SetDockValue(welcomeValue, L"1");
-  RunGreeted();
+  RunWithWelcome();
   EXPECT_EQ(L"0", DockValue(welcomeValue));
   SetDockValue(welcomeValue, L"yes");
   RunOnce();
   EXPECT_EQ(L"yes", DockValue(welcomeValue));
 }
 
-TEST_F(Welcome, GreetsWhereTheKeyWasMissingSinceTheDockKeepsItsIdentityThere) {
+TEST_F(Welcome, ComesWhereTheKeyWasMissingSinceTheDockStoresItsIdThere) {
   ASSERT_EQ(ERROR_SUCCESS, ::RegDeleteTreeW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick"));
-  RunGreeted();
+  RunWithWelcome();
   EXPECT_EQ(L"0", DockValue(welcomeValue));
   EXPECT_NE(std::nullopt, DockValue(L"AppID"));
 }
@@ -91,7 +91,7 @@ TEST_F(Welcome, IsNotedAsShownWhileItStands) {
   EXPECT_EQ(L"0", DockValue(welcomeValue));
 }
 
-TEST_F(Welcome, StandsBelowTheBarAtItsMiddleAndHoldsItBack) {
+TEST_F(Welcome, StandsBelowTheMiddleOfTheBarAndBlocksIt) {
   ShownDock dock(installation);
   const HWND dialog = AwaitPopup(dock);
   EXPECT_TRUE(StandsAt(dialog, {260, 77, 1020, 527}));

@@ -1,6 +1,6 @@
 #pragma once
-// What tests of windows need of the desk: messages pumped, the real cursor and keys, the pixels of the real screen, and
-// what goes to the event log.
+// What tests of windows need of the desktop: a message pump, the real cursor and keys, the pixels of the real screen,
+// and the reports to the event log.
 
 #include <cstdint>
 #include <string>
@@ -13,7 +13,7 @@ namespace lumenor::desk {
 
 using tests::PumpUntil;
 
-/// Pumps until nothing waits any more, paint messages included.
+/// Pumps until the queue is empty, paint messages included.
 void PumpAll();
 
 /// Moves the cursor to `point` (screen pixels), and pumps until it is there.
@@ -32,7 +32,7 @@ std::uint32_t PixelAt(POINT point);
 /// The tool tip windows of this thread.
 std::vector<HWND> ToolTips();
 
-/// A plain opaque window of one colour, topmost, for what lies behind or beside a window under test.
+/// A plain, opaque, topmost window of one colour, behind or beside a window under test.
 class Backdrop {
 public:
   Backdrop(const RECT &area, COLORREF color);
@@ -47,7 +47,7 @@ private:
   HWND window;
 };
 
-/// Hears what goes to the event log while it lives; the reports still go there.
+/// Records the reports to the event log while it lives, and passes them on.
 class EventLogSpy {
 public:
   EventLogSpy();

@@ -1,5 +1,5 @@
 #pragma once
-// A disk that fails while it is written to: as long as one of these lives, the program's own writes of files fail.
+// Disks that fail during a write: as long as one of these lives, the program's own writes of files fail.
 
 #include "support/ImportSlot.h"
 
@@ -8,7 +8,7 @@ extern "C" decltype(&::FlushFileBuffers) __imp_FlushFileBuffers;
 
 namespace lumenor::tests {
 
-/// Takes so many bytes of each write and is full then.
+/// Takes `takenBytes` of each write and is full then.
 class FullDisk {
 public:
   explicit FullDisk(DWORD takenBytes = 0) {
@@ -46,7 +46,7 @@ private:
   const ImportSlot<decltype(__imp_WriteFile)> slot{&__imp_WriteFile, &Write};
 };
 
-/// Takes every write and loses it on the way to the disk.
+/// Takes every write and fails to flush it to the disk.
 class LossyDisk {
 private:
   static BOOL WINAPI Flush(HANDLE) {

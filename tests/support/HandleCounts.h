@@ -1,6 +1,6 @@
 #pragma once
-// What the process holds of the platform, by walking the handle values: the platform's own counters answer 0 on the
-// test platform. Take the difference over a repeated action.
+// The platform objects of the process, counted by walking the handle values: the platform's own counters return 0 on
+// the test platform. Take the difference over a repeated action.
 
 namespace lumenor::tests {
 

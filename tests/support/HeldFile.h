@@ -1,6 +1,6 @@
 #pragma once
-// A file that another program has open for a while. The while is counted in the waits of the program under test, which
-// take no time here, so that nothing depends on how busy the machine is.
+// A file that another program has open for a while. The time is counted in the waits of the program under test, which
+// return at once here, so that nothing depends on how busy the machine is.
 
 #include <functional>
 #include <string>
@@ -35,7 +35,7 @@ public:
 
   bool IsHeld() const { return static_cast<bool>(file); }
 
-  /// How long the program would have waited so far.
+  /// How long the program has asked to wait so far.
   static DWORD WaitedMs() { return waitedMs; }
 
 private:

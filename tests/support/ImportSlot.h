@@ -1,7 +1,7 @@
 #pragma once
-// Puts a function of the test's in the place of one that the program imports from the platform: to hear what is asked
-// of the platform, and for what the test platform can't do or a test can't cause otherwise. Declare the slot that the
-// linker makes of the import:
+// Replaces a function that the program imports from the platform by one of the test's: to record the calls of the
+// platform, and for what the test platform can't do or a test can't cause otherwise. Declare the slot that the linker
+// makes of the import:
 //
 //   extern "C" decltype(&::GetUserGeoID) __imp_GetUserGeoID;
 

@@ -19,7 +19,7 @@ std::wstring AppData() {
   return folder;
 }
 
-/// What can't stand in a file's name stands as %XX.
+/// Characters that a file's name can't have become %XX.
 std::wstring FileName(const std::wstring &applicationId) {
   std::wstring name;
   for (const wchar_t letter : applicationId) {

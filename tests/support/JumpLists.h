@@ -1,6 +1,6 @@
 #pragma once
 // The jump list that an application has published, as the services of the test platform keep it: a file of UTF-8 text
-// for each application id, below %APPDATA%. wine/JumpListFile.h tells its format.
+// for each application id, below %APPDATA%. wine/JumpListFile.h describes the format.
 
 #include <iosfwd>
 #include <optional>

@@ -1,5 +1,5 @@
 #pragma once
-// A registry key that a test may change, delete or make: all that it held is put back in the end.
+// A registry key that a test may change, delete or create: its former content is restored at the end.
 
 #include <cstdint>
 #include <optional>

@@ -1,5 +1,5 @@
 #pragma once
-// The one way of a test to the rolling log: it sets the process-wide level for as long as it lives and gives the lines.
+// The rolling log in a test: it sets the process-wide level for as long as it lives, and reads the lines.
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
-// Lets a test look on while the product calls COM objects of one class: for as long as it lives single operations of
-// the class's table are exchanged. The exchanged ones call the former ones, so the work still gets done.
+// Observes the calls of COM objects of one class: for as long as it lives, single operations of the class's table are
+// replaced. The replacements call the former ones, so the work is still done.
 
 #include <cstddef>
 #include <map>

@@ -1,6 +1,6 @@
 #pragma once
-// A machine whose user agreed to be counted: the collector's key in the registry, and its ini file in a test's folders.
-// What the registry held is put back in the end.
+// A user who agreed to be counted: the collector's key in the registry, and its ini file in a test's folders. The
+// registry is restored at the end.
 
 #include "support/KeptRegistryKey.h"
 #include "support/TestFolders.h"

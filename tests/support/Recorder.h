@@ -1,5 +1,5 @@
 #pragma once
-// The recorder program as a test uses it: put under any name, it notes the command line that it is started with.
+// The recorder program in a test: installed under any name, it records the command line that it is started with.
 
 #include <string>
 #include <vector>

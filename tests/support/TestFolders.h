@@ -1,6 +1,6 @@
 #pragma once
-// Folders and environment variables of a test's own. A test has one of these as a local or a fixture's member; all is
-// put back when it goes.
+// Folders and environment variables of a test. A test has one of these as a local or as a member of its fixture; the
+// destructor restores everything.
 
 #include <string>
 #include <vector>
@@ -9,7 +9,7 @@
 
 namespace lumenor::tests {
 
-/// Sets an environment variable and puts back what it held.
+/// Sets an environment variable and restores what it held.
 class EnvironmentValue {
 public:
   EnvironmentValue(const std::wstring &name, const std::wstring &value);
@@ -17,7 +17,7 @@ public:
   EnvironmentValue(const EnvironmentValue &) = delete;
   EnvironmentValue &operator=(const EnvironmentValue &) = delete;
 
-  /// Sets another value; the first one is still what is put back.
+  /// Sets another value; the former one is still what is restored.
   void Set(const std::wstring &value) const;
   void Remove() const;
 
@@ -58,7 +58,7 @@ private:
   EnvironmentValue programFilesX86;
 };
 
-/// Makes a folder and makes it current, as the dock does with the one of its executable; puts the former one back.
+/// Makes a folder and makes it current, as the dock does with the one of its executable; restores the former one.
 class CurrentFolder {
 public:
   explicit CurrentFolder(const std::wstring &folder);

@@ -1,6 +1,6 @@
 // The entry function of every test program.
 //
-// A crash under the test platform can end a process with status 0, and an assertion that fails opens a dialog
+// A crash under the test platform can end a process with status 0, and an assertion that fails opens a dialog that
 // nobody sees. Both end the process here with a status of their own; the runner also demands the closing count.
 
 #include <csignal>

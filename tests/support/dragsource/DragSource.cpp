@@ -1,4 +1,4 @@
-// Stands in for the programs that files are dragged from: drag_source LEFT TOP files PATH... or drag_source LEFT TOP
+// Replaces the programs that files are dragged from: drag_source LEFT TOP files PATH... or drag_source LEFT TOP
 // text. It shows a window at that place of the screen, and a press of the left button on it begins a drag of the
 // files, which need not exist, or of a text. The window's title is "ready" at first and after each drag the result of
 // it, in hexadecimal, and the effect.

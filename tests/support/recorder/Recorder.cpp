@@ -1,6 +1,6 @@
-// Stands in for every program that the dock starts: it notes how it was started and ends.
+// Replaces every program that the dock starts: it records how it was started, and ends.
 //
-// The note is one line of UTF-8, the command line as it came, a tab and the working folder, appended to the file that
+// The record is one line of UTF-8, the command line as it came, a tab and the working folder, appended to the file that
 // the environment variable LUMENOR_RECORD names or, without one, to lumenor-recorder.log in the folder for temporary
 // files. Several recorders may write at the same time. Ends with 0 when the line was written.
 

@@ -1,5 +1,5 @@
-// A test program that hangs: sleeper [seconds]. It says that a test has begun, and sleeps, for ever without an
-// argument, in two threads.
+// A test program that hangs: sleeper [seconds]. It reports that a test has begun, and sleeps in two threads, for ever
+// without an argument.
 
 #include <cstdio>
 #include <cstdlib>
@@ -8,10 +8,10 @@
 
 namespace {
 
-DWORD forHowLongMs = INFINITE;
+DWORD sleepMs = INFINITE;
 
 DWORD WINAPI SleepBesideMain(void *) {
-  ::Sleep(forHowLongMs);
+  ::Sleep(sleepMs);
   return 0;
 }
 
@@ -19,9 +19,9 @@ DWORD WINAPI SleepBesideMain(void *) {
 
 int main(int argumentCount, char **arguments) {
   if (argumentCount > 1)
-    forHowLongMs = static_cast<DWORD>(std::atoi(arguments[1])) * 1000;
+    sleepMs = static_cast<DWORD>(std::atoi(arguments[1])) * 1000;
   std::puts("[ RUN      ] Sleeper.Sleeps");
   std::fflush(stdout);
   ::CloseHandle(::CreateThread(nullptr, 0, SleepBesideMain, nullptr, 0, nullptr));
-  ::Sleep(forHowLongMs);
+  ::Sleep(sleepMs);
 }

@@ -2,31 +2,22 @@
 
 #include <utility>
 
+#include "content/DocumentNames.h"
 #include "content/Documents.h"
 #include "system/HResultError.h"
 #include "system/LanguageResources.h"
 #include "system/Log.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 
 namespace lumenor {
 
 namespace {
 
-constexpr wchar_t forYouQuery[] = L"//UIRoot/Lumenor.MainFrame.Controls.DockPopup.ForYou/Elements/Element";
 constexpr wchar_t searchProvidersFile[] = L"SearchProviders.xml";
 constexpr wchar_t searchProvidersQuery[] = L"//SearchingProviders/Providers";
 
 constexpr int refreshTries = 5;
-
-Element ReadForYouElement(const XmlNodePtr &node) {
-  Element element;
-  element.Head = ChildText(node, L"Head");
-  element.ActionType = ChildText(node, L"ActionType");
-  element.ActionParams = ChildText(node, L"ActionParams");
-  element.Image = ChildText(node, L"Image");
-  element.ToolTip = ChildText(node, L"ToolTip");
-  return element;
-}
 
 Element ReadSearchElement(const XmlNodePtr &node) {
   Element element;
@@ -37,12 +28,18 @@ Element ReadSearchElement(const XmlNodePtr &node) {
   return element;
 }
 
+Element ReadForYouElement(const XmlNodePtr &node) {
+  Element element = ReadSearchElement(node);
+  element.ToolTip = ChildText(node, L"ToolTip");
+  return element;
+}
+
 } // namespace
 
 void FileDataProvider::Watch(HWND window, UINT message) {
   // The newer watch stands before the former one ends, so that no change falls between the two. Without a newer one the
   // former stays.
-  if (FolderWatch watch = StartFolderWatch(window, message))
+  if (FolderWatch watch = StartFolderWatch(product::userFolder, window, message))
     watchThread = std::move(watch);
 }
 
@@ -76,7 +73,9 @@ void FileDataProvider::ReadFile(const std::wstring &path, const std::wstring &qu
 
 ForYouProvider::ForYouProvider() = default;
 
-void ForYouProvider::Refresh() { ReadFile(DocumentPath(forYouListName), forYouQuery, ReadForYouElement); }
+void ForYouProvider::Refresh() {
+  ReadFile(DocumentPath(forYouListName), L"/" + ElementsQuery(forYouListName), ReadForYouElement);
+}
 
 SearchProvider::SearchProvider() { SearchProvider::Refresh(); }
 

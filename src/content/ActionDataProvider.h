@@ -16,9 +16,6 @@ namespace lumenor {
 /// A list holds at most so many entries; a file may have more, and they are ignored.
 constexpr std::size_t maxProviderEntries = 5;
 
-/// The document that holds the For You list.
-inline constexpr wchar_t forYouListName[] = L"Lumenor.MainFrame.Controls.DockPopup.ForYou";
-
 class IActionDataProvider {
 public:
   IActionDataProvider() = default;

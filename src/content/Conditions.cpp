@@ -34,10 +34,7 @@ Verdict CheckFile(const Condition &condition) {
   return Verdict::Holds;
 }
 
-bool KeyExists(const std::wstring &path) {
-  RegistryKeyHolder holder;
-  return OpenRegistryPath(ExpandPath(path), holder, KEY_READ);
-}
+bool KeyExists(const std::wstring &path) { return static_cast<bool>(OpenRegistryKey(ExpandPath(path), KEY_READ)); }
 
 /// A value without data settles everything: for the stub when no data is asked for, and silently against it otherwise.
 Verdict EmptyRule(const Condition &condition) {
@@ -111,10 +108,8 @@ Verdict CheckValue(HKEY key, const Condition &condition) {
 
 /// The key's path isn't expanded here, unlike in the two checks for a key.
 Verdict OpenAndCheckValue(const Condition &condition) {
-  RegistryKeyHolder holder;
-  if (!OpenRegistryPath(condition.Key, holder, KEY_READ))
-    return Verdict::Fails;
-  return CheckValue(holder.key.Get(), condition);
+  const RegistryKey key = OpenRegistryKey(condition.Key, KEY_READ);
+  return key ? CheckValue(key.Get(), condition) : Verdict::Fails;
 }
 
 Verdict CheckRegistry(const Condition &condition) {

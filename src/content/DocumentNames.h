@@ -12,6 +12,9 @@ inline constexpr wchar_t forYouDocumentName[] = L"Lumenor.MainFrame.Windows.Dock
 /// Its entries aren't shown; they bring pictures for the tasks of the same position.
 inline constexpr wchar_t jumpListDocumentName[] = L"Lumenor.MainFrame.Controls.JumpList.Main";
 
+/// The For You list, which another program writes. It is never built from stubs.
+inline constexpr wchar_t forYouListName[] = L"Lumenor.MainFrame.Controls.DockPopup.ForYou";
+
 /// Whether a document can have this name, which is at once that of an element, a step of an XPath and a file's: one
 /// that XML takes without a prefix, and that the platform doesn't keep for a device. Needs a thread that has
 /// initialised COM.

@@ -6,23 +6,21 @@
 #include "content/Stubs.h"
 #include "system/Log.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 #include "system/Text.h"
 
 namespace lumenor {
 
 namespace {
 
-constexpr wchar_t makerFolder[] = L"%appdata%\\Tarnwick";
-constexpr wchar_t userFolder[] = L"%appdata%\\Tarnwick\\Lumenor";
-
 LONG Number(const std::wstring &text) { return ::_wtoi(text.c_str()); }
 
 /// Failures are left to the save, which then can't write the file.
 void MakeUserFolder() {
-  const std::wstring folder = ExpandPath(userFolder);
+  const std::wstring folder = ExpandPath(product::userFolder);
   if (PathExists(folder))
     return;
-  if (const std::wstring parent = ExpandPath(makerFolder); !PathExists(parent))
+  if (const std::wstring parent = ExpandPath(product::makerFolder); !PathExists(parent))
     ::CreateDirectoryW(parent.c_str(), nullptr);
   ::CreateDirectoryW(folder.c_str(), nullptr);
 }
@@ -43,7 +41,7 @@ DocumentReading ReadFile(const std::wstring &name) {
 
 } // namespace
 
-std::wstring DocumentPath(const std::wstring &name) { return ExpandPath(userFolder) + L"\\" + name + L".xml"; }
+std::wstring DocumentPath(const std::wstring &name) { return ExpandPath(product::userFolder) + L"\\" + name + L".xml"; }
 
 bool DocumentExists(const std::wstring &name) { return PathExists(DocumentPath(name)); }
 

@@ -9,12 +9,20 @@
 
 namespace lumenor {
 
+/// The words of `Element::ActionType`, compared with their case, and what `ActionParams` is with each.
+inline constexpr wchar_t urlAction[] = L"url";               // an address, opened as it stands
+inline constexpr wchar_t programAction[] = L"exe";           // a command line
+inline constexpr wchar_t categoryAction[] = L"eccategory";   // a category of the main application
+inline constexpr wchar_t pillarAction[] = L"pillar";         // the decimal index of one of its pillars
+inline constexpr wchar_t flyoutAction[] = L"xml";            // the name of the document that the flyout lists
+inline constexpr wchar_t helpSearchAction[] = L"helpSearch"; // nothing; of search providers only
+
 struct Element {
   std::wstring Head;      // the label
   LONG HeadMaxLength = 0; // 0 means none
   std::wstring ToolTip;
   LONG ToolTipMaxLength = 0; // 0 means none
-  std::wstring ActionType;   // "url", "exe", "eccategory", "pillar", "xml" or "helpSearch"
+  std::wstring ActionType;   // one of the words above
   std::wstring ActionParams;
   std::wstring ActionParamsBackup; // kept by stubs and files, never read from a document
   std::wstring Image;              // the name of the picture

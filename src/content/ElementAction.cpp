@@ -38,13 +38,13 @@ std::wstring PillarArguments(const std::wstring &text) { return pillarArguments 
 std::wstring CategoryArguments(const std::wstring &text) { return categoryArguments + text; }
 
 void RunElementAction(const Element &element) {
-  if (element.ActionType == L"url")
+  if (element.ActionType == urlAction)
     OpenAddress(nullptr, element.ActionParams, nullptr);
-  else if (element.ActionType == L"exe")
+  else if (element.ActionType == programAction)
     RunProgram(element.ActionParams);
-  else if (element.ActionType == L"eccategory")
+  else if (element.ActionType == categoryAction)
     OpenWithShell(MainAppPath(), CategoryArguments(element.ActionParams));
-  else if (element.ActionType == L"pillar")
+  else if (element.ActionType == pillarAction)
     OpenWithShell(MainAppPath(), PillarArguments(element.ActionParams));
 }
 

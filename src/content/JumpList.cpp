@@ -22,9 +22,9 @@ namespace {
 
 /// What starts the task. An address drops out later, since it is no file.
 CommandLine CommandOf(const Element &task) {
-  if (task.ActionType == L"eccategory")
+  if (task.ActionType == categoryAction)
     return {MainAppPath(), CategoryArguments(task.ActionParams)};
-  if (task.ActionType == L"pillar")
+  if (task.ActionType == pillarAction)
     return {MainAppPath(), PillarArguments(task.ActionParams)};
   return SplitCommandLine(task.ActionParams);
 }
@@ -86,7 +86,7 @@ ElementList LoadTasks(const ElementList &mainElements) {
   ElementList tasks = LoadDocument(userDocumentName, false);
   ElementList flyout;
   for (const Element &element : mainElements) {
-    if (element.ActionType == L"xml") {
+    if (element.ActionType == flyoutAction) {
       LogInfo("Jumplist: Add tasks");
       flyout = LoadDocument(element.ActionParams, false);
     }

@@ -8,15 +8,15 @@
 #include "system/Locale.h"
 #include "system/Log.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 
 namespace lumenor {
 
 namespace {
 
-constexpr wchar_t stubRoot[] = L"%programdata%\\Tarnwick\\Lumenor\\LangRes";
 constexpr wchar_t stubSuffix[] = L"*dstb";
 
-std::wstring LocaleFolder(const std::wstring &locale) { return ExpandPath(stubRoot) + L"\\" + locale; }
+std::wstring LocaleFolder(const std::wstring &locale) { return ExpandPath(product::stubFolder) + L"\\" + locale; }
 
 std::wstring UserLocale() {
   const std::wstring locale = LanguageCountryKey();

@@ -7,6 +7,7 @@
 #include "system/Handles.h"
 #include "system/HResultError.h"
 #include "system/Log.h"
+#include "system/Product.h"
 #include "system/Registry.h"
 #include "toolkit/Scale.h"
 
@@ -14,9 +15,7 @@ namespace lumenor {
 
 namespace {
 
-constexpr wchar_t dockKeyPath[] = L"SOFTWARE\\Tarnwick\\Lumenor";
 constexpr wchar_t dockPositionValue[] = L"DockPosition";
-constexpr wchar_t topPosition[] = L"Top";
 
 constexpr int barHeight = 77;
 constexpr int flyoutWidth = 240;
@@ -140,8 +139,8 @@ RECT ResetDialogRect(const RECT &dockRect, bool atTop, LONG barTop, const Design
 }
 
 std::wstring GetDockPosition() {
-  RegistryKey key;
-  if (::RegOpenKeyExW(HKEY_CURRENT_USER, dockKeyPath, 0, KEY_READ, key.Put()) != ERROR_SUCCESS)
+  const RegistryKey key = OpenRegistryKey(product::dockKey, KEY_READ);
+  if (!key)
     return topPosition;
   const DWORD length = RegistryStringLength(key.Get(), dockPositionValue);
   if (length == 0) {
@@ -155,8 +154,8 @@ std::wstring GetDockPosition() {
 }
 
 void SetDockPosition(const std::wstring &text) {
-  RegistryKey key;
-  if (::RegOpenKeyExW(HKEY_CURRENT_USER, dockKeyPath, 0, KEY_WRITE, key.Put()) != ERROR_SUCCESS) {
+  const RegistryKey key = OpenRegistryKey(product::dockKey, KEY_WRITE);
+  if (!key) {
     LogError("SetDockPosition: Failed to open the dockposition in the registry");
     return;
   }

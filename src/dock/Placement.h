@@ -58,6 +58,10 @@ RECT ButtonFlyoutRect(POINT corner, LONG buttonHeight, LONG flyoutHeight, const 
 /// under it too where it wouldn't be on the screen over it.
 RECT ResetDialogRect(const RECT &dockRect, bool atTop, LONG barTop, const DesignScale &scale);
 
+/// The edges as the registry names them.
+inline constexpr wchar_t topPosition[] = L"Top";
+inline constexpr wchar_t bottomPosition[] = L"Bottom";
+
 /// "Top", "Bottom" or any other text of the registry value; "Top" when it can't be read. Doesn't raise.
 std::wstring GetDockPosition();
 

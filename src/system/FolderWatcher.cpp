@@ -2,7 +2,6 @@
 
 #include <array>
 #include <memory>
-#include <string>
 #include <utility>
 
 #include "system/Guard.h"
@@ -13,14 +12,11 @@ namespace lumenor {
 
 namespace {
 
-constexpr wchar_t watchedFolder[] = L"%appdata%\\Tarnwick\\Lumenor";
-
 /// The threads need little, so each reserves little of the address space.
 constexpr SIZE_T stackReserveBytes = 128 * 1024;
 
-ChangeHandle OpenWatch() {
-  return ChangeHandle(
-      ::FindFirstChangeNotificationW(ExpandPath(watchedFolder).c_str(), FALSE, FILE_NOTIFY_CHANGE_LAST_WRITE));
+ChangeHandle OpenWatch(const std::wstring &folder) {
+  return ChangeHandle(::FindFirstChangeNotificationW(ExpandPath(folder).c_str(), FALSE, FILE_NOTIFY_CHANGE_LAST_WRITE));
 }
 
 /// False for the window of another program too, which may have been given the number of one that is gone.
@@ -50,7 +46,7 @@ void TellOfChanges(FolderWatchContext &context) {
     change.Reset();
     if (IsToEnd(context))
       return; // a newer watch stands since before the window read anew
-    change = OpenWatch();
+    change = OpenWatch(context.folder);
   }
 }
 
@@ -90,16 +86,16 @@ DWORD WINAPI FolderWatchThread(void *context) {
   return 0;
 }
 
-FolderWatch StartFolderWatch(HWND window, UINT message) {
+FolderWatch StartFolderWatch(const std::wstring &folder, HWND window, UINT message) {
   // The failure's value of this handle also stands for the process itself, whose end a wait would wait for.
-  ChangeHandle change = OpenWatch();
+  ChangeHandle change = OpenWatch(folder);
   if (!change)
     return {};
   auto [ending, endingOfThread] = MakeEndingEvent();
   if (!endingOfThread)
     return LogNoThread();
   KernelHandle thread = StartThread(std::make_unique<FolderWatchContext>(
-      FolderWatchContext{window, message, std::move(change), std::move(endingOfThread)}));
+      FolderWatchContext{folder, window, message, std::move(change), std::move(endingOfThread)}));
   if (!thread)
     return LogNoThread();
   return {std::move(thread), std::move(ending)};

@@ -1,6 +1,8 @@
 #pragma once
-// The threads that watch the folder of the user's content and tell a window by a sent message that something in it was
-// written. Any thread may start one; it ends with the FolderWatch that its start returned.
+// Threads that watch a folder and send a message to a window when a file in it is written. Any thread may start one; it
+// ends with the FolderWatch that its start returned.
+
+#include <string>
 
 #include "system/Handles.h"
 #include "system/Windows.h"
@@ -30,6 +32,7 @@ struct FolderWatch {
 
 /// What a thread is handed; it owns and frees it.
 struct FolderWatchContext {
+  std::wstring folder; // unexpanded
   HWND window;
   UINT message;
   ChangeHandle firstChange; // the watch for the first change, which stands already
@@ -40,9 +43,9 @@ struct FolderWatchContext {
 /// sees. Ends with 0 when it is told to, when the window is gone, and when the folder can't be watched any more.
 DWORD WINAPI FolderWatchThread(void *context);
 
-/// Starts a thread that sends `message` to `window` when a file in the user's folder is written. The watch stands when
-/// this comes back: from then on no first change is missed. Empty when the folder can't be watched, and with a line in
-/// the log when the platform has no thread to give.
-FolderWatch StartFolderWatch(HWND window, UINT message);
+/// Starts a thread that sends `message` to `window` when a file in the unexpanded `folder` is written. The watch stands
+/// when this returns: no change after that is missed up to the first message. Empty when the folder can't be watched
+/// and, with a line in the log, when the platform can't start a thread.
+FolderWatch StartFolderWatch(const std::wstring &folder, HWND window, UINT message);
 
 } // namespace lumenor

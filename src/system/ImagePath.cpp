@@ -2,6 +2,7 @@
 
 #include "system/Log.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 #include "system/Windows.h"
 
 namespace lumenor {
@@ -22,11 +23,11 @@ std::wstring ResolveImagePath(const std::wstring &imagePath) {
   const std::wstring installed = FallBack(imagePath, InstallFolder(), imagePath);
   if (PathExists(installed))
     return installed;
-  return FallBack(installed, ExpandPath(L"%programdata%\\Tarnwick\\Lumenor\\LangRes"), imagePath);
+  return FallBack(installed, ExpandPath(product::stubFolder), imagePath);
 }
 
 std::wstring ImageCacheFolder() {
-  std::wstring folder = ExpandPath(L"%programdata%\\Tarnwick\\Lumenor\\ImageCache\\");
+  std::wstring folder = ExpandPath(product::imageCacheFolder);
   if (!PathExists(folder))
     ::CreateDirectoryW(folder.c_str(), nullptr);
   return folder;

@@ -3,16 +3,14 @@
 #include "system/Locale.h"
 #include "system/Log.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 #include "system/Xml.h"
 
 namespace lumenor {
 
 namespace {
 
-constexpr wchar_t baseFolder[] = L"%programdata%\\Tarnwick\\Lumenor\\BaseContent\\LangRes";
-constexpr wchar_t userFolder[] = L"%appdata%\\Tarnwick\\Lumenor";
-constexpr wchar_t dockStringsFile[] = L"Lumenor.MainFrame.Windows.DockViewWindow.xml";
-constexpr wchar_t dockStringsQuery[] = L"//UIRoot/Lumenor.MainFrame.Windows.DockViewWindow/Elements/";
+constexpr wchar_t dockStringsName[] = L"Lumenor.MainFrame.Windows.DockViewWindow";
 
 /// Whether the file exists, with the search noted in the log.
 bool LookFor(const std::wstring &path) {
@@ -27,14 +25,14 @@ std::wstring PathInLocale(const std::wstring &base, const std::wstring &locale, 
 } // namespace
 
 std::wstring FindResourceFile(const std::wstring &fileName) {
-  const std::wstring base = ExpandPath(baseFolder) + L"\\LangRes_" + PlatformCode();
+  const std::wstring base = ExpandPath(product::textFolder) + L"\\LangRes_" + PlatformCode();
   std::wstring locale = LanguageCountryKey();
   if (!PathExists(PathInLocale(base, locale, fileName)))
     locale = Rfc1766Key();
   for (const std::wstring &entry : ResourceLocaleChain(locale))
     if (const std::wstring path = PathInLocale(base, entry, fileName); LookFor(path))
       return path;
-  const std::wstring path = ExpandPath(userFolder) + L"\\" + fileName;
+  const std::wstring path = ExpandPath(product::userFolder) + L"\\" + fileName;
   return LookFor(path) ? path : std::wstring();
 }
 
@@ -49,6 +47,14 @@ std::wstring LoadString(const std::wstring &fileName, const std::wstring &query)
   return document == nullptr ? std::wstring() : ChildText(document, query);
 }
 
-std::wstring LoadDockString(const std::wstring &query) { return LoadString(dockStringsFile, dockStringsQuery + query); }
+std::wstring LoadDocumentString(const std::wstring &documentName, const std::wstring &path) {
+  return LoadString(documentName + L".xml", L"//UIRoot/" + documentName + L"/Elements/" + path);
+}
+
+std::wstring LoadStringById(const std::wstring &documentName, const std::wstring &id) {
+  return LoadDocumentString(documentName, L"Element[@ID='" + id + L"']/Head");
+}
+
+std::wstring LoadDockString(const std::wstring &id) { return LoadStringById(dockStringsName, id); }
 
 } // namespace lumenor

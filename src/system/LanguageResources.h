@@ -14,8 +14,14 @@ std::wstring FindResourceFile(const std::wstring &fileName);
 /// read or nothing matches. Raises HResultError when the DOM fails.
 std::wstring LoadString(const std::wstring &fileName, const std::wstring &query);
 
-/// The same from the dock's own strings; `query` goes on from the list of elements, as in
-/// "Element[@ID='Button.Tooltip.Close']/Head".
-std::wstring LoadDockString(const std::wstring &query);
+/// The same from the resource document `documentName`; `path` is an XPath from the list of its elements on, such as
+/// "Element/Head".
+std::wstring LoadDocumentString(const std::wstring &documentName, const std::wstring &path);
+
+/// The text with the ID `id` in the resource document `documentName`.
+std::wstring LoadStringById(const std::wstring &documentName, const std::wstring &id);
+
+/// The text with the ID `id` among the dock's own strings.
+std::wstring LoadDockString(const std::wstring &id);
 
 } // namespace lumenor

@@ -1,5 +1,6 @@
 #include "system/Locale.h"
 
+#include "system/Product.h"
 #include "system/Registry.h"
 #include "system/Text.h"
 #include "system/Windows.h"
@@ -18,7 +19,6 @@ constexpr GEOID taiwan = 237;
 constexpr wchar_t defaultLanguageCountry[] = L"enu_us";
 constexpr wchar_t defaultRfc1766[] = L"en_us";
 
-constexpr wchar_t platformKeyPath[] = L"HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarnwick\\System Properties";
 constexpr wchar_t platformValue[] = L"platform";
 constexpr wchar_t defaultPlatform[] = L"VRA";
 
@@ -64,10 +64,8 @@ GEOID Rfc1766Country(LANGID language, GEOID geo) {
 }
 
 std::wstring StoredPlatform() {
-  RegistryKeyHolder holder;
-  if (!OpenRegistryPath(platformKeyPath, holder, KEY_READ))
-    return defaultPlatform;
-  return ReadRegistryString(holder.key.Get(), platformValue).value_or(defaultPlatform);
+  const RegistryKey key = OpenRegistryKey(product::machineKey, KEY_READ);
+  return key ? ReadRegistryString(key.Get(), platformValue).value_or(defaultPlatform) : defaultPlatform;
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 
 #include "system/LogFiles.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 #include "system/Windows.h"
 
 namespace lumenor {
@@ -14,7 +15,6 @@ namespace lumenor {
 namespace {
 
 constexpr wchar_t levelVariable[] = L"LUMENOR_LOGGING";
-constexpr wchar_t logFolder[] = L"%ProgramData%\\Tarnwick\\Lumenor\\Logs\\";
 
 /// The formatted message with its closing null; no bytes at all when the format call fails, as it does for a wide
 /// character that the 8-bit text has no byte for.
@@ -48,7 +48,7 @@ std::int32_t ReadLogLevel() {
 std::int32_t LogLevel = ReadLogLevel();
 
 void EnsureLogFolder() {
-  const std::wstring folder = ExpandPath(logFolder);
+  const std::wstring folder = ExpandPath(product::logFolder);
   if (!PathExists(folder))
     ::CreateDirectoryW(folder.c_str(), nullptr);
 }

@@ -5,21 +5,24 @@
 
 #include "system/Handles.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 
 namespace lumenor {
 
 namespace {
 
-constexpr wchar_t logFolder[] = L"%ProgramData%\\Tarnwick\\Lumenor\\Logs\\";
-constexpr wchar_t currentLog[] = L"%ProgramData%\\Tarnwick\\Lumenor\\Logs\\RollingDock.log";
-constexpr wchar_t rolledLogFormat[] = L"%ProgramData%\\Tarnwick\\Lumenor\\Logs\\RollingDock.%d-%d-%d.%d.%d.%d.log";
-constexpr wchar_t rolledLogPattern[] = L"%ProgramData%\\Tarnwick\\Lumenor\\Logs\\RollingDock.*.log";
+constexpr wchar_t currentLog[] = L"RollingDock.log";
+constexpr wchar_t rolledLogFormat[] = L"RollingDock.%d-%d-%d.%d.%d.%d.log";
+constexpr wchar_t rolledLogPattern[] = L"RollingDock.*.log";
 
 constexpr LONGLONG rollAboveBytes = 102400;
 constexpr std::size_t keptRolledLogs = 10;
 constexpr int timestampSize = 50;
 constexpr int rolledPathSize = 100;
 constexpr int rolledPathFields = 6;
+
+/// The unexpanded path of a file in the log's folder.
+std::wstring InLogFolder(const std::wstring &fileName) { return product::logFolder + fileName; }
 
 FileHandle OpenLog(const std::wstring &path, DWORD access, DWORD disposition) {
   return FileHandle(::CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
@@ -51,7 +54,7 @@ bool AsksForNumbersOnly(const std::wstring &format) {
 
 /// The path that the log rolls to at `time`; empty when it would be too long or the folder's name can't be formatted.
 std::wstring RolledLogPath(const SYSTEMTIME &time) {
-  const std::wstring format = ExpandPath(rolledLogFormat);
+  const std::wstring format = ExpandPath(InLogFolder(rolledLogFormat));
   if (!AsksForNumbersOnly(format))
     return {};
   wchar_t path[rolledPathSize] = {};
@@ -70,9 +73,9 @@ std::string FormatLogTimestamp(const SYSTEMTIME &time) {
 }
 
 void AppendLogLine(const std::string &line) {
-  const std::wstring path = ExpandPath(currentLog);
+  const std::wstring path = ExpandPath(InLogFolder(currentLog));
   if (LogSize(path) > rollAboveBytes) {
-    RollLogFile(currentLog);
+    RollLogFile(InLogFolder(currentLog));
     PruneLogFiles();
   }
   const FileHandle file = OpenLog(path, GENERIC_WRITE, OPEN_ALWAYS);
@@ -92,11 +95,11 @@ void RollLogFile(const std::wstring &path) {
 std::vector<std::wstring> ListRolledLogs() {
   std::vector<std::wstring> paths;
   WIN32_FIND_DATAW found = {};
-  const FindHandle find(::FindFirstFileW(ExpandPath(rolledLogPattern).c_str(), &found));
+  const FindHandle find(::FindFirstFileW(ExpandPath(InLogFolder(rolledLogPattern)).c_str(), &found));
   if (!find)
     return paths;
   do
-    paths.push_back(std::wstring(logFolder) + found.cFileName);
+    paths.push_back(InLogFolder(found.cFileName));
   while (::FindNextFileW(find.Get(), &found));
   return paths;
 }

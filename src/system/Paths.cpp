@@ -5,6 +5,7 @@
 
 #include "system/Handles.h"
 #include "system/Log.h"
+#include "system/Product.h"
 
 namespace lumenor {
 
@@ -12,10 +13,6 @@ namespace {
 
 constexpr std::wstring_view programFiles = L"%programfiles%";
 constexpr wchar_t programFilesX86[] = L"%programfiles(x86)%";
-
-constexpr wchar_t installFolder[] = L"\\Tarnwick\\Lumenor";
-constexpr wchar_t mainAppFile[] = L"\\Tarnwick\\Lumenor\\Lumenor.exe";
-constexpr wchar_t dockFile[] = L"\\Tarnwick\\Lumenor\\Dock\\LumenorDock.exe";
 
 /// The expanded place below one of the two program folders at which something is; the first when nothing is at either.
 std::wstring FindInstalled(const wchar_t *place) {
@@ -86,11 +83,11 @@ FILETIME LastWriteTime(const std::wstring &path) {
   return time;
 }
 
-std::wstring MainAppPath() { return FindInstalled(mainAppFile); }
+std::wstring MainAppPath() { return FindInstalled(product::mainAppFile); }
 
-std::wstring InstallFolder() { return FindInstalled(installFolder); }
+std::wstring InstallFolder() { return FindInstalled(product::installFolder); }
 
-std::wstring DockExePath() { return FindInstalled(dockFile); }
+std::wstring DockExePath() { return FindInstalled(product::dockFile); }
 
 std::wstring MapProgramFiles(const std::wstring &path) {
   if (PathExists(ExpandPath(path)) || !IsBelowProgramFiles(path))

@@ -1,5 +1,6 @@
 #include "system/Registry.h"
 
+#include <utility>
 #include <vector>
 
 #include "system/HResultError.h"
@@ -30,6 +31,14 @@ bool IsWellFormed(const std::vector<wchar_t> &buffer, DWORD bytes) {
   return bytes % sizeof(wchar_t) == 0 && buffer[bytes / sizeof(wchar_t) - 1] == L'\0';
 }
 
+/// False, with `holder` as it was, when there is no key.
+bool Take(RegistryKey key, REGSAM access, RegistryKeyHolder &holder) {
+  if (!key)
+    return false;
+  holder = {std::move(key), access & viewMask};
+  return true;
+}
+
 } // namespace
 
 HKEY ParseRootKey(const std::wstring &name) {
@@ -48,14 +57,15 @@ RegistryPath SplitRegistryPath(const std::wstring &path) {
   return {ParseRootKey(path.substr(0, delimiter)), path.substr(delimiter + 1)};
 }
 
-bool OpenRegistryPath(const std::wstring &path, RegistryKeyHolder &holder, REGSAM access) {
+RegistryKey OpenRegistryKey(const std::wstring &path, REGSAM access) {
   const RegistryPath split = SplitRegistryPath(path);
   RegistryKey key;
-  if (::RegOpenKeyExW(split.root, split.subkey.c_str(), 0, access, key.Put()) != ERROR_SUCCESS)
-    return false;
-  holder.key = std::move(key);
-  holder.view = access & viewMask;
-  return true;
+  ::RegOpenKeyExW(split.root, split.subkey.c_str(), 0, access, key.Put());
+  return key;
+}
+
+bool OpenRegistryPath(const std::wstring &path, RegistryKeyHolder &holder, REGSAM access) {
+  return Take(OpenRegistryKey(path, access), access, holder);
 }
 
 bool OpenOrCreateRegistryPath(const std::wstring &path, RegistryKeyHolder &holder, REGSAM access) {
@@ -63,11 +73,9 @@ bool OpenOrCreateRegistryPath(const std::wstring &path, RegistryKeyHolder &holde
     return true;
   const RegistryPath split = SplitRegistryPath(path);
   RegistryKey key;
-  if (::RegCreateKeyExW(split.root, split.subkey.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr,
-                        key.Put(), nullptr) != ERROR_SUCCESS)
-    return false;
-  holder = {std::move(key), access & viewMask};
-  return true;
+  ::RegCreateKeyExW(split.root, split.subkey.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr, key.Put(),
+                    nullptr);
+  return Take(std::move(key), access, holder);
 }
 
 DWORD RegistryStringLength(HKEY key, const std::wstring &valueName) {

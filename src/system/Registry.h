@@ -28,6 +28,9 @@ struct RegistryKeyHolder {
   REGSAM view = 0; // KEY_WOW64_32KEY, KEY_WOW64_64KEY or neither
 };
 
+/// The key at `path`; empty when the platform can't open it. Raises as SplitRegistryPath does.
+RegistryKey OpenRegistryKey(const std::wstring &path, REGSAM access);
+
 /// Opens the key at `path` into `holder`, which closes the key it had. False when the platform can't open it; `holder`
 /// then stays as it is. Raises as SplitRegistryPath does.
 bool OpenRegistryPath(const std::wstring &path, RegistryKeyHolder &holder, REGSAM access);

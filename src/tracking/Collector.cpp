@@ -6,6 +6,7 @@
 #include "system/Launch.h"
 #include "system/Log.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 #include "tracking/MachineValues.h"
 
 #include <shellapi.h>
@@ -45,7 +46,7 @@ void StartCollector() {
     return;
   }
   // The collector is given the folder as it is written here, with the variable's name in it.
-  ::ShellExecuteW(nullptr, L"open", program.c_str(), trackedApplication, payloadFolder, SW_HIDE);
+  ::ShellExecuteW(nullptr, L"open", program.c_str(), trackedApplication, product::payloadFolder, SW_HIDE);
 }
 
 } // namespace lumenor

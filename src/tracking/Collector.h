@@ -9,9 +9,6 @@ namespace lumenor {
 /// What the collector knows the dock by.
 inline constexpr wchar_t trackedApplication[] = L"lumenor3.4";
 
-/// The folder of the payloads, unexpanded.
-inline constexpr wchar_t payloadFolder[] = L"%appdata%\\Tarnwick\\Lumenor\\ruq\\";
-
 /// The expanded path of the ini file in which the collector keeps the user's choice; empty when the machine knows no
 /// collector.
 std::wstring CollectorIniFile();

@@ -1,40 +1,39 @@
 #include "tracking/MachineValues.h"
 
 #include "system/Log.h"
+#include "system/Product.h"
 #include "system/Registry.h"
 
 namespace lumenor {
 
 namespace {
 
-constexpr wchar_t machineKey[] = L"SOFTWARE\\Tarnwick\\System Properties";
-constexpr wchar_t machineKey32[] = L"SOFTWARE\\Wow6432Node\\Tarnwick\\System Properties";
-constexpr wchar_t collectorKey[] = L"HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarnwick\\MirrApp";
-constexpr wchar_t collectorKey32[] = L"HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tarnwick\\MirrApp";
-
-bool OpenMachineKey(const wchar_t *subkey, RegistryKeyHolder &holder) {
-  return OpenRegistryPath(std::wstring(L"HKEY_LOCAL_MACHINE\\") + subkey, holder, KEY_READ);
+/// The machine's key, from the second of its places when the first doesn't have it. The log names them without their
+/// root.
+RegistryKey OpenMachineKey() {
+  const std::wstring first = SplitRegistryPath(product::machineKey).subkey;
+  const std::wstring second = SplitRegistryPath(product::machineKey32).subkey;
+  if (RegistryKey key = OpenRegistryKey(product::machineKey, KEY_READ))
+    return key;
+  LogInfo("RUQMENT: unable to open reg key %S falling back to %S", first.c_str(), second.c_str());
+  RegistryKey key = OpenRegistryKey(product::machineKey32, KEY_READ);
+  if (!key)
+    LogError("RUQMENT: unable to open reg key %S", second.c_str());
+  return key;
 }
 
 } // namespace
 
 std::optional<std::wstring> ReadMachineValue(const std::wstring &name) {
-  RegistryKeyHolder holder;
-  if (!OpenMachineKey(machineKey, holder)) {
-    LogInfo("RUQMENT: unable to open reg key %S falling back to %S", machineKey, machineKey32);
-    if (!OpenMachineKey(machineKey32, holder)) {
-      LogError("RUQMENT: unable to open reg key %S", machineKey32);
-      return std::nullopt;
-    }
-  }
-  return ReadRegistryString(holder.key.Get(), name);
+  const RegistryKey key = OpenMachineKey();
+  return key ? ReadRegistryString(key.Get(), name) : std::nullopt;
 }
 
 std::wstring ReadCollectorValue(const std::wstring &name) {
-  RegistryKeyHolder holder;
-  if (!OpenRegistryPath(collectorKey, holder, KEY_READ) && !OpenRegistryPath(collectorKey32, holder, KEY_READ))
-    return {};
-  return ReadRegistryString(holder.key.Get(), name).value_or(std::wstring());
+  for (const wchar_t *path : {product::collectorKey, product::collectorKey32})
+    if (const RegistryKey key = OpenRegistryKey(path, KEY_READ))
+      return ReadRegistryString(key.Get(), name).value_or(std::wstring());
+  return {};
 }
 
 } // namespace lumenor

@@ -2,8 +2,8 @@
 
 #include "system/Log.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 #include "system/Text.h"
-#include "tracking/Collector.h"
 
 namespace lumenor {
 
@@ -50,7 +50,7 @@ XmlAttributes RowsOf(const TrackRecord &record) {
 
 /// A failure is left to the save, which then can't write the file.
 void MakePayloadFolder() {
-  const std::wstring folder = ExpandPath(payloadFolder);
+  const std::wstring folder = ExpandPath(product::payloadFolder);
   if (PathExists(folder))
     return;
   LogInfo("Creating directory %S", folder.c_str());
@@ -59,7 +59,7 @@ void MakePayloadFolder() {
 
 } // namespace
 
-std::wstring PayloadPath() { return ExpandPath(std::wstring(payloadFolder) + temporaryFile); }
+std::wstring PayloadPath() { return ExpandPath(std::wstring(product::payloadFolder) + temporaryFile); }
 
 Payload::Payload(XmlDocumentPtr document, XmlNodePtr root) : document(std::move(document)), root(std::move(root)) {}
 

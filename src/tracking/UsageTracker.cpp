@@ -11,6 +11,7 @@
 #include "system/Log.h"
 #include "system/Owner.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 #include "system/Registry.h"
 #include "system/Text.h"
 #include "tracking/Checksum.h"
@@ -25,10 +26,7 @@ namespace {
 constexpr wchar_t trackedVersion[] = L"3.4";
 constexpr wchar_t payloadEnding[] = L".ruq";
 
-constexpr wchar_t appIdKey[] = L"HKEY_CURRENT_USER\\Software\\Tarnwick\\Lumenor";
 constexpr wchar_t appIdValue[] = L"AppID";
-constexpr wchar_t settingsKey32[] = L"HKEY_CURRENT_USER\\SOFTWARE\\Wow6432Node\\Tarnwick\\Lumenor\\Dock";
-constexpr wchar_t settingsKey[] = L"HKEY_CURRENT_USER\\SOFTWARE\\Tarnwick\\Lumenor\\Dock";
 constexpr wchar_t nextTransferValue[] = L"NextTransferTime";
 constexpr wchar_t nextElementValue[] = L"NextElementSeq";
 
@@ -119,8 +117,8 @@ bool IsSameUse(const TrackRecord &left, const TrackRecord &right) {
 
 void UsageTracker::LoadAppId() {
   RegistryKeyHolder holder;
-  if (!OpenOrCreateRegistryPath(appIdKey, holder, KEY_READ | KEY_WRITE))
-    return LogFatal("Unable to create %S", appIdKey);
+  if (!OpenOrCreateRegistryPath(product::dockKey, holder, KEY_READ | KEY_WRITE))
+    return LogFatal("Unable to create %S", product::dockKey);
   applicationId = ReadRegistryString(holder.key.Get(), appIdValue).value_or(std::wstring());
   if (!applicationId.empty())
     return LogInfo("AppID is %S", applicationId.c_str());
@@ -159,7 +157,7 @@ void UsageTracker::StartSession() {
 void UsageTracker::LoadNextTransferTime() {
   SetNextTransferTime(); // holds where no time can be read
   RegistryKeyHolder holder;
-  if (!OpenOrCreateRegistryPath(settingsKey32, holder, KEY_READ))
+  if (!OpenOrCreateRegistryPath(product::trackingKey32, holder, KEY_READ))
     return;
   const SYSTEMTIME read = ParseTime(ReadRegistryString(holder.key.Get(), nextTransferValue).value_or(std::wstring()));
   // What is no date, the zeros of an empty text among it, would fail at every look at it.
@@ -273,19 +271,22 @@ void UsageTracker::TransferPayload() {
   if (enabled == 0)
     return;
   const std::wstring source = PayloadPath();
-  const std::wstring target = ExpandPath(payloadFolder) + UIntToText(FileChecksum(source)) + payloadEnding;
+  const std::wstring target = ExpandPath(product::payloadFolder) + UIntToText(FileChecksum(source)) + payloadEnding;
   LogInfo("Attempting to move file from : %S to %S", source.c_str(), target.c_str());
   ThrowIfFalse(TryWhileInUse([&] { return ::MoveFileW(source.c_str(), target.c_str()) != FALSE; }));
   StartCollector();
 }
 
 void UsageTracker::SaveSettings() {
-  RegistryKeyHolder holder;
-  if (enabled == 0 ||
-      (!OpenRegistryPath(settingsKey32, holder, KEY_WRITE) && !OpenRegistryPath(settingsKey, holder, KEY_WRITE)))
+  if (enabled == 0)
     return;
-  WriteRegistryString(holder.key.Get(), nextElementValue, UIntToText(nextElementSeq));
-  WriteRegistryString(holder.key.Get(), nextTransferValue, FormatTime(nextTransferTime));
+  RegistryKey key = OpenRegistryKey(product::trackingKey32, KEY_WRITE);
+  if (!key)
+    key = OpenRegistryKey(product::trackingKey, KEY_WRITE);
+  if (!key)
+    return;
+  WriteRegistryString(key.Get(), nextElementValue, UIntToText(nextElementSeq));
+  WriteRegistryString(key.Get(), nextTransferValue, FormatTime(nextTransferTime));
 }
 
 void UsageTracker::SetNextTransferTime() {

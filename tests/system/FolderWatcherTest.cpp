@@ -30,6 +30,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr UINT told = WM_USER + 11;
+constexpr wchar_t userFolder[] = L"%appdata%\\Tarnwick\\Lumenor";
 
 std::atomic<int> sendings;
 decltype(&::CreateThread) createThread = nullptr;
@@ -75,7 +76,7 @@ protected:
 };
 
 TEST_F(FolderWatcher, SendsItsMessageWhenAFileIsWritten) {
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   EXPECT_TRUE(watch);
   Write();
   ASSERT_TRUE(Hears(1));
@@ -85,13 +86,19 @@ TEST_F(FolderWatcher, SendsItsMessageWhenAFileIsWritten) {
 }
 
 TEST_F(FolderWatcher, WatchesTheLastWritesInTheUsersFolderAlone) {
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   EXPECT_THAT(threads.Watches(),
               ElementsAre(tests::FolderThreads::Watch{folders.UserFolder(), FALSE, FILE_NOTIFY_CHANGE_LAST_WRITE}));
 }
 
+TEST_F(FolderWatcher, WatchesTheFolderThatItIsGiven) {
+  const FolderWatch watch = StartFolderWatch(L"%ProgramData%", window.Get(), told);
+  EXPECT_THAT(threads.Watches(),
+              ElementsAre(tests::FolderThreads::Watch{folders.ProgramData(), FALSE, FILE_NOTIFY_CHANGE_LAST_WRITE}));
+}
+
 TEST_F(FolderWatcher, WatchesAnewAfterEachChange) {
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   for (std::size_t round = 1; round <= 20; ++round) {
     Write();
     ASSERT_TRUE(Hears(round));
@@ -105,7 +112,7 @@ TEST_F(FolderWatcher, WatchesAnewAfterEachChange) {
 TEST_F(FolderWatcher, StandsWhenItsStartComesBack) {
   std::vector<FolderWatch> watches;
   for (std::size_t round = 1; round <= 20; ++round) {
-    watches.push_back(StartFolderWatch(window.Get(), told));
+    watches.push_back(StartFolderWatch(userFolder, window.Get(), told));
     ASSERT_EQ(round, threads.StandingWatches());
   }
 }
@@ -117,7 +124,7 @@ TEST_F(FolderWatcher, HasNoWatchWhileTheWindowAnswers) {
       Write();
     standing.push_back(threads.StandingWatches());
   };
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   Write();
   ASSERT_TRUE(Hears(1));
   ASSERT_TRUE(Asks(2));
@@ -131,7 +138,7 @@ TEST_F(FolderWatcher, HasNoWatchWhileTheWindowAnswers) {
 }
 
 TEST_F(FolderWatcher, TellsManyWritesAtMostOnceAPass) {
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   for (int i = 0; i < 1000; ++i)
     Write(std::to_string(i)); // the thread waits for the answer from the first one on
   ASSERT_TRUE(Hears(1));
@@ -142,8 +149,9 @@ TEST_F(FolderWatcher, TellsManyWritesAtMostOnceAPass) {
 }
 
 TEST_F(FolderWatcher, SendsFromEveryThreadOnTheNextChange) {
-  const FolderWatch watches[] = {StartFolderWatch(window.Get(), told), StartFolderWatch(window.Get(), told + 1),
-                                 StartFolderWatch(window.Get(), told)};
+  const FolderWatch watches[] = {StartFolderWatch(userFolder, window.Get(), told),
+                                 StartFolderWatch(userFolder, window.Get(), told + 1),
+                                 StartFolderWatch(userFolder, window.Get(), told)};
   Write();
   ASSERT_TRUE(Hears(3));
   ASSERT_TRUE(Asks(6));
@@ -154,7 +162,7 @@ TEST_F(FolderWatcher, SendsFromEveryThreadOnTheNextChange) {
 }
 
 TEST_F(FolderWatcher, ExpandsTheFolderAtEachPass) {
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   const std::wstring other = folders.Root() + L"\\other";
   tests::MakeFolders(other + L"\\Tarnwick\\Lumenor");
   const tests::EnvironmentValue appData(L"APPDATA", other);
@@ -165,7 +173,7 @@ TEST_F(FolderWatcher, ExpandsTheFolderAtEachPass) {
 }
 
 TEST_F(FolderWatcher, EndsAtTheNextChangeWhenItsWindowIsGone) {
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   ::DestroyWindow(window.Get());
   Write();
   EXPECT_TRUE(Ends(watch));
@@ -180,7 +188,7 @@ LRESULT WINAPI NoteSending(HWND, UINT, WPARAM, LPARAM) {
 
 // The number of a window that is gone may be given to another one later.
 TEST_F(FolderWatcher, SendsNothingToTheWindowOfAnotherProgram) {
-  const FolderWatch watch = StartFolderWatch(::GetDesktopWindow(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, ::GetDesktopWindow(), told);
   const tests::ImportSlot sendMessage(&__imp_SendMessageW, &NoteSending);
   sendings = 0;
   Write();
@@ -189,14 +197,14 @@ TEST_F(FolderWatcher, SendsNothingToTheWindowOfAnotherProgram) {
 }
 
 TEST_F(FolderWatcher, EndsAtOnceWhenItIsLetGo) {
-  { const FolderWatch watch = StartFolderWatch(window.Get(), told); }
+  { const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told); }
   EXPECT_TRUE(tests::PumpUntil([&] { return threads.Alive() == 0; }));
   EXPECT_EQ(0u, threads.StandingWatches());
   EXPECT_THAT(messages, IsEmpty());
 }
 
 TEST_F(FolderWatcher, EndsBehindItsMessageWhenItIsLetGoDuringIt) {
-  FolderWatch watch = StartFolderWatch(window.Get(), told);
+  FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   std::size_t alive = 0;
   onMessage = [&] {
     watch = {};
@@ -211,8 +219,8 @@ TEST_F(FolderWatcher, EndsBehindItsMessageWhenItIsLetGoDuringIt) {
 }
 
 TEST_F(FolderWatcher, IsRelievedByTheOneThatIsAssignedToIt) {
-  FolderWatch watch = StartFolderWatch(window.Get(), told);
-  watch = StartFolderWatch(window.Get(), told + 1);
+  FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
+  watch = StartFolderWatch(userFolder, window.Get(), told + 1);
   ASSERT_TRUE(tests::PumpUntil([&] { return threads.Alive() == 1; }));
   Write();
   ASSERT_TRUE(Hears(1));
@@ -229,7 +237,7 @@ TEST_F(FolderWatcher, StandsBeforeItsThreadRuns) {
   {
     const tests::ImportSlot slot(&__imp_CreateThread, &CreateThreadAsleep);
     createThread = slot.Former();
-    watch = StartFolderWatch(window.Get(), told);
+    watch = StartFolderWatch(userFolder, window.Get(), told);
   }
   Write();
   ::ResumeThread(watch.thread.Get());
@@ -238,13 +246,13 @@ TEST_F(FolderWatcher, StandsBeforeItsThreadRuns) {
 
 TEST_F(FolderWatcher, IsNotStartedWithoutTheFolder) {
   tests::DeleteTree(folders.UserFolder());
-  EXPECT_FALSE(StartFolderWatch(window.Get(), told));
+  EXPECT_FALSE(StartFolderWatch(userFolder, window.Get(), told));
   EXPECT_EQ(0u, threads.Starts().size());
   EXPECT_EQ(0u, threads.StandingWatches());
 }
 
 TEST_F(FolderWatcher, EndsWhenTheFolderGoesMeanwhile) {
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   onMessage = [&] { tests::DeleteTree(folders.UserFolder()); };
   Write();
   EXPECT_TRUE(Ends(watch));
@@ -252,10 +260,10 @@ TEST_F(FolderWatcher, EndsWhenTheFolderGoesMeanwhile) {
 }
 
 TEST_F(FolderWatcher, WatchesAFolderThatWasMadeAnew) {
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   tests::DeleteTree(folders.UserFolder());
   tests::MakeFolders(folders.UserFolder());
-  const FolderWatch newer = StartFolderWatch(window.Get(), told + 1);
+  const FolderWatch newer = StartFolderWatch(userFolder, window.Get(), told + 1);
   Write();
   // The former watch may tell of the folder's end as well, sooner or later.
   EXPECT_TRUE(tests::PumpUntil([&] {
@@ -264,7 +272,7 @@ TEST_F(FolderWatcher, WatchesAFolderThatWasMadeAnew) {
 }
 
 TEST_F(FolderWatcher, EndsWhenItsWaitFails) {
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   EXPECT_TRUE(threads.End());
   EXPECT_EQ(0u, ExitCode(watch));
   EXPECT_EQ(0u, threads.StandingWatches());
@@ -272,7 +280,7 @@ TEST_F(FolderWatcher, EndsWhenItsWaitFails) {
 }
 
 TEST_F(FolderWatcher, KeepsNothingOfAPass) {
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   Write();
   ASSERT_TRUE(Hears(1));
   ASSERT_TRUE(Asks(2));
@@ -286,7 +294,7 @@ TEST_F(FolderWatcher, KeepsNothingOfAPass) {
 }
 
 TEST_F(FolderWatcher, ReservesLittleForItsThreads) {
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   ASSERT_EQ(1u, threads.Starts().size());
   EXPECT_GE(128u * 1024, threads.Starts()[0].stackBytes);
   EXPECT_LT(0u, threads.Starts()[0].stackBytes); // 0 stands for the program's own size
@@ -301,7 +309,7 @@ HANDLE WINAPI RefuseThread(SECURITY_ATTRIBUTES *, SIZE_T, LPTHREAD_START_ROUTINE
 TEST_F(FolderWatcher, LogsAThreadThatCantBeStarted) {
   const tests::LogCapture log(folders);
   const tests::ImportSlot createThread(&__imp_CreateThread, &RefuseThread);
-  EXPECT_FALSE(StartFolderWatch(window.Get(), told));
+  EXPECT_FALSE(StartFolderWatch(userFolder, window.Get(), told));
   EXPECT_THAT(log.Lines(), ElementsAre("ERROR: FolderWatcher: can't start a thread, error 8"));
 }
 
@@ -309,7 +317,7 @@ TEST_F(FolderWatcher, KeepsNothingOfAThreadThatCantBeStarted) {
   const tests::ImportSlot createThread(&__imp_CreateThread, &RefuseThread);
   const int before = tests::CountKernelHandles();
   for (int i = 0; i < 100; ++i)
-    EXPECT_FALSE(StartFolderWatch(window.Get(), told));
+    EXPECT_FALSE(StartFolderWatch(userFolder, window.Get(), told));
   EXPECT_EQ(before, tests::CountKernelHandles());
 }
 
@@ -318,7 +326,7 @@ LRESULT WINAPI RaiseInstead(HWND, UINT, WPARAM, LPARAM) { throw std::runtime_err
 TEST_F(FolderWatcher, LetsNoExceptionOut) {
   OpenDockEventLog();
   const desk::EventLogSpy eventLog;
-  const FolderWatch watch = StartFolderWatch(window.Get(), told);
+  const FolderWatch watch = StartFolderWatch(userFolder, window.Get(), told);
   {
     const tests::ImportSlot sendMessage(&__imp_SendMessageW, &RaiseInstead);
     Write();

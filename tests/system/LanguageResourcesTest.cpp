@@ -147,7 +147,7 @@ TEST_F(LanguageResources, DockStringsComeFromTheirOwnDocument) {
   tests::WriteBytes(PathIn(L"ENU_DE", dockStrings),
                     "<UIRoot><Lumenor.MainFrame.Windows.DockViewWindow><Elements><Element ID=\"Button.Tooltip.Close\">"
                     "<Head>Close</Head></Element></Elements></Lumenor.MainFrame.Windows.DockViewWindow></UIRoot>");
-  EXPECT_EQ(L"Close", LoadDockString(L"Element[@ID='Button.Tooltip.Close']/Head"));
+  EXPECT_EQ(L"Close", LoadDockString(L"Button.Tooltip.Close"));
   EXPECT_EQ("INFO: LoadString: Loading from " + tests::Utf8(PathIn(L"ENU_DE", dockStrings)) +
                 " with query //UIRoot/Lumenor.MainFrame.Windows.DockViewWindow/Elements/"
                 "Element[@ID='Button.Tooltip.Close']/Head",

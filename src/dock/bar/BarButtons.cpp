@@ -1,6 +1,8 @@
 #include "dock/bar/BarButtons.h"
 
+#include "content/DocumentNames.h"
 #include "dock/Commands.h"
+#include "dock/TextIds.h"
 #include "system/LanguageResources.h"
 #include "toolkit/Scale.h"
 
@@ -35,13 +37,6 @@ Element MakeCommandElement(Command command, const wchar_t *image, const std::wst
   return element;
 }
 
-/// A text of the For You document's one element.
-std::wstring LoadForYouString(const wchar_t *child) {
-  return LoadString(L"Lumenor.MainFrame.Windows.DockViewWindow.ForYou.xml",
-                    std::wstring(L"//UIRoot/Lumenor.MainFrame.Windows.DockViewWindow.ForYou/Elements/Element/") +
-                        child);
-}
-
 } // namespace
 
 ButtonLayout MakeBarButtonLayout() {
@@ -70,32 +65,28 @@ ButtonLayout MakeSystemButtonLayout() {
   return layout;
 }
 
-std::wstring LoadForYouTitle() { return LoadForYouString(L"Head"); }
+std::wstring LoadForYouTitle() { return LoadDocumentString(forYouDocumentName, L"Element/Head"); }
 
 Element MakeForYouElement(bool active) {
   return MakeCommandElement(Command::ForYou,
                             active ? L"..\\resources\\foryou_active.png" : L"..\\resources\\foryou_idle.png",
-                            LoadForYouString(L"ToolTip"));
+                            LoadDocumentString(forYouDocumentName, L"Element/ToolTip"));
 }
 
 Element MakeSearchProviderElement() {
-  return MakeCommandElement(Command::SearchProvider, L"..\\resources\\arrow.png",
-                            LoadDockString(L"Element[@ID='SearchBox.SelectProviderToolTip']/Head"));
+  return MakeCommandElement(Command::SearchProvider, L"..\\resources\\arrow.png", LoadDockString(selectProviderTextId));
 }
 
 Element MakeSearchElement() {
-  return MakeCommandElement(Command::Search, L"..\\resources\\search.png",
-                            LoadDockString(L"Element[@ID='SearchBox.ButtonToolTip']/Head"));
+  return MakeCommandElement(Command::Search, L"..\\resources\\search.png", LoadDockString(searchTextId));
 }
 
 Element MakeResetElement() {
-  return MakeCommandElement(Command::ResetConfirmation, L"..\\resources\\reset-icon.png",
-                            LoadDockString(L"Element[@ID='Button.Tooltip.Reset']/Head"));
+  return MakeCommandElement(Command::ResetConfirmation, L"..\\resources\\reset-icon.png", LoadDockString(resetTextId));
 }
 
 Element MakeCloseElement() {
-  return MakeCommandElement(Command::Close, L"..\\resources\\close-icon.png",
-                            LoadDockString(L"Element[@ID='Button.Tooltip.Close']/Head"));
+  return MakeCommandElement(Command::Close, L"..\\resources\\close-icon.png", LoadDockString(closeTextId));
 }
 
 } // namespace lumenor

@@ -1,9 +1,11 @@
 #include "dock/bar/BarLists.h"
 
+#include "content/DocumentNames.h"
 #include "content/Documents.h"
 #include "dock/bar/BarButtons.h"
 #include "dock/DockMessages.h"
 #include "dock/Placement.h"
+#include "dock/TextIds.h"
 #include "system/LanguageResources.h"
 #include "system/Paths.h"
 #include "toolkit/TextBox.h"
@@ -31,8 +33,8 @@ BarLists::BarLists(Window &window, const Bar &bar, const ButtonMaker &maker)
     : window(window), bar(bar), maker(maker),
       forYouFlyout(GetForYouFlyoutRect(window.GetBounds(), 0), LoadForYouTitle(), forYouProvider, RefreshForYouMessage),
       forYouFileTime(LastWriteTime(DocumentPath(forYouListName))),
-      searchProviderFlyout(GetSearchProviderFlyoutRect(window.GetBounds(), 0),
-                           LoadDockString(L"Element[@ID='SearchBox.SelectProviderToolTip']/Head"), searchProvider) {}
+      searchProviderFlyout(GetSearchProviderFlyoutRect(window.GetBounds(), 0), LoadDockString(selectProviderTextId),
+                           searchProvider) {}
 
 void BarLists::CreateFlyouts(EventListener<PropertyChangeEventArgs<lumenor::Visibility>> *visibilityListener) {
   for (DataProviderFlyout *flyout : {&forYouFlyout, static_cast<DataProviderFlyout *>(&searchProviderFlyout)}) {

@@ -5,6 +5,7 @@
 #include "dock/bar/BarButtons.h"
 #include "dock/flyouts/DockGlowButtonPainter.h"
 #include "dock/flyouts/PainterPicture.h"
+#include "dock/TextIds.h"
 #include "system/LanguageResources.h"
 #include "toolkit/drawing/GlowButtonPainter.h"
 #include "toolkit/drawing/SelectableDelegateButtonPainter.h"
@@ -46,7 +47,7 @@ std::shared_ptr<CheckedButton> ButtonMaker::MakeDockPositionButton() const {
   auto button = std::make_shared<CheckedButton>(std::make_shared<SelectableDelegateButtonPainter>(
       makePainter(L"..\\resources\\move_to_top.png"), makePainter(L"..\\resources\\move_to_bottom.png")));
   button->Checked.Set(1);
-  button->Name.Set(LoadDockString(L"Element[@ID='Button.Tooltip.DockAtTop']/Head"));
+  button->Name.Set(LoadDockString(dockAtTopTextId));
   return button;
 }
 

@@ -10,6 +10,7 @@
 #include "dock/DockMessages.h"
 #include "dock/flyouts/FlyoutWindow.h"
 #include "dock/Placement.h"
+#include "dock/TextIds.h"
 #include "dock/watch/FirstRun.h"
 #include "resources/resource.h"
 #include "system/Desktop.h"
@@ -112,7 +113,7 @@ void CMainDlg::InitializeComponent() {
 void CMainDlg::PlaceBar() {
   const RECT place = lumenor::GetWindowRect();
   SetBounds(&place);
-  if (GetDockPosition() != L"Bottom")
+  if (GetDockPosition() != bottomPosition)
     return;
   OnDockAtBottom();
   bar.dockPositionButton->Checked.Set(0);
@@ -226,7 +227,7 @@ void CMainDlg::OnResetDock() {
   ::PostQuitMessage(RestartQuitCode);
   ::DestroyWindow(handle);
   for (const Element &element : LoadDocument(mainDocumentName, true))
-    if (element.ActionType == L"xml")
+    if (element.ActionType == flyoutAction)
       LoadDocument(element.ActionParams, true);
   LoadDocument(userDocumentName, true);
 }
@@ -261,16 +262,16 @@ void CMainDlg::OnTimer(UINT_PTR timer) {
 
 void CMainDlg::OnDockAtTop() {
   Top.Set(lumenor::GetWindowRect().top);
-  bar.dockPositionButton->Name.Set(LoadDockString(L"Element[@ID='Button.Tooltip.DockAtTop']/Head"));
+  bar.dockPositionButton->Name.Set(LoadDockString(dockAtTopTextId));
 }
 
 void CMainDlg::OnDockAtBottom() {
   Top.Set(GetWorkArea().bottom - Height.Get());
-  bar.dockPositionButton->Name.Set(LoadDockString(L"Element[@ID='Button.Tooltip.DockAtBottom']/Head"));
+  bar.dockPositionButton->Name.Set(LoadDockString(dockAtBottomTextId));
 }
 
 void CMainDlg::OnDockPositionChanged(PropertyChangeEventArgs<int> *args) {
-  SetDockPosition(args->newValue != 0 ? L"Top" : L"Bottom");
+  SetDockPosition(args->newValue != 0 ? topPosition : bottomPosition);
 }
 
 /// The mark of the first start is cleared again, whether clearing it ahead of the dialog worked and whether the dialog
@@ -289,7 +290,7 @@ void CMainDlg::OnButtonClick(ButtonEventArgs *args) {
   if (button == nullptr)
     return;
   const Element element = button->GetElement(); // a copy: what it starts may take the button away
-  if (element.ActionType == L"xml")
+  if (element.ActionType == flyoutAction)
     return ToggleFlyout(*button);
   if (const auto command = FindCommand(SplitCommandLine(element.ActionParams).program))
     return RunCommand(*command);

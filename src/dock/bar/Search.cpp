@@ -84,10 +84,10 @@ std::wstring UrlEncode(const std::wstring &text) {
 }
 
 void SearchFor(HWND owner, const Element &provider, const std::wstring &text) {
-  if (provider.ActionType == L"helpSearch") {
+  if (provider.ActionType == helpSearchAction) {
     SearchHelp(text);
     usageTracker.TrackHelpSearch(); // whether or not there was anything to search for
-  } else if (provider.ActionType == L"url") {
+  } else if (provider.ActionType == urlAction) {
     OpenAddress(owner, provider.ActionParams + UrlEncode(text), L"");
     usageTracker.TrackUrlSearch();
   }

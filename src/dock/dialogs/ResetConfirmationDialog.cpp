@@ -1,6 +1,7 @@
 #include "dock/dialogs/ResetConfirmationDialog.h"
 
 #include "dock/DockMessages.h"
+#include "dock/TextIds.h"
 #include "resources/resource.h"
 #include "system/LanguageResources.h"
 #include "toolkit/BackPlate.h"
@@ -34,8 +35,7 @@ void LimitHeight(ImageElement &image, long height) {
 } // namespace
 
 ResetConfirmationDialog::ResetConfirmationDialog(const RECT &bounds, HWND ownerWindow)
-    : bounds(bounds), title(LoadDockString(L"Element[@ID='ResetWindow.Title']/Head")),
-      description(LoadDockString(L"Element[@ID='ResetWindow.Description']/Head")),
+    : bounds(bounds), title(LoadDockString(resetTitleTextId)), description(LoadDockString(resetDescriptionTextId)),
       backPlate(std::make_shared<BackPlate>(renderTarget, 0.7F, 0.36F)),
       titleText(std::make_shared<TextElement>(renderTarget)),
       descriptionText(std::make_shared<TextElement>(renderTarget)), ownerWindow(ownerWindow),
@@ -55,9 +55,9 @@ void ResetConfirmationDialog::InitializeComponent() {
   AddTitle();
   AddMessage();
   // The row fills from its right end, so the reset button is left of the other.
-  cancelButton = MakeButton(L"Element[@ID='ResetWindow.CancelButton']/Head");
+  cancelButton = MakeButton(resetCancelTextId);
   AddButton(*cancelButton);
-  resetButton = MakeButton(L"Element[@ID='ResetWindow.ResetButton']/Head");
+  resetButton = MakeButton(resetConfirmTextId);
   AddButton(*resetButton);
 }
 
@@ -89,8 +89,8 @@ void ResetConfirmationDialog::AddMessage() {
   messageRow.AddChild(descriptionText.get());
 }
 
-std::shared_ptr<Button> ResetConfirmationDialog::MakeButton(const wchar_t *textQuery) const {
-  return std::make_shared<Button>(std::make_shared<SimpleButtonPainter>(renderTarget, LoadDockString(textQuery),
+std::shared_ptr<Button> ResetConfirmationDialog::MakeButton(const wchar_t *textId) const {
+  return std::make_shared<Button>(std::make_shared<SimpleButtonPainter>(renderTarget, LoadDockString(textId),
                                                                         DialogButtonLayout(), std::wstring()));
 }
 

@@ -29,7 +29,7 @@ private:
   void ComposePanels();
   void AddTitle();
   void AddMessage();
-  std::shared_ptr<Button> MakeButton(const wchar_t *textQuery) const;
+  std::shared_ptr<Button> MakeButton(const wchar_t *textId) const;
   void AddButton(Button &button);
   void OnClick(ButtonEventArgs *args);
 

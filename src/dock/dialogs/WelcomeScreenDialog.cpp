@@ -7,11 +7,13 @@
 #include "dock/dialogs/WelcomeSettings.h"
 #include "dock/flyouts/DockButton.h"
 #include "dock/flyouts/DockGlowButtonPainter.h"
+#include "dock/TextIds.h"
 #include "resources/resource.h"
 #include "system/LanguageResources.h"
 #include "system/Launch.h"
 #include "system/Locale.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 #include "toolkit/ColorRectangle.h"
 #include "toolkit/drawing/ButtonLayout.h"
 #include "toolkit/drawing/SelectableButtonPainter.h"
@@ -22,7 +24,7 @@ namespace lumenor {
 
 namespace {
 
-constexpr wchar_t tourProgram[] = L"%ProgramFiles%\\Tarnwick\\Lumenor\\LumenorVideo\\doc.exe";
+constexpr wchar_t welcomeStringsName[] = L"Lumenor.MainFrame.Controls.WelcomeWindow";
 
 constexpr Color transparent = {};
 
@@ -59,13 +61,10 @@ constexpr int checkBoxHeight = 28;
 constexpr float buttonFontSize = 13.0F; // the same at every density, and so is the box of the check boxes
 constexpr int checkBoxLabelLeft = 20;
 
-std::wstring GetWelcomeString(const std::wstring &query) {
-  return LoadString(L"Lumenor.MainFrame.Controls.WelcomeWindow.xml",
-                    L"//UIRoot/Lumenor.MainFrame.Controls.WelcomeWindow/Elements/" + query);
-}
+std::wstring GetWelcomeString(const std::wstring &id) { return LoadStringById(welcomeStringsName, id); }
 
 std::wstring FeatureText(int number, wchar_t half) {
-  return GetWelcomeString(L"Element[@ID='TextBlock.Feature" + std::to_wstring(number) + half + L"']/Head");
+  return GetWelcomeString(L"TextBlock.Feature" + std::to_wstring(number) + half);
 }
 
 ButtonLayout MakeTourButtonLayout() {
@@ -77,10 +76,10 @@ ButtonLayout MakeDialogButtonLayout(unsigned char centred) { return {.fontSize =
 } // namespace
 
 WelcomeScreenDialog::WelcomeScreenDialog(const RECT &bounds)
-    : bounds(bounds), titleText(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.WindowTitle']/Head"), titleStyle)),
-      featuresHeading(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.FeaturesHeading']/Head"), headingStyle)),
-      tourText(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.ViewTour']/Head"), tourStyle)),
-      preferencesText(MakeText(GetWelcomeString(L"Element[@ID='TextBlock.OptOutPreferences']/Head"), preferencesStyle)),
+    : bounds(bounds), titleText(MakeText(GetWelcomeString(welcomeTitleTextId), titleStyle)),
+      featuresHeading(MakeText(GetWelcomeString(featuresHeadingTextId), headingStyle)),
+      tourText(MakeText(GetWelcomeString(viewTourTextId), tourStyle)),
+      preferencesText(MakeText(GetWelcomeString(preferencesTextId), preferencesStyle)),
       tourButtonSpacer(std::make_shared<ColorRectangle>(RECT{}, renderTarget, transparent)),
       clickListener(MakeListener(this, &WelcomeScreenDialog::OnClick)) {
   dialogId = WelcomeDialogId;
@@ -240,8 +239,8 @@ void WelcomeScreenDialog::AddButtons() {
   contentPanel.AddChild(&bottomPanel);
   bottomPanel.AddChild(&buttonStack);
   AddCloseButton();
-  updateCheckBox = AddCheckBox(L"Element[@ID='TextBlock.AllowToUpdate']/Head");
-  startupCheckBox = AddCheckBox(L"Element[@ID='TextBlock.OptOutLabel']/Head");
+  updateCheckBox = AddCheckBox(allowToUpdateTextId);
+  startupCheckBox = AddCheckBox(startWithSessionTextId);
   if (UserCountryCode() != L"US")
     updateCheckBox->Checked.Set(0);
   AddPreferences();
@@ -250,10 +249,9 @@ void WelcomeScreenDialog::AddButtons() {
 /// The button is beside the check boxes, at the middle of their height: its margins cancel its height in the stack.
 void WelcomeScreenDialog::AddCloseButton() {
   closeButton = std::make_shared<Button>(std::make_shared<SimpleButtonPainter>(
-      renderTarget, GetWelcomeString(L"Element[@ID='TextBlock.ButtonClose']/Head"), MakeDialogButtonLayout(1),
-      std::wstring()));
+      renderTarget, GetWelcomeString(welcomeCloseTextId), MakeDialogButtonLayout(1), std::wstring()));
   const int top = (2 * ScaleY(checkBoxHeight) - ScaleY(closeButtonHeight)) / 2;
-  closeButton->Name.Set(GetWelcomeString(L"Element[@ID='Button.Tooltip.Close']/Head"));
+  closeButton->Name.Set(GetWelcomeString(closeTextId));
   closeButton->DesiredWidth.Set(ScaleX(closeButtonWidth));
   closeButton->DesiredHeight.Set(ScaleY(closeButtonHeight));
   closeButton->HorizontalAlignment.Set(lumenor::HorizontalAlignment::Right);
@@ -263,9 +261,9 @@ void WelcomeScreenDialog::AddCloseButton() {
 }
 
 /// The margin keeps the box off the close button in a window that is narrower than both.
-std::shared_ptr<CheckedButton> WelcomeScreenDialog::AddCheckBox(const wchar_t *textQuery) {
+std::shared_ptr<CheckedButton> WelcomeScreenDialog::AddCheckBox(const wchar_t *textId) {
   auto checkBox = std::make_shared<CheckedButton>(std::make_shared<SelectableButtonPainter>(
-      renderTarget, GetWelcomeString(textQuery), MakeDialogButtonLayout(0), std::wstring()));
+      renderTarget, GetWelcomeString(textId), MakeDialogButtonLayout(0), std::wstring()));
   checkBox->Checked.Set(1);
   checkBox->DesiredWidth.Set(ScaleX(checkBoxWidth));
   checkBox->DesiredHeight.Set(ScaleY(checkBoxHeight));
@@ -288,7 +286,7 @@ void WelcomeScreenDialog::OnClick(ButtonEventArgs *args) {
     ApplySettings();
     ::EndDialog(handle, 0);
   } else if (args->sender == tourButton.get()) {
-    OpenWithShell(ExpandPath(MapProgramFiles(tourProgram)), GetTutorialLanguage());
+    OpenWithShell(ExpandPath(MapProgramFiles(product::tourFile)), GetTutorialLanguage());
   }
 }
 

@@ -57,7 +57,7 @@ private:
   void AddButtons();
   std::shared_ptr<DockButton> MakeTourButton() const;
   void AddCloseButton();
-  std::shared_ptr<CheckedButton> AddCheckBox(const wchar_t *textQuery);
+  std::shared_ptr<CheckedButton> AddCheckBox(const wchar_t *textId);
   void AddPreferences();
 
   void OnClick(ButtonEventArgs *args);

@@ -1,29 +1,21 @@
 #include "dock/dialogs/WelcomeSettings.h"
 
-#include "system/Handles.h"
 #include "system/Locale.h"
 #include "system/Paths.h"
+#include "system/Product.h"
 #include "system/Registry.h"
-#include "system/Windows.h"
 
 namespace lumenor {
 
 namespace {
 
-constexpr wchar_t startupKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+constexpr wchar_t startupKey[] = L"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr wchar_t startupValue[] = L"LumenorDock";
-constexpr wchar_t dockKey[] = L"Software\\Tarnwick\\Lumenor";
 constexpr wchar_t updateValue[] = L"AllowToUpdate";
 
 constexpr wchar_t tutorialFolder[] = L"\\LumenorVideo\\XML\\";
 constexpr wchar_t tutorialEnding[] = L"_Tutorials.xml";
 constexpr wchar_t defaultTutorialLanguage[] = L"en_us";
-
-RegistryKey OpenUserKey(const wchar_t *subkey) {
-  RegistryKey key;
-  ::RegOpenKeyExW(HKEY_CURRENT_USER, subkey, 0, KEY_READ | KEY_WRITE, key.Put());
-  return key;
-}
 
 /// `locale`, or else its language alone, when there are tutorials for it; empty when there are none.
 std::wstring FindTutorials(const std::wstring &folder, const std::wstring &locale) {
@@ -37,7 +29,7 @@ std::wstring FindTutorials(const std::wstring &folder, const std::wstring &local
 } // namespace
 
 void StartWithSession(bool starts) {
-  const RegistryKey key = OpenUserKey(startupKey);
+  const RegistryKey key = OpenRegistryKey(startupKey, KEY_READ | KEY_WRITE);
   if (!key)
     return;
   if (!starts)
@@ -47,7 +39,7 @@ void StartWithSession(bool starts) {
 }
 
 void AllowToUpdate(bool allowed) {
-  if (const RegistryKey key = OpenUserKey(dockKey); key)
+  if (const RegistryKey key = OpenRegistryKey(product::dockKey, KEY_READ | KEY_WRITE))
     WriteRegistryString(key.Get(), updateValue, allowed ? L"true" : L"false");
 }
 

@@ -49,7 +49,7 @@ std::wstring WithoutOuterQuotes(const std::wstring &text) {
 
 Element MakeDroppedElement(const std::wstring &path) {
   Element element;
-  element.ActionType = L"exe";
+  element.ActionType = programAction;
   element.ActionParams = L"\"" + path + L"\"";
   element.ToolTip = WithoutOuterQuotes(element.ActionParams);
   element.Head = LabelOf(path);

@@ -27,7 +27,7 @@ DockButton::DockButton(std::shared_ptr<IButtonPainter> painter, int index, const
 DockButton::DockButton(std::shared_ptr<IButtonPainter> painter, int index, const Element &element,
                        EventListener<PropertyChangeEventArgs<lumenor::Visibility>> *flyoutListener)
     : DockButton(std::move(painter), index, element) {
-  if (element.ActionType != L"xml")
+  if (element.ActionType != flyoutAction)
     return;
   flyout = std::make_shared<FlyoutWindow>(GetFlyoutRect(), element.Head, LoadDocument(element.ActionParams, false));
   flyout->Visible.AddListener(flyoutListener);

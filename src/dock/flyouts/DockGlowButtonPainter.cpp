@@ -22,7 +22,7 @@ DockGlowButtonPainter::DockGlowButtonPainter(RenderTargetPtr renderTarget, unsig
                                              const ButtonLayout &layout)
     : GlowButtonPainter(renderTarget, insetImage, element.Head, element.Image, layout, ProgramOf(element)),
       element(element) {
-  if (element.ActionType != L"xml")
+  if (element.ActionType != flyoutAction)
     return;
   arrowDown = std::make_shared<ImageElement>(L"..\\resources\\arrow-down.png", renderTarget);
   arrowUp = std::make_shared<ImageElement>(L"..\\resources\\arrow-up.png", renderTarget);

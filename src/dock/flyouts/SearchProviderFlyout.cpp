@@ -7,7 +7,7 @@ namespace lumenor {
 namespace {
 
 bool IsSearchProvider(const Element &element) {
-  return element.ActionType == L"url" || element.ActionType == L"helpSearch";
+  return element.ActionType == urlAction || element.ActionType == helpSearchAction;
 }
 
 } // namespace

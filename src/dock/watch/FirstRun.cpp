@@ -3,20 +3,16 @@
 #include <optional>
 #include <string>
 
+#include "system/Product.h"
 #include "system/Registry.h"
 
 namespace lumenor {
 
 namespace {
 
-constexpr wchar_t dockKey[] = L"Software\\Tarnwick\\Lumenor";
 constexpr wchar_t welcomeValue[] = L"ShowWelcomePage";
 
-RegistryKey OpenDockKey() {
-  RegistryKey key;
-  ::RegOpenKeyExW(HKEY_CURRENT_USER, dockKey, 0, KEY_READ | KEY_WRITE, key.Put());
-  return key;
-}
+RegistryKey OpenDockKey() { return OpenRegistryKey(product::dockKey, KEY_READ | KEY_WRITE); }
 
 void WriteShown(HKEY key) { WriteRegistryString(key, welcomeValue, L"0"); }
 

@@ -8,6 +8,8 @@
 #include "dock/DockMessages.h"
 #include "dock/Placement.h"
 #include "system/Guard.h"
+#include "system/Product.h"
+#include "system/Registry.h"
 
 namespace lumenor {
 
@@ -25,7 +27,7 @@ void PostIfMoved(const RegistryListenerContext &context, std::wstring &last) {
   if (current == last)
     return;
   last = std::move(current);
-  ::PostMessageW(context.window, last == L"Top" ? context.topMessage : context.bottomMessage, 0, 0);
+  ::PostMessageW(context.window, last == topPosition ? context.topMessage : context.bottomMessage, 0, 0);
 }
 
 /// False when the wait ended otherwise than by the event.
@@ -37,8 +39,8 @@ bool SleepUntilChange(const RegistryListenerContext &context) {
 }
 
 DWORD Listen(RegistryListenerContext &context) {
-  RegistryKey key;
-  if (::RegOpenKeyExW(HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick\\Lumenor", 0, KEY_READ, key.Put()) != ERROR_SUCCESS)
+  const RegistryKey key = OpenRegistryKey(product::dockKey, KEY_READ);
+  if (!key)
     return static_cast<DWORD>(E_FAIL);
   // The value is read behind each asking, never ahead of it: a change between the two wakes the thread once more.
   AskForChange(key.Get(), context.event.Get());

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "content/DocumentNames.h"
 #include "content/Documents.h"
 #include "dock/bar/BarFixture.h"
 #include "drawing/Pictures.h"

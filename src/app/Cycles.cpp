@@ -4,20 +4,22 @@
 #include "dock/bar/MainDlg.h"
 #include "dock/DockMessages.h"
 #include "system/EventLog.h"
+#include "system/Guard.h"
 #include "system/Log.h"
-#include "system/WindowException.h"
 #include "system/Windows.h"
 
 namespace lumenor {
 
 namespace {
 
-/// How long a cycle that failed keeps the next one waiting: what fails (a task bar that is being started anew, say)
-/// may take its time, and until then the log isn't to be flooded. A cycle that ends sooner than that, as one does whose
-/// pictures can't be drawn, keeps the next one waiting for the rest.
+/// The pause after a failed cycle: its cause (a task bar that is being restarted, for example) may last a while, and
+/// must not flood the log meanwhile. After a cycle that ends sooner, such as one whose pictures can't be drawn, the
+/// next one waits for the rest of it.
 constexpr DWORD cyclePauseMs = 1000;
 
-/// Runs until WM_QUIT. A window handler keeps its failures to itself; what comes out here ends the cycle.
+constexpr wchar_t failureText[] = L"Failed to initialize Lumenor";
+
+/// Runs until WM_QUIT. Window handlers handle their own failures; any other exception ends the cycle.
 void RunMessageLoop(CMainDlg &dock, MSG &message) {
   messageLoopRunning = 1;
   while (::GetMessageW(&message, nullptr, 0, 0) != 0) {
@@ -30,7 +32,7 @@ void RunMessageLoop(CMainDlg &dock, MSG &message) {
 }
 
 void RunCycle(MSG &message) {
-  ForgetWindowException(); // what failed while the last cycle ended is no failure of this one
+  ForgetWindowException(); // a failure at the end of the last cycle isn't one of this cycle
   PublishJumpList();
   LogInfo("MainDlg creation");
   CMainDlg dock;
@@ -40,14 +42,15 @@ void RunCycle(MSG &message) {
   RunMessageLoop(dock, message);
 }
 
-/// False when the cycle failed; whatever it was, it is reported in the same words.
+/// False when the cycle failed; the report is the same for any failure.
 bool TryCycle(MSG &message) {
   try {
     RunCycle(message);
     return true;
   } catch (...) {
-    ReportEventLogError(L"Failed to initialize Lumenor");
-    LogFatal("Failed to initialize Lumenor");
+    ReportEventLogError(failureText);
+    LogFatal("%S", failureText);
+    LogFailedCall(failureText);
     return false;
   }
 }
@@ -60,8 +63,8 @@ void WaitUntil(ULONGLONG time) {
 } // namespace
 
 int RunCycles() {
-  // The message outlives the cycles on purpose: a cycle that fails leaves it as it stands, so that a failure after a
-  // reset finds the reset's code again and tries once more, for as long as the failure lasts.
+  // The message outlives the cycles on purpose: a failed cycle doesn't change it, so that a failure after a reset finds
+  // the reset's code again and starts another cycle, for as long as the failure lasts.
   MSG message{};
   do {
     const ULONGLONG start = ::GetTickCount64();

@@ -7,12 +7,17 @@
 
 namespace lumenor {
 
-/// Reports "caught an unhandled exception in " and the handler's name to the event log; for Guarded.
+/// Reports "caught an unhandled exception in " and the handler's name to the event log, and the place of the failed
+/// call to the log. To be called in a `catch` block.
 void ReportUnhandledException(const wchar_t *handlerName) noexcept;
 
-/// Runs `body`. When it raises, or a window that it called into kept an exception, reports that with the handler's name
-/// and returns false; the caller then destroys its window. What was kept before stays kept for whoever it belongs to.
-/// Raises nothing itself.
+/// Writes `failure` to the log with the HRESULT and the place of the HResultError that is being handled; nothing of any
+/// other exception. To be called in a `catch` block.
+void LogFailedCall(const wchar_t *failure);
+
+/// Runs `body`. When it raises, or a window that it called kept an exception, reports that with the handler's name and
+/// returns false; the caller then destroys its window. An exception that was kept before stays kept for its own
+/// handler. Raises nothing.
 template <typename Body> bool Guarded(const wchar_t *handlerName, Body &&body) noexcept {
   const WindowExceptionScope ownFailures;
   try {
@@ -20,7 +25,7 @@ template <typename Body> bool Guarded(const wchar_t *handlerName, Body &&body) n
     RethrowWindowException();
     return true;
   } catch (...) {
-    ForgetWindowException(); // what a nested window kept failed with this handler; it is reported once
+    ForgetWindowException(); // a nested window's exception is part of this handler's failure, which is reported once
     ReportUnhandledException(handlerName);
     return false;
   }

@@ -1,10 +1,18 @@
 #include "system/HResultError.h"
 
+#include <string_view>
+
 namespace lumenor {
 
-HRESULT ThrowIfFailed(HRESULT result) {
+const char *HResultError::File() const noexcept {
+  constexpr std::string_view sources = "src/";
+  const std::size_t at = std::string_view(place.file_name()).rfind(sources);
+  return place.file_name() + (at == std::string_view::npos ? 0 : at + sources.size());
+}
+
+HRESULT ThrowIfFailed(HRESULT result, SourcePlace place) {
   if (result < 0)
-    throw HResultError(result);
+    throw HResultError(result, place);
   return result;
 }
 
@@ -17,6 +25,6 @@ HRESULT HResultFromError(DWORD error) noexcept {
   return static_cast<HRESULT>((error & 0xFFFF) | 0x80070000);
 }
 
-void ThrowLastError() { throw HResultError(HResultFromError(::GetLastError())); }
+void ThrowLastError(SourcePlace place) { throw HResultError(HResultFromError(::GetLastError()), place); }
 
 } // namespace lumenor

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "system/Windows.h"
+
 namespace lumenor {
 
 /// Owns one handle of the kind that `Traits` describes: `Traits::Handle`, `Traits::Empty()` (the value that means
@@ -29,10 +31,15 @@ public:
 
   explicit operator bool() const noexcept { return held != Traits::Empty(); }
 
-  /// Closes what is held and holds `handle` instead.
+  /// Closes what is held and holds `handle` instead. The thread's last error stays: closing on the way out of a failure
+  /// must not hide it.
   void Reset(Handle handle = Traits::Empty()) noexcept {
-    if (const Handle old = std::exchange(held, handle); old != Traits::Empty())
-      Traits::Close(old);
+    const Handle old = std::exchange(held, handle);
+    if (old == Traits::Empty())
+      return;
+    const DWORD error = ::GetLastError();
+    Traits::Close(old);
+    ::SetLastError(error);
   }
 
   /// Gives the handle to the caller, who closes it from now on.

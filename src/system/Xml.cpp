@@ -16,9 +16,12 @@ namespace {
 constexpr CLSID domDocument60 = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
 constexpr IID domDocumentInterface = {0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
 
-void RequireNode(const XmlNodePtr &node) {
+/// `node`, which must not be null.
+template <typename Node>
+const ComPtr<Node> &Required(const ComPtr<Node> &node, SourcePlace place = SourcePlace::current()) {
   if (node == nullptr)
-    throw HResultError(E_INVALIDARG);
+    throw HResultError(E_INVALIDARG, place);
+  return node;
 }
 
 XmlDocumentPtr NewDocument() {
@@ -31,19 +34,19 @@ XmlDocumentPtr NewDocument() {
   VARIANT prohibited = {};
   prohibited.vt = VT_BOOL;
   prohibited.boolVal = VARIANT_TRUE;
-  document->setProperty(MakeBstr(L"ProhibitDTD").Get(), prohibited); // where it fails, HasDoctype tells
+  document->setProperty(MakeBstr(L"ProhibitDTD").Get(), prohibited); // HasDoctype covers a parser that ignores it
   return document;
 }
 
-/// Not every platform's parser refuses a DOCTYPE when it is told to, and none of the documents has any use for one: its
-/// entities would be expanded, its declarations enforced.
+/// Not every platform's parser refuses a DOCTYPE when it should. None of the documents needs one: its entities would be
+/// expanded and its declarations enforced.
 bool HasDoctype(const XmlDocumentPtr &document) {
   ComPtr<IXMLDOMDocumentType> type;
   ThrowIfFailed(document->get_doctype(type.GetAddressOf()));
   return type != nullptr;
 }
 
-/// The document after its parser's answer; null when it holds nothing that may be read.
+/// The document after the parser's result; null when it must not be used.
 XmlDocumentPtr Parsed(const XmlDocumentPtr &document, HRESULT result, VARIANT_BOOL isParsed) {
   return SUCCEEDED(result) && isParsed && !HasDoctype(document) ? document : nullptr;
 }
@@ -52,7 +55,7 @@ bool IsHighSurrogate(wchar_t c) { return c >= 0xD800 && c <= 0xDBFF; }
 
 bool IsLowSurrogate(wchar_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
 
-/// How many characters of `text` from `at` on make one that XML can hold; 0 for none.
+/// How many UTF-16 units of `text` from `at` on are one character that XML allows; 0 for none.
 std::size_t XmlCharacterLength(const std::wstring &text, std::size_t at) {
   const wchar_t c = text[at];
   if (IsHighSurrogate(c))
@@ -82,7 +85,7 @@ XmlDocumentPtr LoadXmlFile(const std::wstring &path) {
 }
 
 XmlDocumentPtr LoadXmlFileWhenFree(const std::wstring &path) {
-  const FileHandle held = OpenForReadingWhenFree(path); // nobody begins to write it while it is parsed
+  const FileHandle held = OpenForReadingWhenFree(path); // keeps writers away while it is parsed
   return LoadXmlFile(path);
 }
 
@@ -94,12 +97,11 @@ XmlDocumentPtr LoadXmlString(const std::wstring &xml) {
 }
 
 void SaveXmlFile(const XmlDocumentPtr &document, const std::wstring &path) {
-  RequireNode(document);
   const ComPtr<IStream> stream = MakeMemoryStream();
   VARIANT target = {};
   target.vt = VT_UNKNOWN;
   target.punkVal = stream.Get(); // lent
-  ThrowIfFailed(document->save(target));
+  ThrowIfFailed(Required(document)->save(target));
   WriteWholeFile(path, BytesOf(stream.Get()));
 }
 
@@ -112,9 +114,8 @@ XmlNodePtr SelectNode(const XmlNodePtr &node, const std::wstring &xpath) {
 }
 
 std::vector<XmlNodePtr> SelectNodes(const XmlNodePtr &node, const std::wstring &xpath, std::size_t limit) {
-  RequireNode(node);
   ComPtr<IXMLDOMNodeList> list;
-  ThrowIfFailed(node->selectNodes(MakeBstr(xpath).Get(), list.GetAddressOf()));
+  ThrowIfFailed(Required(node)->selectNodes(MakeBstr(xpath).Get(), list.GetAddressOf()));
   std::vector<XmlNodePtr> nodes;
   while (nodes.size() < limit) {
     XmlNodePtr next;
@@ -126,22 +127,19 @@ std::vector<XmlNodePtr> SelectNodes(const XmlNodePtr &node, const std::wstring &
 }
 
 std::wstring NodeText(const XmlNodePtr &node) {
-  RequireNode(node);
   Bstr text;
-  ThrowIfFailed(node->get_text(text.Put()));
+  ThrowIfFailed(Required(node)->get_text(text.Put()));
   return TextOf(text);
 }
 
 std::wstring ChildText(const XmlNodePtr &node, const std::wstring &xpath) {
-  RequireNode(node);
-  const XmlNodePtr child = SelectNode(node, xpath);
+  const XmlNodePtr child = SelectNode(Required(node), xpath);
   return child == nullptr ? std::wstring() : NodeText(child);
 }
 
 std::wstring NodeAttribute(const XmlNodePtr &node, const std::wstring &name) {
-  RequireNode(node);
   ComPtr<IXMLDOMNamedNodeMap> attributes;
-  ThrowIfFailed(node->get_attributes(attributes.GetAddressOf()));
+  ThrowIfFailed(Required(node)->get_attributes(attributes.GetAddressOf()));
   if (attributes == nullptr)
     return {}; // a text or a document, which can have none
   XmlNodePtr attribute;
@@ -154,8 +152,7 @@ std::wstring NodeAttribute(const XmlNodePtr &node, const std::wstring &name) {
 }
 
 std::wstring ChildAttribute(const XmlNodePtr &node, const std::wstring &xpath, const std::wstring &name) {
-  RequireNode(node);
-  const XmlNodePtr child = SelectNode(node, xpath);
+  const XmlNodePtr child = SelectNode(Required(node), xpath);
   return child == nullptr ? std::wstring() : NodeAttribute(child, name);
 }
 
@@ -172,12 +169,11 @@ std::wstring XmlText(const std::wstring &text) {
 
 XmlNodePtr CreateNode(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,
                       const XmlAttributes &attributes) {
-  RequireNode(document);
   VARIANT type = {};
   type.vt = VT_I4;
   type.lVal = NODE_ELEMENT;
   XmlNodePtr node;
-  ThrowIfFailed(document->createNode(type, MakeBstr(name).Get(), MakeBstr({}).Get(), node.GetAddressOf()));
+  ThrowIfFailed(Required(document)->createNode(type, MakeBstr(name).Get(), MakeBstr({}).Get(), node.GetAddressOf()));
   if (!text.empty())
     ThrowIfFailed(node->put_text(MakeBstr(XmlText(text)).Get()));
   for (const auto &[attributeName, value] : attributes)
@@ -194,51 +190,42 @@ XmlNodePtr CreateNodeWithMaxLength(const XmlDocumentPtr &document, const std::ws
 
 XmlNodePtr CreateProcessingInstruction(const XmlDocumentPtr &document, const std::wstring &target,
                                        const std::wstring &data) {
-  RequireNode(document);
   ComPtr<IXMLDOMProcessingInstruction> instruction;
-  ThrowIfFailed(
-      document->createProcessingInstruction(MakeBstr(target).Get(), MakeBstr(data).Get(), instruction.GetAddressOf()));
+  ThrowIfFailed(Required(document)->createProcessingInstruction(MakeBstr(target).Get(), MakeBstr(data).Get(),
+                                                                instruction.GetAddressOf()));
   return instruction;
 }
 
 std::wstring NodeName(const XmlNodePtr &node) {
-  RequireNode(node);
   Bstr name;
-  ThrowIfFailed(node->get_nodeName(name.Put()));
+  ThrowIfFailed(Required(node)->get_nodeName(name.Put()));
   return TextOf(name);
 }
 
 XmlNodePtr FirstChild(const XmlNodePtr &parent) {
-  RequireNode(parent);
   XmlNodePtr child;
-  ThrowIfFailed(parent->get_firstChild(child.GetAddressOf()));
+  ThrowIfFailed(Required(parent)->get_firstChild(child.GetAddressOf()));
   return child;
 }
 
 void InsertBefore(const XmlNodePtr &parent, const XmlNodePtr &child, const XmlNodePtr &reference) {
   if (reference == nullptr)
     return AppendChild(parent, child);
-  RequireNode(parent);
-  RequireNode(child);
   VARIANT place = {};
   place.vt = VT_DISPATCH;
   place.pdispVal = reference.Get(); // lent
   XmlNodePtr inserted;
-  ThrowIfFailed(parent->insertBefore(child.Get(), place, inserted.GetAddressOf()));
+  ThrowIfFailed(Required(parent)->insertBefore(Required(child).Get(), place, inserted.GetAddressOf()));
 }
 
 void RemoveChild(const XmlNodePtr &parent, const XmlNodePtr &child) {
-  RequireNode(parent);
-  RequireNode(child);
   XmlNodePtr removed;
-  ThrowIfFailed(parent->removeChild(child.Get(), removed.GetAddressOf()));
+  ThrowIfFailed(Required(parent)->removeChild(Required(child).Get(), removed.GetAddressOf()));
 }
 
 void AppendChild(const XmlNodePtr &parent, const XmlNodePtr &child) {
-  RequireNode(parent);
-  RequireNode(child);
   XmlNodePtr added;
-  ThrowIfFailed(parent->appendChild(child.Get(), added.GetAddressOf()));
+  ThrowIfFailed(Required(parent)->appendChild(Required(child).Get(), added.GetAddressOf()));
 }
 
 } // namespace lumenor

@@ -328,6 +328,27 @@ TEST_F(EventLogAndRollingLog, AReportWithoutAnEventLogIsALogLineAlone) {
   EXPECT_THAT(log.Lines(), ElementsAre("ERROR: EventLog: Could not report: caught an unhandled exception in OnTest"));
 }
 
+TEST_F(EventLogAndRollingLog, AFailedCallIsLoggedWithItsPlaceBesideItsReport) {
+  OpenDockEventLog();
+  Guarded(L"OnTest", [] { ThrowIfFailed(E_ABORT); });
+  EXPECT_THAT(spy.Reports(), ElementsAre(By(spy.Handle(), L"caught an unhandled exception in OnTest")));
+  EXPECT_THAT(log.Lines(),
+              ElementsAre(testing::MatchesRegex("ERROR: OnTest: a call failed with 0x80004004 at .*GuardTest.cpp:.*")));
+}
+
+TEST_F(EventLogAndRollingLog, AFailedCallOfANestedWindowIsLoggedWithItsPlace) {
+  OpenDockEventLog();
+  Guarded(L"OnTest", [] {
+    try {
+      ThrowIfFailed(E_ABORT);
+    } catch (...) {
+      KeepWindowException();
+    }
+  });
+  EXPECT_THAT(log.Lines(),
+              ElementsAre(testing::MatchesRegex("ERROR: OnTest: a call failed with 0x80004004 at .*GuardTest.cpp:.*")));
+}
+
 TEST(EventLog, BeforeItIsOpenReportsAreDropped) {
   if (!tests::IsChildRun()) {
     EXPECT_EQ(0u, tests::RunThisTestAsChild({}).exitCode);

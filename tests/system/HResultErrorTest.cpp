@@ -2,8 +2,11 @@
 
 #include <new>
 #include <stdexcept>
+#include <string>
 
 #include <gtest/gtest.h>
+
+#include "system/Registry.h"
 
 namespace lumenor {
 namespace {
@@ -15,6 +18,32 @@ TEST(HResultError, CarriesTheFailedResult) {
   } catch (const HResultError &error) {
     EXPECT_EQ(E_OUTOFMEMORY, error.Result());
   }
+}
+
+/// What `raise` raises, as the place in its source; "nothing" when it raises nothing.
+template <typename Raise> std::string PlaceOf(Raise &&raise) {
+  try {
+    raise();
+    return "nothing";
+  } catch (const HResultError &error) {
+    return error.File() + (":" + std::to_string(error.Line()));
+  }
+}
+
+std::string Here(SourcePlace place = SourcePlace::current()) {
+  return PlaceOf([&] { throw HResultError(E_FAIL, place); });
+}
+
+TEST(HResultError, TellsWhereTheCallStands) {
+  EXPECT_EQ(Here(), PlaceOf([] { ThrowIfFailed(E_FAIL); }));
+  EXPECT_EQ(Here(), PlaceOf([] { ThrowIfFalse(FALSE); }));
+  EXPECT_EQ(Here(), PlaceOf([] { ThrowIfNull(HANDLE()); }));
+  EXPECT_EQ(Here(), PlaceOf([] { ThrowLastError(); }));
+  EXPECT_EQ(Here(), PlaceOf([] { throw HResultError(E_FAIL); }));
+}
+
+TEST(HResultError, NamesItsFileFromTheModulesFolderOn) {
+  EXPECT_TRUE(PlaceOf([] { SplitRegistryPath(L""); }).starts_with("system/Registry.cpp:"));
 }
 
 TEST(HResultError, SuccessIsHandedOnSoThatFalseCanBeTold) { EXPECT_EQ(S_FALSE, ThrowIfFailed(S_FALSE)); }

@@ -1,5 +1,5 @@
 #pragma once
-// What the animation services answer to calls that they refuse; the compiler's headers lack these.
+// The errors of the animation services, which the compiler's headers lack.
 
 #include "system/Windows.h"
 

@@ -22,7 +22,7 @@ HRESULT STDMETHODCALLTYPE AnimationManager::CreateAnimationVariable(double initi
     return shutdownCalled;
   if (!std::isfinite(initialValue))
     return E_INVALIDARG;
-  return HandOut(MakeObject<AnimationVariable>(playlist, initialValue), variable);
+  return HandOut(MakeComObject<AnimationVariable>(playlist, initialValue), variable);
 }
 
 HRESULT STDMETHODCALLTYPE AnimationManager::ScheduleTransition(IUIAnimationVariable *variable,
@@ -30,7 +30,7 @@ HRESULT STDMETHODCALLTYPE AnimationManager::ScheduleTransition(IUIAnimationVaria
                                                                double timeNow) noexcept {
   if (playlist->IsShutDown())
     return shutdownCalled;
-  const auto storyboard = MakeObject<AnimationStoryboard>(playlist);
+  const auto storyboard = MakeComObject<AnimationStoryboard>(playlist);
   const HRESULT result = storyboard->AddTransition(variable, transition);
   return FAILED(result) ? result : storyboard->Schedule(timeNow, nullptr);
 }
@@ -41,7 +41,7 @@ HRESULT STDMETHODCALLTYPE AnimationManager::CreateStoryboard(IUIAnimationStorybo
   *storyboard = nullptr;
   if (playlist->IsShutDown())
     return shutdownCalled;
-  return HandOut(MakeObject<AnimationStoryboard>(playlist), storyboard);
+  return HandOut(MakeComObject<AnimationStoryboard>(playlist), storyboard);
 }
 
 HRESULT STDMETHODCALLTYPE AnimationManager::AbandonAllStoryboards() noexcept {

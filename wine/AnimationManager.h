@@ -1,17 +1,17 @@
 #pragma once
-// Makes storyboards and variables, and gives the variables their values when it is told the time. One thread.
+// Makes storyboards and variables, and updates the variables for a given time. One thread.
 
 #include <memory>
 
 #include <uianimation.h>
 
-#include "ComObject.h"
+#include "ServiceObject.h"
 
 namespace lumenor::services {
 
 class Playlist;
 
-class AnimationManager : public ComObject<AnimationManager, IUIAnimationManager, IUIAnimationTimerUpdateHandler> {
+class AnimationManager : public ServiceObject<AnimationManager, IUIAnimationManager, IUIAnimationTimerUpdateHandler> {
 public:
   AnimationManager();
   ~AnimationManager() override;

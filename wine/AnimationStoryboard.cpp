@@ -16,7 +16,7 @@ double AnimationStoryboard::Track::Duration() const {
   return sum;
 }
 
-/// Each transition starts with the value that the one before it left.
+/// Each transition starts with the last value of the one before it.
 double AnimationStoryboard::Track::ValueAfter(double seconds) const {
   double value = initial;
   for (const auto &transition : transitions) {
@@ -91,7 +91,7 @@ AnimationStoryboard::Track &AnimationStoryboard::TrackOf(AnimationVariable &vari
   return tracks.emplace_back(Track{&variable, {}});
 }
 
-/// Asked only for variables that it plays on.
+/// Only for variables that it plays on.
 const AnimationStoryboard::Track &AnimationStoryboard::TrackOf(const AnimationVariable &variable) const {
   return *std::find_if(tracks.begin(), tracks.end(),
                        [&variable](const Track &track) { return track.variable.Get() == &variable; });
@@ -117,7 +117,7 @@ HRESULT STDMETHODCALLTYPE AnimationStoryboard::AddTransition(IUIAnimationVariabl
   return S_OK;
 }
 
-/// The later storyboard has its way at once, so there is no delay to accept.
+/// The later storyboard always wins at once, so there is no delay to accept.
 HRESULT STDMETHODCALLTYPE AnimationStoryboard::SetLongestAcceptableDelay(double) noexcept { return S_OK; }
 
 HRESULT STDMETHODCALLTYPE AnimationStoryboard::Schedule(double timeNow,

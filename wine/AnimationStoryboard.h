@@ -1,5 +1,5 @@
 #pragma once
-// Transitions of some variables, one after the other on each, that start together. One thread.
+// Transitions of some variables, one after the other on each variable, that start together. One thread.
 
 #include <memory>
 #include <vector>
@@ -8,31 +8,31 @@
 
 #include "AnimationTransition.h"
 #include "AnimationVariable.h"
-#include "ComObject.h"
+#include "ServiceObject.h"
 
 namespace lumenor::services {
 
 class Playlist;
 
-class AnimationStoryboard : public ComObject<AnimationStoryboard, IUIAnimationStoryboard> {
+class AnimationStoryboard : public ServiceObject<AnimationStoryboard, IUIAnimationStoryboard> {
 public:
   explicit AnimationStoryboard(std::shared_ptr<Playlist> playlist);
 
   /// Takes its variables over, from the values that they have at `now`.
   void Begin(double now);
 
-  /// Lets its variables rest where they are.
+  /// Stops its variables at their present values.
   void End();
 
-  /// Gives its variables their values of `now` and ends when all of it has played. True when a value is another one.
+  /// Sets its variables to their values at `now`, and ends when all of it has played. True when a value has changed.
   bool Advance(double now);
 
   bool HasEnded() const { return status == UI_ANIMATION_STORYBOARD_READY; }
 
-  /// Whether any variable is left that no later storyboard took over.
+  /// Whether it still has a variable that no later storyboard took over.
   bool HasVariables() const;
 
-  /// The value of a variable that it plays on, at `now` and in the end.
+  /// The value of a variable that it plays on, at `now` and at its end.
   double ValueOf(const AnimationVariable &variable, double now) const;
   double FinalValueOf(const AnimationVariable &variable) const;
 
@@ -65,7 +65,7 @@ public:
   HRESULT STDMETHODCALLTYPE SetStoryboardEventHandler(IUIAnimationStoryboardEventHandler *handler) noexcept override;
 
 private:
-  /// What it does to one variable.
+  /// Its transitions of one variable.
   struct Track {
     Microsoft::WRL::ComPtr<AnimationVariable> variable;
     std::vector<Microsoft::WRL::ComPtr<AnimationTransition>> transitions;

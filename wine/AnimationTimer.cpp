@@ -4,8 +4,8 @@ namespace lumenor::services {
 
 using Microsoft::WRL::ComPtr;
 
-/// Timer and client would hold each other for ever; the client holds this instead, which only borrows the timer.
-class AnimationTimer::Link : public ComObject<Link, IUIAnimationTimerClientEventHandler> {
+/// Breaks the cycle of timer and client: the client holds this instead, which only borrows the timer.
+class AnimationTimer::Link : public ServiceObject<Link, IUIAnimationTimerClientEventHandler> {
 public:
   explicit Link(AnimationTimer &timer) : timer(&timer) {}
 
@@ -48,7 +48,7 @@ HRESULT STDMETHODCALLTYPE AnimationTimer::SetTimerUpdateHandler(IUIAnimationTime
   idleBehavior = newIdleBehavior;
   if (handler == nullptr)
     return S_OK;
-  link = MakeObject<Link>(*this);
+  link = MakeComObject<Link>(*this);
   updateHandler = handler;
   const HRESULT result = handler->SetTimerClientEventHandler(link.Get());
   if (FAILED(result)) {
@@ -88,8 +88,8 @@ HRESULT STDMETHODCALLTYPE AnimationTimer::GetTime(double *seconds) noexcept {
 
 HRESULT STDMETHODCALLTYPE AnimationTimer::SetFrameRateThreshold(unsigned int) noexcept { return E_NOTIMPL; }
 
-/// A tick that was under way when the timer was disabled is none. The last one, in which the client becomes idle, is
-/// told to the listener like every other.
+/// A tick that was pending when the timer was disabled is ignored. The listener is also called for the last one, in
+/// which the client becomes idle.
 void AnimationTimer::OnTick() {
   if (!isEnabled)
     return;

@@ -1,22 +1,22 @@
 #pragma once
-// Ticks on the thread that made it, as long as it is enabled: its client is told the time, and who listens is called
-// before and after. One thread.
+// Ticks on the thread that made it, as long as it is enabled: it updates its client with the time, and calls its
+// listener before and after that. One thread.
 
 #include <memory>
 
 #include <uianimation.h>
 
-#include "ComObject.h"
+#include "ServiceObject.h"
 #include "TickWindow.h"
 
 namespace lumenor::services {
 
-class AnimationTimer : public ComObject<AnimationTimer, IUIAnimationTimer>, private TickSink {
+class AnimationTimer : public ServiceObject<AnimationTimer, IUIAnimationTimer>, private TickSink {
 public:
   AnimationTimer();
   ~AnimationTimer() override;
 
-  /// The client has become busy, which lets the timer run, or idle, which ends that where it was asked for.
+  /// The client has become busy, which starts the timer, or idle, which stops it if the idle behaviour says so.
   void OnClientStatus(bool isBusy);
 
   HRESULT STDMETHODCALLTYPE SetTimerUpdateHandler(IUIAnimationTimerUpdateHandler *handler,
@@ -27,7 +27,7 @@ public:
   HRESULT STDMETHODCALLTYPE IsEnabled() noexcept override;
   HRESULT STDMETHODCALLTYPE GetTime(double *seconds) noexcept override;
 
-  // Not served: nobody here asks to be told of slow frames.
+  // Not served: no program here listens to slow frames.
   HRESULT STDMETHODCALLTYPE SetFrameRateThreshold(unsigned int framesPerSecond) noexcept override;
 
 private:
@@ -39,7 +39,7 @@ private:
   TickWindow window{*this};
   Microsoft::WRL::ComPtr<IUIAnimationTimerUpdateHandler> updateHandler;
   Microsoft::WRL::ComPtr<IUIAnimationTimerEventHandler> eventHandler;
-  Microsoft::WRL::ComPtr<Link> link; // what the update handler holds of this timer
+  Microsoft::WRL::ComPtr<Link> link; // what the update handler holds instead of this timer
   UI_ANIMATION_IDLE_BEHAVIOR idleBehavior = UI_ANIMATION_IDLE_BEHAVIOR_CONTINUE;
   bool isEnabled = false;
 };

@@ -13,14 +13,14 @@ bool IsDuration(double seconds) { return std::isfinite(seconds) && seconds >= 0;
 
 bool IsShare(double ratio) { return ratio >= 0 && ratio <= 1; }
 
-/// Hands a new transition out; a number that is no duration or no value is refused.
+/// Hands out a new transition; refuses a number that is no duration or no value.
 HRESULT Make(bool isValid, double duration, AnimationTransition::Shape shape, IUIAnimationTransition **transition) {
   if (transition == nullptr)
     return E_POINTER;
   *transition = nullptr;
   if (!isValid || !IsDuration(duration))
     return E_INVALIDARG;
-  return HandOut(MakeObject<AnimationTransition>(duration, std::move(shape)), transition);
+  return HandOut(MakeComObject<AnimationTransition>(duration, std::move(shape)), transition);
 }
 
 HRESULT Refuse(IUIAnimationTransition **transition) {
@@ -30,7 +30,7 @@ HRESULT Refuse(IUIAnimationTransition **transition) {
   return E_NOTIMPL;
 }
 
-/// A start from rest that gains speed for the first share of the time, and loses it to rest over the last one.
+/// Starts from rest, accelerates for the first share of the time and decelerates to rest in the last one.
 struct SpeedUpAndDown {
   double duration, finalValue, acceleration, deceleration;
 

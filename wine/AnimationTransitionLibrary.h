@@ -1,14 +1,14 @@
 #pragma once
-// Makes transitions: those that hold, jump, and run straight or with speeding up and slowing down. Those whose shape
-// depends on a velocity that the variable comes with are refused with E_NOTIMPL.
+// Makes transitions: constant, instantaneous, linear, and accelerate-decelerate. Those that depend on the variable's
+// velocity are refused with E_NOTIMPL.
 
 #include <uianimation.h>
 
-#include "ComObject.h"
+#include "ServiceObject.h"
 
 namespace lumenor::services {
 
-class AnimationTransitionLibrary : public ComObject<AnimationTransitionLibrary, IUIAnimationTransitionLibrary> {
+class AnimationTransitionLibrary : public ServiceObject<AnimationTransitionLibrary, IUIAnimationTransitionLibrary> {
 public:
   HRESULT STDMETHODCALLTYPE CreateInstantaneousTransition(double finalValue,
                                                           IUIAnimationTransition **transition) noexcept override;

@@ -6,14 +6,14 @@
 
 #include <uianimation.h>
 
-#include "ComObject.h"
+#include "ServiceObject.h"
 
 namespace lumenor::services {
 
 class AnimationStoryboard;
 class Playlist;
 
-class AnimationVariable : public ComObject<AnimationVariable, IUIAnimationVariable> {
+class AnimationVariable : public ServiceObject<AnimationVariable, IUIAnimationVariable> {
 public:
   static constexpr GUID identity{0x7d0c3c52, 0x1f4e, 0x4b8e, {0xa6, 0x5d, 0x30, 0x77, 0xe2, 0x6b, 0x91, 0xc4}};
 
@@ -21,16 +21,16 @@ public:
 
   bool IsOf(const Playlist &playlist) const { return owner.get() == &playlist; }
 
-  /// The storyboard that plays on it; null when it rests.
+  /// The storyboard that plays on it, or null.
   const AnimationStoryboard *Player() const { return player; }
 
-  /// `newPlayer` takes it over, or leaves it to rest with null. Borrowed: it tells when it ends.
+  /// Makes `newPlayer`, which may be null, its storyboard. Borrowed: the storyboard resets it at its end.
   void SetPlayer(AnimationStoryboard *newPlayer) { player = newPlayer; }
 
-  /// The value at the time `now`, whether or not an update has come to it.
+  /// The value at the time `now`, also ahead of an update for it.
   double ValueAt(double now) const;
 
-  /// Takes the value of an update; true when that is another one.
+  /// Takes the value of an update; true when it differs.
   bool Take(double newValue);
 
   HRESULT STDMETHODCALLTYPE GetValue(double *result) noexcept override;

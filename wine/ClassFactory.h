@@ -2,11 +2,11 @@
 // Makes objects of one class. Any thread.
 
 #include "Classes.h"
-#include "ComObject.h"
+#include "ServiceObject.h"
 
 namespace lumenor::services {
 
-class ClassFactory : public ComObject<ClassFactory, IClassFactory> {
+class ClassFactory : public ServiceObject<ClassFactory, IClassFactory> {
 public:
   explicit ClassFactory(Creator create) : create(create) {}
 

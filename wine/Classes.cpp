@@ -15,7 +15,7 @@ namespace lumenor::services {
 namespace {
 
 template <typename Object> HRESULT Create(REFIID id, void **object) {
-  return MakeObject<Object>()->QueryInterface(id, object);
+  return MakeComObject<Object>()->QueryInterface(id, object);
 }
 
 struct ServedClass {

@@ -141,7 +141,7 @@ HRESULT STDMETHODCALLTYPE DestinationList::GetRemovedDestinations(REFIID id, voi
   if (removed == nullptr)
     return E_POINTER;
   *removed = nullptr;
-  return MakeObject<ObjectCollection>()->QueryInterface(id, removed);
+  return MakeComObject<ObjectCollection>()->QueryInterface(id, removed);
 }
 
 HRESULT STDMETHODCALLTYPE DestinationList::DeleteList(LPCWSTR id) noexcept {

@@ -2,24 +2,23 @@
 // Builds an application's jump list and publishes it, to be kept in a file (JumpListFile.h). A published list stays as
 // it is until the next is committed. One thread.
 //
-// What is documented: an id that comes after the beginning, E_UNEXPECTED, which is the answer to every other call at
-// the wrong time here as well; a file that the application isn't registered for, 0x80040F03. For tasks that come a
-// second time nothing is documented, but Windows has been seen to answer ERROR_ALREADY_EXISTS. Nor is it for arguments
-// that make no sense: E_INVALIDARG, and E_POINTER where there is no place for an answer. Tasks that are shell items,
-// which the platform would take, are refused: nobody publishes any here. Nor does anybody remove anything from a list
-// that is kept here, so there are no removed destinations.
+// Documented errors: E_UNEXPECTED for an ID after BeginList, and here for every other call at the wrong time as well;
+// 0x80040F03 for a file that the application isn't registered for. A second AddUserTasks is undocumented; Windows has
+// been seen to return ERROR_ALREADY_EXISTS. So are invalid arguments, which get E_INVALIDARG, or E_POINTER when the
+// result's place is missing. Tasks that are shell items, which the platform accepts, are refused, since no program here
+// publishes any. No user removes anything from these lists, so there are no removed destinations.
 
 #include <optional>
 #include <string>
 
 #include <shobjidl.h>
 
-#include "ComObject.h"
 #include "JumpListFile.h"
+#include "ServiceObject.h"
 
 namespace lumenor::services {
 
-class DestinationList : public ComObject<DestinationList, ICustomDestinationList> {
+class DestinationList : public ServiceObject<DestinationList, ICustomDestinationList> {
 public:
   HRESULT STDMETHODCALLTYPE SetAppID(LPCWSTR id) noexcept override;
   HRESULT STDMETHODCALLTYPE BeginList(UINT *slots, REFIID id, void **removed) noexcept override;
@@ -32,7 +31,7 @@ public:
   HRESULT STDMETHODCALLTYPE AbortList() noexcept override;
 
 private:
-  /// What was added since the list was begun.
+  /// What was added since BeginList.
   struct Unfinished {
     JumpListBlocks categories;
     JumpListBlocks tasks; // empty: none were added

@@ -1,8 +1,8 @@
 #pragma once
-// The program that shows the platform's help. What it is asked to search for is written down: as UTF-8, a line each, at
-// the end of the file that the environment variable LUMENOR_HELP_RECORD names.
+// The program that shows the platform's help. It records what it is asked to search for: as UTF-8, a line each, at the
+// end of the file that the environment variable LUMENOR_HELP_RECORD names.
 
-#include "ComObject.h"
+#include "ServiceObject.h"
 
 namespace lumenor::services {
 
@@ -27,7 +27,7 @@ __CRT_UUID_DECL(lumenor::services::IHelpPane, 0x8CEC5884, 0x07A1, 0x11D9, 0xB1, 
 
 namespace lumenor::services {
 
-class HelpPane : public ComObject<HelpPane, IHelpPane> {
+class HelpPane : public ServiceObject<HelpPane, IHelpPane> {
 public:
   HRESULT STDMETHODCALLTYPE DisplayTask(BSTR url) noexcept override;
   HRESULT STDMETHODCALLTYPE DisplayContents(BSTR url) noexcept override;

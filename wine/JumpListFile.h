@@ -26,9 +26,9 @@
 //     [known category]
 //     name=recent, or frequent
 //
-// An empty line goes before each block but the first. A destination belongs to the category above it; the tasks come
-// last, in their order. In a value each control character and '%' stands as '%' and two hexadecimal digits; in the
-// file's name what can't stand in one does. Stateless; any thread.
+// An empty line precedes each block but the first. A destination belongs to the category above it; the tasks are last,
+// in their order. In a value each control character and '%' is written as '%' and two hexadecimal digits, and so is in
+// the file's name each character that a file name can't have. Stateless; any thread.
 
 #include <string>
 #include <vector>
@@ -43,7 +43,7 @@ struct JumpListProperty {
   std::wstring value;
 };
 
-/// A block: what stands in its brackets, and its lines.
+/// A block: the text in its brackets, and its lines.
 struct JumpListBlock {
   const char *kind;
   std::vector<JumpListProperty> properties;
@@ -51,7 +51,7 @@ struct JumpListBlock {
 
 using JumpListBlocks = std::vector<JumpListBlock>;
 
-/// Makes `blocks` the list of the application, whole and at once; a former one goes, also when there are no blocks.
+/// Makes `blocks` the list of the application, in one step, in place of a former one; also when there are no blocks.
 HRESULT WriteJumpList(const std::wstring &applicationId, const JumpListBlocks &blocks);
 
 /// Deletes the list of the application; no failure when it has none.

@@ -7,12 +7,12 @@
 
 namespace lumenor::services {
 
-/// Whether the link is no link but a line between others.
+/// Whether the link is a separator.
 bool IsSeparator(IShellLinkW &link);
 
-/// Makes `block`, of that kind, what the link tells. E_INVALIDARG for a link without a title, which nobody could show,
-/// or without a path: one that has nothing but an item list isn't served. Arguments, which each link has to declare,
-/// may be declared as none.
+/// Makes `block` the description of the link, with that kind. E_INVALIDARG for a link without a title, which can't be
+/// shown, or without a path: one with only an item list isn't supported. Arguments, which each link has to declare, may
+/// be empty.
 HRESULT DescribeLink(IShellLinkW &link, const char *kind, JumpListBlock &block);
 
 /// Whether a described link has arguments.

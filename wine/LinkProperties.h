@@ -11,15 +11,15 @@ namespace lumenor::services {
 
 class LinkProperties {
 public:
-  /// Keeps a copy of `value` in the place of a former one; an empty value takes the property away.
+  /// Keeps a copy of `value` instead of a former one; an empty value removes the property.
   HRESULT Set(REFPROPERTYKEY key, REFPROPVARIANT value);
 
-  /// Gives a copy, which the caller clears; the empty value when there is no such property.
+  /// Returns a copy, which the caller clears; the empty value when there is no such property.
   HRESULT Get(REFPROPERTYKEY key, PROPVARIANT *value) const;
 
   HRESULT GetCount(DWORD *count) const;
 
-  /// The keys, in the order in which they came.
+  /// The keys, in the order in which they were set first.
   HRESULT GetKey(DWORD index, PROPERTYKEY *key) const;
 
   void Clear() { properties.clear(); }

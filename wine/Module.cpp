@@ -32,7 +32,8 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void **object) {
     return E_POINTER;
   *object = nullptr;
   const Creator create = FindClass(classId);
-  return create == nullptr ? CLASS_E_CLASSNOTAVAILABLE : MakeObject<ClassFactory>(create)->QueryInterface(id, object);
+  return create == nullptr ? CLASS_E_CLASSNOTAVAILABLE
+                           : lumenor::MakeComObject<ClassFactory>(create)->QueryInterface(id, object);
 }
 
 STDAPI DllCanUnloadNow() { return ModuleLock::Count() == 0 ? S_OK : S_FALSE; }

@@ -1,5 +1,5 @@
 #pragma once
-// The DLL itself: whether anybody still needs it. Any thread.
+// The DLL itself: whether it is still in use. Any thread.
 
 #include "system/Windows.h"
 

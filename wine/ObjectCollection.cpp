@@ -4,7 +4,7 @@ namespace lumenor::services {
 
 HRESULT STDMETHODCALLTYPE ObjectCollection::QueryInterface(REFIID id, void **object) noexcept {
   const bool isArray = ::IsEqualIID(id, __uuidof(IObjectArray)); // which each collection is
-  return ComObject::QueryInterface(isArray ? __uuidof(IObjectCollection) : id, object);
+  return ServiceObject::QueryInterface(isArray ? __uuidof(IObjectCollection) : id, object);
 }
 
 HRESULT STDMETHODCALLTYPE ObjectCollection::GetCount(UINT *count) noexcept {

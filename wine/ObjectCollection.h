@@ -1,16 +1,16 @@
 #pragma once
-// A growing list of objects. Where nothing is documented for a call that makes no sense it answers E_INVALIDARG, and
-// E_POINTER where there is no place for its answer. One thread.
+// A growing list of objects. Invalid calls without a documented error get E_INVALIDARG, or E_POINTER when the result's
+// place is missing. One thread.
 
 #include <vector>
 
 #include <objectarray.h>
 
-#include "ComObject.h"
+#include "ServiceObject.h"
 
 namespace lumenor::services {
 
-class ObjectCollection : public ComObject<ObjectCollection, IObjectCollection> {
+class ObjectCollection : public ServiceObject<ObjectCollection, IObjectCollection> {
 public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) noexcept override;
 
@@ -25,8 +25,8 @@ private:
   std::vector<Microsoft::WRL::ComPtr<IUnknown>> objects;
 };
 
-/// Takes the objects out of `source`, which may be null, as the interface `Interface`; the first failure when one of
-/// them hasn't it.
+/// Reads the objects of `source`, which may be null, as `Interface`; returns the first failure when one of them lacks
+/// it.
 template <typename Interface>
 HRESULT ReadAll(IObjectArray *source, std::vector<Microsoft::WRL::ComPtr<Interface>> &objects) {
   UINT count = 0;

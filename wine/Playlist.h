@@ -1,12 +1,12 @@
 #pragma once
-// What plays just now: shared by a manager and the storyboards and variables that it made, which may outlive it. The
+// What plays at present: shared by a manager and the storyboards and variables that it made, which may outlive it. The
 // playing storyboards are held, so that an abandoned one plays to its end. One thread.
 
 #include <vector>
 
 #include <uianimation.h>
 
-#include "ComObject.h"
+#include "ServiceObject.h"
 
 namespace lumenor::services {
 
@@ -20,23 +20,23 @@ public:
   /// The time of the last update, in seconds; nothing is scheduled before it.
   double LastUpdate() const { return lastUpdate; }
 
-  /// Lets `storyboard` play from `now` on. What plays on one of its variables loses that variable, and ends when it has
-  /// none left: the later one has its way.
+  /// Plays `storyboard` from `now` on. A storyboard that plays on one of its variables loses that variable, and ends
+  /// when it has none left: the later one wins.
   void Play(AnimationStoryboard &storyboard, double now);
 
-  /// Ends `storyboard` where it is.
+  /// Ends `storyboard` at its present values.
   void Stop(AnimationStoryboard &storyboard);
 
   void StopAll();
 
-  /// Gives every variable its value of `now`.
+  /// Sets every variable to its value at `now`.
   HRESULT Update(double now, UI_ANIMATION_UPDATE_RESULT *result);
 
-  /// Tells `newClient` of every change between idle and busy, at once if busy already. Only one may be connected.
+  /// Notifies `newClient` of every change between idle and busy, at once if busy already. Only one may be connected.
   HRESULT Connect(IUIAnimationTimerClientEventHandler *newClient);
   void Disconnect() { client.Reset(); }
 
-  /// Ends everything for good.
+  /// Ends everything; nothing can play after that.
   void ShutDown();
 
 private:

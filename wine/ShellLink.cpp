@@ -40,12 +40,12 @@ HRESULT MakePlatformLink(PlatformLink &platform) {
 HRESULT ShellLink::Create(REFIID id, void **object) {
   PlatformLink platform;
   const HRESULT result = MakePlatformLink(platform);
-  return FAILED(result) ? result : MakeObject<ShellLink>(std::move(platform))->QueryInterface(id, object);
+  return FAILED(result) ? result : MakeComObject<ShellLink>(std::move(platform))->QueryInterface(id, object);
 }
 
 HRESULT STDMETHODCALLTYPE ShellLink::QueryInterface(REFIID id, void **object) noexcept {
   const bool isPersist = ::IsEqualIID(id, __uuidof(IPersist)); // which each file is
-  return ComObject::QueryInterface(isPersist ? __uuidof(IPersistFile) : id, object);
+  return ServiceObject::QueryInterface(isPersist ? __uuidof(IPersistFile) : id, object);
 }
 
 /// What was loaded has no properties.

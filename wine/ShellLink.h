@@ -1,18 +1,18 @@
 #pragma once
-// A shell link that keeps its properties, which the platform's own only pretends to. All else it leaves to one of the
-// platform's own, whose interfaces are its own too, so that it stays one object; it has none for texts of eight bits,
-// since nobody asks for that here. The properties live as long as the object: a file that is saved doesn't hold them,
-// and one that is loaded has none. One thread.
+// A shell link that keeps its properties, which the platform's own only pretends to do. It forwards all else to a link
+// of the platform, with the same interfaces so that it is one object; it lacks that for 8-bit texts, which no program
+// here uses. The properties live as long as the object: a file that is saved doesn't hold them, and one that is loaded
+// has none. One thread.
 
-#include "ComObject.h"
 #include "LinkProperties.h"
+#include "ServiceObject.h"
 
 #include <ocidl.h>
 #include <shobjidl.h>
 
 namespace lumenor::services {
 
-/// What the platform's own link is asked for.
+/// The interfaces of the platform's own link.
 struct PlatformLink {
   Microsoft::WRL::ComPtr<IShellLinkW> link;
   Microsoft::WRL::ComPtr<IPersistFile> file;
@@ -23,8 +23,8 @@ struct PlatformLink {
   Microsoft::WRL::ComPtr<IObjectWithSite> sited;
 };
 
-class ShellLink : public ComObject<ShellLink, IShellLinkW, IPropertyStore, IPersistFile, IPersistStream,
-                                   IShellLinkDataList, IShellExtInit, IContextMenu, IObjectWithSite> {
+class ShellLink : public ServiceObject<ShellLink, IShellLinkW, IPropertyStore, IPersistFile, IPersistStream,
+                                       IShellLinkDataList, IShellExtInit, IContextMenu, IObjectWithSite> {
 public:
   /// Makes a link around a new one of the platform's.
   static HRESULT Create(REFIID id, void **object);

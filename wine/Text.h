@@ -1,5 +1,5 @@
 #pragma once
-// Texts as the services need them. Stateless; any thread.
+// Conversions of texts. Stateless; any thread.
 
 #include <string>
 #include <string_view>
@@ -8,7 +8,7 @@ namespace lumenor::services {
 
 std::string Utf8(std::wstring_view text);
 
-/// The value of an environment variable; empty where it isn't set.
+/// The value of an environment variable; empty when it isn't set.
 std::wstring EnvironmentText(const wchar_t *name);
 
 } // namespace lumenor::services

@@ -1,5 +1,5 @@
 #pragma once
-// A message-only window that lets the platform's timer call somebody on the thread that made it.
+// A message-only window by which the platform's timer calls a sink on the thread that made it.
 
 #include "Module.h"
 #include "system/Windows.h"
@@ -20,7 +20,7 @@ public:
   /// Makes the window on this thread; `sink` is borrowed and outlives this.
   explicit TickWindow(TickSink &sink);
 
-  /// On another thread the window itself goes a little later, but calls nobody any more.
+  /// On another thread the window itself is destroyed a little later, but the sink isn't called any more.
   ~TickWindow();
   TickWindow(const TickWindow &) = delete;
   TickWindow &operator=(const TickWindow &) = delete;
@@ -29,7 +29,7 @@ public:
   HRESULT Start();
   HRESULT Stop();
 
-  /// Before the DLL goes: the platform must not keep a class whose procedure is gone.
+  /// Before the DLL is unloaded: the platform must not keep a class whose procedure is gone.
   static void ForgetClass();
 
 private:

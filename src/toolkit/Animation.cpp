@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "system/HResultError.h"
-#include "system/WindowException.h"
 #include "toolkit/AnimationServices.h"
 
 using Microsoft::WRL::ComPtr;
@@ -25,7 +24,7 @@ template <typename T> void Animation<T>::Start() {
   UI_ANIMATION_SECONDS now = 0;
   ThrowIfFailed(timer->GetTime(&now));
   ThrowIfFailed(storyboard->Schedule(now, nullptr));
-  const ComPtr<IUIAnimationTimerEventHandler> handler(new TimerEventHandler<T>(this, alive));
+  const auto handler = MakeComObject<TimerEventHandler<T>>(this, alive);
   ThrowIfFailed(timer->SetTimerEventHandler(handler.Get()));
 }
 
@@ -64,37 +63,15 @@ void LongAnimation::Update() {
 template <typename T> TimerEventHandler<T>::TimerEventHandler(Animation<T> *animation, AliveFlag animationAlive)
     : animation(animation), animationAlive(std::move(animationAlive)) {}
 
-template <typename T>
-HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::QueryInterface(REFIID id, void **object) noexcept {
-  if (object == nullptr)
-    return E_POINTER;
-  *object = nullptr;
-  if (!::IsEqualIID(id, __uuidof(IUnknown)) && !::IsEqualIID(id, __uuidof(IUIAnimationTimerEventHandler)))
-    return E_NOINTERFACE;
-  *object = static_cast<IUIAnimationTimerEventHandler *>(this);
-  AddRef();
-  return S_OK;
-}
-
-template <typename T> ULONG STDMETHODCALLTYPE TimerEventHandler<T>::AddRef() noexcept { return ++refCount; }
-
-template <typename T> ULONG STDMETHODCALLTYPE TimerEventHandler<T>::Release() noexcept {
-  const ULONG left = --refCount;
-  if (left == 0)
-    delete this;
-  return left;
-}
-
 template <typename T> HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::OnPreUpdate() noexcept { return S_OK; }
 
 template <typename T> HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::OnPostUpdate() noexcept {
-  try {
+  Shielded([this] {
     if (*animationAlive != 0)
       animation->Update();
-  } catch (...) {
-    KeepWindowException();
-  }
-  return S_OK;
+    return S_OK;
+  });
+  return S_OK; // also of a failure: the timer goes on
 }
 
 template <typename T> HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::OnRenderingTooSlow(UINT32) noexcept {

@@ -11,6 +11,7 @@
 #include <uianimation.h>
 #include <wrl/client.h>
 
+#include "system/ComObject.h"
 #include "system/Windows.h"
 #include "toolkit/Event.h"
 #include "toolkit/Property.h"
@@ -83,19 +84,11 @@ public:
   void Update() override;
 };
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor" // the platform's interfaces have none
-
-/// What the timer calls for an animation. Owned by the timer; destroyed with its last reference.
-template <typename T> class TimerEventHandler : public IUIAnimationTimerEventHandler {
+/// What the timer calls for an animation. Held by the timer alone.
+template <typename T> class TimerEventHandler : public ComObject<IUIAnimationTimerEventHandler> {
 public:
   /// `animation` is borrowed; once `animationAlive` is 0 it isn't called any more.
   TimerEventHandler(Animation<T> *animation, AliveFlag animationAlive);
-  virtual ~TimerEventHandler() = default;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) noexcept override;
-  ULONG STDMETHODCALLTYPE AddRef() noexcept override;
-  ULONG STDMETHODCALLTYPE Release() noexcept override;
 
   HRESULT STDMETHODCALLTYPE OnPreUpdate() noexcept override;
 
@@ -106,12 +99,9 @@ public:
 private:
   Animation<T> *animation;
   AliveFlag animationAlive;
-  UINT32 refCount = 0; // not interlocked: the timer calls on the user-interface thread
 };
 
 extern template class TimerEventHandler<unsigned char>;
 extern template class TimerEventHandler<long>;
-
-#pragma GCC diagnostic pop
 
 } // namespace lumenor

@@ -35,12 +35,12 @@ constexpr LONG indicatorInset = 3; // from the bar's upper and lower edge
 /// The source destroys its cursor and a loaded cursor is shared, so the source gets a copy.
 ComPtr<CDragSource> MakeDragSource() {
   const HCURSOR shared = ::LoadCursorW(instanceHandle, MAKEINTRESOURCEW(DragCursorId));
-  return MakeOleObject<CDragSource>(CopyCursor(shared));
+  return MakeComObject<CDragSource>(CopyCursor(shared));
 }
 
 /// The data of a dragged button: the format of a list of files, without one. The drop target only asks for the format.
 ComPtr<CDataObject> MakeButtonData() {
-  const ComPtr<CDataObject> data = MakeOleObject<CDataObject>();
+  const ComPtr<CDataObject> data = MakeComObject<CDataObject>();
   FORMATETC format = fileListFormat;
   STGMEDIUM medium = {};
   medium.tymed = TYMED_HGLOBAL;
@@ -114,7 +114,7 @@ RowDrag::RowDrag(Window &window, const Bar &bar, UserRow &row)
 RowDrag::~RowDrag() = default;
 
 void RowDrag::AcceptDrops() {
-  dropTarget = MakeOleObject<CDropTarget>(window.GetHandle());
+  dropTarget = MakeComObject<CDropTarget>(window.GetHandle());
   ThrowIfFailed(::RegisterDragDrop(window.GetHandle(), dropTarget.Get()));
 }
 

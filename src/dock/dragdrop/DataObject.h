@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "dock/dragdrop/OleObject.h"
+#include "system/ComObject.h"
 #include "system/Windows.h"
 
 namespace lumenor {
@@ -16,7 +16,7 @@ constexpr FORMATETC fileListFormat = {CF_HDROP, nullptr, DVASPECT_CONTENT, -1, T
 /// stays empty.
 HRESULT CopyMedium(const STGMEDIUM &from, STGMEDIUM &to) noexcept;
 
-class CDataObject : public OleObject<IDataObject> {
+class CDataObject : public ComObject<IDataObject> {
 public:
   HRESULT STDMETHODCALLTYPE GetData(FORMATETC *format, STGMEDIUM *medium) noexcept override;
   HRESULT STDMETHODCALLTYPE GetDataHere(FORMATETC *format, STGMEDIUM *medium) noexcept override;

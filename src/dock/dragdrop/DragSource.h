@@ -2,13 +2,13 @@
 // The drop source of a dragged button: it decides when the drag ends, and shows the cursor of a removal while the drag
 // is off the row. Lives by its references. User-interface thread.
 
-#include "dock/dragdrop/OleObject.h"
+#include "system/ComObject.h"
 #include "system/Handles.h"
 #include "system/Windows.h"
 
 namespace lumenor {
 
-class CDragSource : public OleObject<IDropSource> {
+class CDragSource : public ComObject<IDropSource> {
 public:
   /// Takes `cursor` over and destroys it in the end.
   explicit CDragSource(HCURSOR cursor) : cursor(cursor) {}

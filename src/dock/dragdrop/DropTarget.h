@@ -6,7 +6,7 @@
 
 #include <wrl/client.h>
 
-#include "dock/dragdrop/OleObject.h"
+#include "system/ComObject.h"
 #include "system/Windows.h"
 
 #include <shellapi.h>
@@ -14,7 +14,7 @@
 
 namespace lumenor {
 
-class CDropTarget : public OleObject<IDropTarget> {
+class CDropTarget : public ComObject<IDropTarget> {
 public:
   /// `window` is the bar's. Raises HResultError when the platform has no helper for drag pictures.
   explicit CDropTarget(HWND window);

@@ -5,12 +5,12 @@
 #include <cstddef>
 #include <vector>
 
-#include "dock/dragdrop/OleObject.h"
+#include "system/ComObject.h"
 #include "system/Windows.h"
 
 namespace lumenor {
 
-class CEnumFormatEtc : public OleObject<IEnumFORMATETC> {
+class CEnumFormatEtc : public ComObject<IEnumFORMATETC> {
 public:
   /// Starts at the format with the index `cursor`.
   explicit CEnumFormatEtc(std::vector<FORMATETC> formats, std::size_t cursor = 0)

@@ -13,10 +13,10 @@
 
 #include "content/Documents.h"
 #include "dock/bar/BarFixture.h"
-#include "dock/dragdrop/OleObject.h"
 #include "dock/Scene.h"
 #include "support/Desk.h"
 #include "support/ImportSlot.h"
+#include "system/ComObject.h"
 #include "system/WindowException.h"
 #include "toolkit/AnimationServices.h"
 

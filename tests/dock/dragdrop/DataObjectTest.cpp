@@ -55,7 +55,7 @@ protected:
   }
 
   const tests::ComApartment com;
-  const ComPtr<CDataObject> data = MakeOleObject<CDataObject>();
+  const ComPtr<CDataObject> data = MakeComObject<CDataObject>();
 };
 
 const std::string noSuchFormat = "none " + std::to_string(static_cast<unsigned long>(DV_E_FORMATETC));
@@ -144,7 +144,7 @@ TEST_F(DataObject, TakesAMediumOverAndReleasesItInTheEnd) {
   const HGLOBAL memory = medium.hGlobal;
   FORMATETC format = Format(CF_TEXT);
   {
-    const auto holder = MakeOleObject<CDataObject>();
+    const auto holder = MakeComObject<CDataObject>();
     ASSERT_EQ(S_OK, holder->SetData(&format, &medium, TRUE));
     EXPECT_EQ(1U, owner.references);
   }
@@ -350,7 +350,7 @@ protected:
   }
 
   const ComPtr<CEnumFormatEtc> list =
-      MakeOleObject<CEnumFormatEtc>(std::vector<FORMATETC>{Format(11), Format(12), Format(13)});
+      MakeComObject<CEnumFormatEtc>(std::vector<FORMATETC>{Format(11), Format(12), Format(13)});
 };
 
 using Numbers = std::vector<long>;

@@ -27,7 +27,7 @@ HGLOBAL MakeFileList(const std::vector<std::wstring> &paths) {
 }
 
 Microsoft::WRL::ComPtr<CDataObject> MakeData(FORMATETC format, STGMEDIUM medium) {
-  const auto data = MakeOleObject<CDataObject>();
+  const auto data = MakeComObject<CDataObject>();
   data->SetData(&format, &medium, TRUE);
   return data;
 }

@@ -18,7 +18,7 @@ protected:
   ~DragSource() override { ForgetDrag(); }
 
   const HCURSOR cursor = ::CopyIcon(::LoadCursorW(nullptr, IDC_NO));
-  const ComPtr<CDragSource> source = MakeOleObject<CDragSource>(cursor);
+  const ComPtr<CDragSource> source = MakeComObject<CDragSource>(cursor);
 };
 
 TEST_F(DragSource, IsMadeWithOneReference) {
@@ -58,7 +58,7 @@ TEST_F(DragSource, ShowsItsOwnCursorOffTheRow) {
 TEST(DragSourceCursor, IsDestroyedWithItsSource) {
   const HCURSOR cursor = ::CopyIcon(::LoadCursorW(nullptr, IDC_NO));
   ICONINFO info = {};
-  auto source = MakeOleObject<CDragSource>(cursor);
+  auto source = MakeComObject<CDragSource>(cursor);
   ASSERT_TRUE(::GetIconInfo(cursor, &info));
   ::DeleteObject(info.hbmMask);
   ::DeleteObject(info.hbmColor);

@@ -89,7 +89,7 @@ protected:
 
   const tests::ComApartment com;
   NotedWindow window;
-  const ComPtr<CDropTarget> target = MakeOleObject<CDropTarget>(window.handle);
+  const ComPtr<CDropTarget> target = MakeComObject<CDropTarget>(window.handle);
   const ComPtr<CDataObject> files = MakeFileData({firstPath});
 };
 
@@ -113,7 +113,7 @@ TEST_F(DropTarget, IsMadeWithOneReferenceAndLeavesNone) {
 
 TEST_F(DropTarget, IsNotMadeWithoutThePlatformsHelper) {
   const tests::FailingClass failing(CLSID_DragDropHelper, E_NOTIMPL);
-  EXPECT_THROW(MakeOleObject<CDropTarget>(window.handle), HResultError);
+  EXPECT_THROW(MakeComObject<CDropTarget>(window.handle), HResultError);
 }
 
 TEST_F(DropTarget, SendsNoNotificationWhenFilesEnter) {

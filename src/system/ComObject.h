@@ -1,8 +1,10 @@
 #pragma once
-// What the objects of drag and drop are made of: counting, their one interface, and the wall that no exception of ours
-// passes on its way out to the platform. User-interface thread.
+// What our COM objects are made of: the count of their references, the query for their interfaces, and the barrier that
+// keeps exceptions away from the platform. References may be counted on any thread.
 
+#include <atomic>
 #include <cstring>
+#include <tuple>
 #include <utility>
 
 #include <wrl/client.h>
@@ -15,27 +17,26 @@ namespace lumenor {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor" // the platform's interfaces have none
 
-/// Whether an object with the one interface `known` answers to `id`. The platform's remote calls hand in identifiers
-/// that lie at odd places, so they are compared as bytes.
-[[gnu::no_sanitize("alignment")]] inline bool IsInterface(REFIID id, REFIID known) noexcept {
-  return std::memcmp(&id, &IID_IUnknown, sizeof(IID)) == 0 || std::memcmp(&id, &known, sizeof(IID)) == 0;
+/// Whether two identifiers are the same. The platform's remote calls pass identifiers at odd addresses, so they are
+/// compared as bytes.
+[[gnu::no_sanitize("alignment")]] inline bool IsSameId(REFIID one, REFIID other) noexcept {
+  return std::memcmp(&one, &other, sizeof(IID)) == 0;
 }
 
-/// An object with the one interface `Interface`. It is made with one reference, which whoever makes it owns, and
-/// deleted with its last.
-template <typename Interface> class OleObject : public Interface {
+/// An object with `Interfaces`, the first of which is also its IUnknown. It is made with one reference, which its maker
+/// owns (MakeComObject), and deleted with its last.
+template <typename... Interfaces> class ComObject : public Interfaces... {
 public:
-  OleObject() = default;
-  OleObject(const OleObject &) = delete;
-  OleObject &operator=(const OleObject &) = delete;
+  ComObject() = default;
+  ComObject(const ComObject &) = delete;
+  ComObject &operator=(const ComObject &) = delete;
 
   [[gnu::no_sanitize("alignment")]] HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id,
                                                                              void **object) noexcept override {
     if (object == nullptr)
       return E_POINTER;
-    const bool isKnown = IsInterface(id, __uuidof(Interface));
-    *object = isKnown ? static_cast<Interface *>(this) : nullptr;
-    if (!isKnown)
+    *object = Find(id);
+    if (*object == nullptr)
       return E_NOINTERFACE;
     AddRef();
     return S_OK;
@@ -51,24 +52,32 @@ public:
   }
 
 protected:
-  virtual ~OleObject() = default;
+  virtual ~ComObject() = default;
 
 private:
-  ULONG refCount = 1;
+  using First = std::tuple_element_t<0, std::tuple<Interfaces...>>;
+
+  [[gnu::no_sanitize("alignment")]] void *Find(REFIID id) noexcept {
+    void *found = IsSameId(id, __uuidof(IUnknown)) ? static_cast<First *>(this) : nullptr;
+    ((IsSameId(id, __uuidof(Interfaces)) ? found = static_cast<Interfaces *>(this) : nullptr), ...);
+    return found;
+  }
+
+  std::atomic<ULONG> refCount = 1;
 };
 
 #pragma GCC diagnostic pop
 
 /// A new object, held by its one reference.
 template <typename Object, typename... Arguments>
-Microsoft::WRL::ComPtr<Object> MakeOleObject(Arguments &&...arguments) {
+Microsoft::WRL::ComPtr<Object> MakeComObject(Arguments &&...arguments) {
   Microsoft::WRL::ComPtr<Object> object;
   *object.GetAddressOf() = new Object(std::forward<Arguments>(arguments)...); // Attach of some headers counts once more
   return object;
 }
 
 /// Runs `body` for the platform and returns its result. What it raises is kept for the message loop, and the platform
-/// is told of a failure.
+/// gets E_FAIL.
 template <typename Body> HRESULT Shielded(Body &&body) noexcept {
   try {
     return std::forward<Body>(body)();

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "content/DocumentFile.h"
 #include "content/DocumentNames.h"
-#include "content/Documents.h"
 #include "system/HResultError.h"
 #include "system/LanguageResources.h"
 #include "system/Log.h"
@@ -37,14 +37,15 @@ Element ReadForYouElement(const XmlNodePtr &node) {
 } // namespace
 
 void FileDataProvider::Watch(HWND window, UINT message) {
-  // The newer watch stands before the former one ends, so that no change falls between the two. Without a newer one the
-  // former stays.
+  // The new watch is open before the former one ends, so that no change is missed between the two. The former one goes
+  // on when there is no new one.
   if (FolderWatch watch = StartFolderWatch(product::userFolder, window, message))
     watchThread = std::move(watch);
 }
 
 ElementList FileDataProvider::GetElements() {
-  // At once and with no pause: a file that its writer has just replaced may fail once, and nobody is to wait for it.
+  // Without a pause: a file that its writer has just replaced may fail once, and the user interface must not wait for
+  // it.
   for (int tried = 0; tried < refreshTries; ++tried) {
     try {
       Refresh();
@@ -57,8 +58,8 @@ ElementList FileDataProvider::GetElements() {
 
 void FileDataProvider::ReadFile(const std::wstring &path, const std::wstring &query,
                                 Element (*readElement)(const XmlNodePtr &)) {
-  // Nothing ever moves lastReadTime on, on purpose: the comparison tells only whether there is a file, and each refresh
-  // reads an existing one again.
+  // lastReadTime never changes, on purpose: the comparison only says whether there is a file, and each refresh reads an
+  // existing one again.
   const FILETIME fileTime = LastWriteTime(path);
   if (::CompareFileTime(&lastReadTime, &fileTime) >= 0)
     return;
@@ -70,8 +71,6 @@ void FileDataProvider::ReadFile(const std::wstring &path, const std::wstring &qu
     read.push_back(readElement(node));
   elements.swap(read);
 }
-
-ForYouProvider::ForYouProvider() = default;
 
 void ForYouProvider::Refresh() {
   ReadFile(DocumentPath(forYouListName), L"/" + ElementsQuery(forYouListName), ReadForYouElement);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr wchar_t firstBeyondAscii = 0x80;
 
-/// Files of these names are devices, whatever stands behind the first dot.
+/// Files of these names are devices, whatever follows the first dot.
 constexpr std::array<std::wstring_view, 4> devices = {L"con", L"prn", L"aux", L"nul"};
 constexpr std::array<std::wstring_view, 2> numberedDevices = {L"com", L"lpt"};
 
@@ -39,8 +39,8 @@ bool IsDevice(std::wstring_view name) {
          (front.size() == 4 && IsDigit(front[3]) && IsOneOf(numberedDevices, front.substr(0, 3)));
 }
 
-/// Which letters beyond ASCII a name may have is the parser's to tell, and that of XPath may know fewer of them.
-bool IsTakenByTheParser(const std::wstring &name) {
+/// The parser decides which letters beyond ASCII a name may have, and that of XPath may allow fewer of them.
+bool ParserAllows(const std::wstring &name) {
   bool isFound = false;
   const HRESULT result =
       HResultOf([&] { isFound = SelectNode(LoadXmlString(L"<" + name + L"/>"), L"/" + name) != nullptr; });
@@ -52,7 +52,7 @@ bool IsTakenByTheParser(const std::wstring &name) {
 bool IsDocumentName(const std::wstring &name) {
   if (name.empty() || !CanBegin(name[0]) || !std::all_of(name.begin(), name.end(), CanFollow) || IsDevice(name))
     return false;
-  return std::none_of(name.begin(), name.end(), IsBeyondAscii) || IsTakenByTheParser(name);
+  return std::none_of(name.begin(), name.end(), IsBeyondAscii) || ParserAllows(name);
 }
 
 } // namespace lumenor

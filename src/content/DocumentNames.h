@@ -9,15 +9,14 @@ inline constexpr wchar_t mainDocumentName[] = L"Lumenor.MainFrame.Windows.DockVi
 inline constexpr wchar_t userDocumentName[] = L"Lumenor.MainFrame.Windows.DockViewWindow.User";
 inline constexpr wchar_t forYouDocumentName[] = L"Lumenor.MainFrame.Windows.DockViewWindow.ForYou";
 
-/// Its entries aren't shown; they bring pictures for the tasks of the same position.
+/// Its entries aren't shown; they have the pictures of the tasks with the same position.
 inline constexpr wchar_t jumpListDocumentName[] = L"Lumenor.MainFrame.Controls.JumpList.Main";
 
 /// The For You list, which another program writes. It is never built from stubs.
 inline constexpr wchar_t forYouListName[] = L"Lumenor.MainFrame.Controls.DockPopup.ForYou";
 
-/// Whether a document can have this name, which is at once that of an element, a step of an XPath and a file's: one
-/// that XML takes without a prefix, and that the platform doesn't keep for a device. Needs a thread that has
-/// initialised COM.
+/// Whether a document can have this name, which is also an element's, a step of an XPath and a file's: one that XML
+/// allows without a prefix, and that isn't the platform's for a device. Needs a thread that has initialised COM.
 bool IsDocumentName(const std::wstring &name);
 
 } // namespace lumenor

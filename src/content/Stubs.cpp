@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
+#include "content/DocumentFile.h"
 #include "content/DocumentNames.h"
-#include "content/Documents.h"
+#include "content/ElementXml.h"
 #include "system/Handles.h"
 #include "system/Locale.h"
 #include "system/Log.h"
@@ -23,7 +24,7 @@ std::wstring UserLocale() {
   return PathExists(LocaleFolder(locale)) ? locale : Rfc1766Key();
 }
 
-/// The entries without those whose position an earlier one has taken.
+/// The entries without those that have the position of an earlier one.
 ElementList DropDuplicates(const ElementList &collected) {
   ElementList kept;
   for (const Element &element : collected) {
@@ -93,7 +94,7 @@ Element ReadStubFile(const std::wstring &documentName, const std::wstring &path,
     throw InvalidDstbException();
   const XmlNodePtr node = SelectNode(document, ElementsQuery(documentName));
   if (node == nullptr)
-    return {}; // a stub of another document stands for an empty entry at position 0
+    return {}; // a stub of another document counts as an empty entry at position 0
   Element element = NodeToElement(node);
   element.ActionParamsBackup = ChildText(node, L"ActionParamsBackup");
   conditions = ReadConditions(node);

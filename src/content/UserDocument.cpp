@@ -18,7 +18,7 @@ namespace {
 
 constexpr wchar_t asideEnding[] = L".broken";
 
-/// A path that nothing has: what was set aside before is the user's as well.
+/// A path without a file: earlier copies are kept too.
 std::wstring FreeAsidePath(const std::wstring &path) {
   std::wstring aside = path + asideEnding;
   for (std::uint32_t number = 2; PathExists(aside); ++number)
@@ -26,8 +26,8 @@ std::wstring FreeAsidePath(const std::wstring &path) {
   return aside;
 }
 
-/// The path of a copy of the file; nothing, with a line logged, when none can be made. A copy, so that the document is
-/// there at every moment, also for a process that is killed.
+/// The path of a copy of the file; nothing, with a line logged, when none can be made. A copy and not a renamed file,
+/// so that the document exists at every moment, also when the process is killed.
 std::optional<std::wstring> SetAside(const std::wstring &path) {
   std::wstring aside = FreeAsidePath(path);
   const HRESULT copied = HResultOf([&] { WriteWholeFile(aside, ReadWholeFile(path)); });
@@ -43,12 +43,12 @@ void SaveOrDelete(const ElementList &list, const std::wstring &aside) {
   try {
     SaveDocument(list, userDocumentName);
   } catch (...) {
-    ::DeleteFileW(aside.c_str()); // the document still holds the same
+    ::DeleteFileW(aside.c_str()); // the document is unchanged
     throw;
   }
 }
 
-/// False when what was never read stays.
+/// False when the document that was never read isn't changed.
 bool SaveOverUnread(const ElementList &list) {
   const std::wstring path = DocumentPath(userDocumentName);
   if (list.empty()) {
@@ -68,16 +68,17 @@ bool SaveOverUnread(const ElementList &list) {
 } // namespace
 
 ElementList UserDocument::Load() {
-  DocumentReading reading = ReadDocument(userDocumentName, false);
-  met = reading.state;
+  EnsureDocument(userDocumentName);
+  DocumentReading reading = ReadDocument(userDocumentName);
+  found = reading.state;
   return std::move(reading.elements);
 }
 
 void UserDocument::Save(const ElementList &list) {
-  if (met != DocumentState::Unreadable)
+  if (found != DocumentState::Unreadable)
     SaveDocument(list, userDocumentName);
   else if (SaveOverUnread(list))
-    met = DocumentState::Read;
+    found = DocumentState::Read;
 }
 
 } // namespace lumenor

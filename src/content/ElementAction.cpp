@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 
-#include "system/Launch.h"
 #include "system/Paths.h"
 #include "system/WebAddress.h"
 
@@ -12,11 +11,6 @@ namespace {
 
 constexpr wchar_t pillarArguments[] = L"welcome=false splash=false view=standard pillar=";
 constexpr wchar_t categoryArguments[] = L"welcome=false splash=false view=standard pillar=ECENTER category=";
-
-void RunProgram(const std::wstring &commandLine) {
-  const CommandLine split = SplitCommandLine(commandLine);
-  OpenWithShell(MapProgramFiles(split.program), split.arguments);
-}
 
 } // namespace
 
@@ -38,10 +32,15 @@ std::wstring PillarArguments(const std::wstring &text) { return pillarArguments 
 std::wstring CategoryArguments(const std::wstring &text) { return categoryArguments + text; }
 
 void RunElementAction(const Element &element) {
+  const bool isSplit = element.ActionType == programAction;
+  RunElementAction(element, isSplit ? SplitCommandLine(element.ActionParams) : CommandLine());
+}
+
+void RunElementAction(const Element &element, const CommandLine &command) {
   if (element.ActionType == urlAction)
     OpenAddress(nullptr, element.ActionParams, nullptr);
   else if (element.ActionType == programAction)
-    RunProgram(element.ActionParams);
+    OpenWithShell(MapProgramFiles(command.program), command.arguments);
   else if (element.ActionType == categoryAction)
     OpenWithShell(MainAppPath(), CategoryArguments(element.ActionParams));
   else if (element.ActionType == pillarAction)

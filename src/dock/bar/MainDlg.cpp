@@ -292,9 +292,10 @@ void CMainDlg::OnButtonClick(ButtonEventArgs *args) {
   const Element element = button->GetElement(); // a copy: what it starts may take the button away
   if (element.ActionType == flyoutAction)
     return ToggleFlyout(*button);
-  if (const auto command = FindCommand(SplitCommandLine(element.ActionParams).program))
+  const CommandLine split = SplitCommandLine(element.ActionParams);
+  if (const auto command = FindCommand(split.program))
     return RunCommand(*command);
-  RunElementAction(element);
+  RunElementAction(element, split);
   usageTracker.TrackIconClick(element);
 }
 

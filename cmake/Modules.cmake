@@ -6,6 +6,7 @@ target_compile_definitions(lumenor_options INTERFACE UNICODE _UNICODE)
 target_compile_options(lumenor_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Woverloaded-virtual -Werror
   -Werror=return-type -fno-omit-frame-pointer
+  -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/= # failures tell their source file, and no program holds the builder's folders
   $<$<CONFIG:Debug>:-Og -gdwarf-4 -fsanitize=undefined -fsanitize-undefined-trap-on-error>
   $<$<CONFIG:Release>:-O2 -ffunction-sections -fdata-sections>)
 target_compile_definitions(lumenor_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
@@ -34,11 +35,17 @@ function(lumenor_module name folders)
 endfunction()
 
 # lumenor_program(<name> <entry function's source> [<module it links>...]): the shipped executable, with the product's
-# resources.
+# resources, which take the project's version.
 function(lumenor_program name entry)
+  set(generated ${CMAKE_BINARY_DIR}/generated)
+  foreach(file Version.h LumenorDock.exe.manifest)
+    configure_file(${CMAKE_SOURCE_DIR}/src/resources/${file}.in ${generated}/resources/${file} @ONLY)
+    list(APPEND resources ${generated}/resources/${file})
+  endforeach()
   add_executable(${name} WIN32 ${entry} ${CMAKE_SOURCE_DIR}/src/resources/LumenorDock.rc)
   target_link_libraries(${name} PRIVATE ${ARGN})
   target_link_options(${name} PRIVATE -municode)
-  file(GLOB resources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/resources/*)
-  set_source_files_properties(${CMAKE_SOURCE_DIR}/src/resources/LumenorDock.rc PROPERTIES OBJECT_DEPENDS "${resources}")
+  target_include_directories(${name} PRIVATE ${generated})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/resources/*)
+  set_source_files_properties(${CMAKE_SOURCE_DIR}/src/resources/LumenorDock.rc PROPERTIES OBJECT_DEPENDS "${sources};${resources}")
 endfunction()

@@ -23,7 +23,6 @@ namespace lumenor {
 
 namespace {
 
-constexpr wchar_t trackedVersion[] = L"3.4";
 constexpr wchar_t payloadEnding[] = L".ruq";
 
 constexpr wchar_t appIdValue[] = L"AppID";
@@ -61,19 +60,19 @@ ULONGLONG FileTimeOf(const SYSTEMTIME &time) {
   return *fileTime;
 }
 
-/// A text that the platform's identifiers come as.
+/// A text that the platform made of an identifier.
 struct RpcTextTraits {
   using Handle = RPC_WSTR;
   static Handle Empty() noexcept { return nullptr; }
   static void Close(Handle text) noexcept { ::RpcStringFreeW(&text); }
 };
 
-/// The text form of a new identifier; nothing when the platform has none to give.
+/// The text form of a new identifier; nothing when the platform makes none.
 std::optional<std::wstring> NewUuid() {
   UUID uuid = {};
   const RPC_STATUS made = ::UuidCreate(&uuid);
   Owner<RpcTextTraits> text;
-  // One that is unique on this machine only is better than none: it still tells its sessions apart.
+  // One that is unique on this machine only is better than none: it still distinguishes the machine's sessions.
   if ((made != RPC_S_OK && made != RPC_S_UUID_LOCAL_ONLY) || ::UuidToStringW(&uuid, text.Put()) != RPC_S_OK)
     return std::nullopt;
   return reinterpret_cast<const wchar_t *>(text.Get());
@@ -96,7 +95,7 @@ TrackRecord ClickEvent(const Element &element, const wchar_t *subFeature) {
   return event;
 }
 
-/// What was searched for, and where, is nobody's business.
+/// What was searched for, and where, is private and never recorded.
 TrackRecord SearchEvent(const wchar_t *type) {
   return {.Name = L"Search", .Type = type, .Feature = L"Dock", .Action = L"Search"};
 }
@@ -105,7 +104,7 @@ TrackRecord DockEvent(const wchar_t *action, std::uint32_t subSessionId) {
   return {.Name = L"Dock", .Type = L"Window", .Feature = L"Dock", .Action = action, .SubSessionID = subSessionId};
 }
 
-/// Whether two records tell of the same thing, which is then counted and not told again.
+/// Whether two records are of the same action, which is counted in one of them.
 bool IsSameUse(const TrackRecord &left, const TrackRecord &right) {
   return left.Action == right.Action && left.Type == right.Type && left.ActionType == right.ActionType &&
          left.ActionParams == right.ActionParams && left.SubFeature == right.SubFeature && left.Name == right.Name;
@@ -155,12 +154,12 @@ void UsageTracker::StartSession() {
 }
 
 void UsageTracker::LoadNextTransferTime() {
-  SetNextTransferTime(); // holds where no time can be read
+  SetNextTransferTime(); // for the case that no time can be read
   RegistryKeyHolder holder;
   if (!OpenOrCreateRegistryPath(product::trackingKey32, holder, KEY_READ))
     return;
   const SYSTEMTIME read = ParseTime(ReadRegistryString(holder.key.Get(), nextTransferValue).value_or(std::wstring()));
-  // What is no date, the zeros of an empty text among it, would fail at every look at it.
+  // A text that is no date, such as an empty one, would fail at every comparison.
   if (ToFileTime(read))
     nextTransferTime = read;
 }
@@ -189,7 +188,7 @@ void UsageTracker::TrackUrlSearch() { Count(SearchEvent(L"Url")); }
 
 void UsageTracker::TrackHelpSearch() { Count(SearchEvent(L"helpSearch")); }
 
-/// Something that came about before is counted where it stands, with its first time, and never leads to a writing.
+/// An action that has a record is counted there, with its first time, and never leads to a Flush.
 void UsageTracker::Count(TrackRecord event) {
   if (enabled == 0)
     return;
@@ -212,7 +211,7 @@ void UsageTracker::Add(TrackRecord record) {
     Flush();
 }
 
-// What becomes of it.
+// Writing and transfer.
 
 void UsageTracker::Flush() {
   if (enabled == 0)
@@ -252,8 +251,7 @@ void UsageTracker::WritePayload(bool close) {
   records.clear();
 }
 
-/// Unlike the transfer that is due by time this one leaves the time of the next as it is: a busy week has more
-/// payloads, not later ones.
+/// Unlike the periodic transfer this one keeps the time of the next: a busy week has more payloads, not later ones.
 void UsageTracker::CheckPayloadSize() {
   if (enabled == 0)
     return;

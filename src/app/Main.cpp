@@ -1,4 +1,4 @@
-// The entry function: what stands for the whole life of the process, from its command line to its exit code.
+// The entry function: what belongs to the whole life of the process, from its command line to its exit code.
 
 #include "app/CommandLine.h"
 #include "app/Cycles.h"
@@ -8,6 +8,7 @@
 #include "system/EventLog.h"
 #include "system/Log.h"
 #include "system/Paths.h"
+#include "system/ScopeExit.h"
 #include "system/Windows.h"
 #include "tracking/UsageTracker.h"
 
@@ -17,19 +18,10 @@ using namespace lumenor;
 
 enum ExitCode : int { AlreadyRunningExitCode = 0, RefusedExitCode = -1 };
 
-/// The single-threaded apartment of the user-interface thread, left again at the very end.
-class ComApartment {
-public:
-  ComApartment() { ::CoInitialize(nullptr); }
-  ~ComApartment() { ::CoUninitialize(); }
-  ComApartment(const ComApartment &) = delete;
-  ComApartment &operator=(const ComApartment &) = delete;
-};
-
 /// The bar names its own pictures relative to the folder of the installed program.
 void EnterDockFolder() { ::SetCurrentDirectoryW(FolderPart(DockExePath()).c_str()); }
 
-/// The machine gets its identity in any case; a session is begun only with the user's consent.
+/// The machine gets its identity in any case; a session begins only with the user's consent.
 void StartTracking() {
   usageTracker.LoadAppId();
   usageTracker.ReadOptIn();
@@ -55,7 +47,8 @@ int RunDock() {
 } // namespace
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int) {
-  const ComApartment apartment;
+  ::CoInitialize(nullptr);
+  const ScopeExit leaveCom([] { ::CoUninitialize(); });
   EnsureLogFolder();
   LogInfo("Dock Startup");
   if (!CheckCommandLine(commandLine))

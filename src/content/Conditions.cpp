@@ -12,12 +12,12 @@ namespace lumenor {
 
 namespace {
 
-/// What one condition says of its stub.
+/// The outcome of one condition.
 enum class Verdict {
   Holds,
   Fails,         // with a line in the log
-  FailsSilently, // without one
-  SettlesAll     // the stub passes and the conditions that remain aren't looked at
+  FailsSilently, // without a line
+  SettlesAll     // the stub passes, and the remaining conditions aren't checked
 };
 
 Verdict HoldsIf(bool holds) { return holds ? Verdict::Holds : Verdict::Fails; }
@@ -36,13 +36,9 @@ Verdict CheckFile(const Condition &condition) {
 
 bool KeyExists(const std::wstring &path) { return static_cast<bool>(OpenRegistryKey(ExpandPath(path), KEY_READ)); }
 
-/// A value without data settles everything: for the stub when no data is asked for, and silently against it otherwise.
+/// A value without data settles everything: the stub passes when the condition has no data either, and fails otherwise.
 Verdict EmptyRule(const Condition &condition) {
   return condition.ValueData.empty() ? Verdict::SettlesAll : Verdict::FailsSilently;
-}
-
-bool EqualsIgnoringCaseOfStored(const std::wstring &stored, const std::wstring &data) {
-  return EqualsIgnoringCase(stored, data);
 }
 
 bool EqualsExpanded(const std::wstring &stored, const std::wstring &data) { return ExpandPath(stored) == data; }
@@ -64,7 +60,7 @@ Verdict CheckBinary(HKEY key, const Condition &condition) {
   ::RegQueryValueExW(key, condition.ValueName.c_str(), nullptr, nullptr, nullptr, &size);
   if (size == 0)
     return EmptyRule(condition);
-  // Room for `size` characters takes the bytes and leaves a null behind them.
+  // `size` characters have room for as many bytes, and leave a null after them.
   std::vector<wchar_t> buffer(size + 1);
   DWORD type = REG_NONE;
   const LSTATUS status = ::RegQueryValueExW(key, condition.ValueName.c_str(), nullptr, &type,
@@ -81,18 +77,9 @@ template <typename Number> std::optional<Number> ReadNumber(HKEY key, const std:
   return status == ERROR_SUCCESS && type == wanted ? std::optional(number) : std::nullopt;
 }
 
-Verdict CheckNumber(HKEY key, const Condition &condition) {
-  return HoldsIf(ReadNumber<int>(key, condition.ValueName, REG_DWORD) == ::_wtoi(condition.ValueData.c_str()));
-}
-
-Verdict CheckLongNumber(HKEY key, const Condition &condition) {
-  return HoldsIf(ReadNumber<std::int64_t>(key, condition.ValueName, REG_QWORD) ==
-                 ::_wtoi64(condition.ValueData.c_str()));
-}
-
 Verdict CheckValue(HKEY key, const Condition &condition) {
   if (condition.ValueType == L"REG_SZ")
-    return CheckText(key, condition, EqualsIgnoringCaseOfStored);
+    return CheckText(key, condition, EqualsIgnoringCase);
   if (condition.ValueType == L"REG_EXPAND_SZ")
     return CheckText(key, condition, EqualsExpanded);
   if (condition.ValueType == L"REG_MULTI_SZ")
@@ -100,9 +87,10 @@ Verdict CheckValue(HKEY key, const Condition &condition) {
   if (condition.ValueType == L"REG_BINARY")
     return CheckBinary(key, condition);
   if (condition.ValueType == L"REG_DWORD")
-    return CheckNumber(key, condition);
+    return HoldsIf(ReadNumber<int>(key, condition.ValueName, REG_DWORD) == ::_wtoi(condition.ValueData.c_str()));
   if (condition.ValueType == L"REG_QWORD")
-    return CheckLongNumber(key, condition);
+    return HoldsIf(ReadNumber<std::int64_t>(key, condition.ValueName, REG_QWORD) ==
+                   ::_wtoi64(condition.ValueData.c_str()));
   return Verdict::FailsSilently;
 }
 
@@ -130,17 +118,21 @@ Verdict Check(const Condition &condition) {
   return Verdict::FailsSilently;
 }
 
+struct Param {
+  const wchar_t *name;
+  std::wstring Condition::*field;
+};
+
+constexpr Param params[] = {{L"Logic", &Condition::Logic},
+                            {L"Key", &Condition::Key},
+                            {L"ValueName", &Condition::ValueName},
+                            {L"ValueData", &Condition::ValueData},
+                            {L"ValueType", &Condition::ValueType}};
+
 void SetParam(Condition &condition, const std::wstring &name, const std::wstring &text) {
-  if (name == L"Logic")
-    condition.Logic = text;
-  else if (name == L"Key")
-    condition.Key = text;
-  else if (name == L"ValueName")
-    condition.ValueName = text;
-  else if (name == L"ValueData")
-    condition.ValueData = text;
-  else if (name == L"ValueType")
-    condition.ValueType = text;
+  for (const Param &param : params)
+    if (name == param.name)
+      condition.*param.field = text;
 }
 
 } // namespace

@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::wstring_view shortcutExtension = L".lnk";
 
-// What the shell's calls take and give at most, in characters with the closing null.
+// The most that the shell's calls accept and return, in characters with the closing null.
 constexpr std::size_t pathLimit = 260;
 using PathBuffer = std::array<wchar_t, pathLimit>;
 using TextBuffer = std::array<wchar_t, 1024>;
@@ -31,7 +31,7 @@ template <typename Buffer> int SizeOf(const Buffer &buffer) { return static_cast
 /// Whether the file holds an icon of its own.
 bool HoldsIcon(const std::wstring &path) {
   const HICON icon = ::ExtractIconW(instanceHandle, path.c_str(), 0);
-  if (reinterpret_cast<UINT_PTR>(icon) <= 1) // 1 stands for a file of a kind that holds none
+  if (reinterpret_cast<UINT_PTR>(icon) <= 1) // 1 means a kind of file that holds none
     return false;
   const IconHandle owned(icon);
   return true;
@@ -51,20 +51,25 @@ void SetIcon(IShellLinkW *link, const std::wstring &path, const std::wstring &ic
     SetCachedIcon(link, path);
 }
 
-/// The title is what the jump list shows, the path where it is empty.
+/// The title is what the jump list shows: the path when it is empty.
 void SetTitle(IShellLinkW *link, const std::wstring &title, const std::wstring &path) {
   ComPtr<IPropertyStore> properties;
   ThrowIfFailed(link->QueryInterface(IID_PPV_ARGS(&properties)));
-  PROPVARIANT value{}; // lends the text, which the store copies
+  PROPVARIANT value{}; // borrows the text, which the store copies
   value.vt = VT_LPWSTR;
   value.pwszVal = const_cast<wchar_t *>((title.empty() ? path : title).c_str());
   ThrowIfFailed(properties->SetValue(PKEY_Title, value));
   ThrowIfFailed(properties->Commit());
 }
 
+ComPtr<IShellLinkW> NewLink() {
+  ComPtr<IShellLinkW> link;
+  ThrowIfFailed(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&link)));
+  return link;
+}
+
 ComPtr<IShellLinkW> OpenShortcut(const std::wstring &path) {
-  ComPtr<IShellLinkW> source;
-  ThrowIfFailed(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&source)));
+  ComPtr<IShellLinkW> source = NewLink();
   ComPtr<IPersistFile> file;
   ThrowIfFailed(source.As(&file));
   ThrowIfFailed(file->Load(path.c_str(), 0));
@@ -75,33 +80,24 @@ ComPtr<IShellLinkW> OpenShortcut(const std::wstring &path) {
 void CopyPath(IShellLinkW *source, IShellLinkW *link) {
   PathBuffer path{};
   ThrowIfFailed(source->GetPath(path.data(), SizeOf(path), nullptr, SLGP_RAWPATH));
-  // A place that is no file has none; a link that leads nowhere would cost the whole list.
+  // A target that is no file has no path; a link without one would fail the whole list.
   if (path.front() == L'\0')
     throw HResultError(E_FAIL);
   ThrowIfFailed(link->SetPath(path.data()));
 }
 
-void CopyArguments(IShellLinkW *source, IShellLinkW *link) {
-  TextBuffer arguments{};
-  ThrowIfFailed(source->GetArguments(arguments.data(), SizeOf(arguments)));
-  ThrowIfFailed(link->SetArguments(arguments.data()));
-}
+using TextGetter = HRESULT (STDMETHODCALLTYPE IShellLinkW::*)(LPWSTR, int);
+using TextSetter = HRESULT (STDMETHODCALLTYPE IShellLinkW::*)(LPCWSTR);
 
-void CopyWorkingFolder(IShellLinkW *source, IShellLinkW *link) {
-  PathBuffer folder{};
-  ThrowIfFailed(source->GetWorkingDirectory(folder.data(), SizeOf(folder)));
-  ThrowIfFailed(link->SetWorkingDirectory(folder.data()));
-}
-
-void CopyDescription(IShellLinkW *source, IShellLinkW *link) {
-  TextBuffer description{};
-  ThrowIfFailed(source->GetDescription(description.data(), SizeOf(description)));
-  ThrowIfFailed(link->SetDescription(description.data()));
+/// Copies the text that `get` reads and `set` writes, through a `Buffer`.
+template <typename Buffer> void CopyText(IShellLinkW *source, IShellLinkW *link, TextGetter get, TextSetter set) {
+  Buffer text{};
+  ThrowIfFailed((source->*get)(text.data(), SizeOf(text)));
+  ThrowIfFailed((link->*set)(text.data()));
 }
 
 ComPtr<IShellLinkW> MakeLink() {
-  ComPtr<IShellLinkW> link;
-  ThrowIfFailed(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&link)));
+  ComPtr<IShellLinkW> link = NewLink();
   if (link == nullptr) {
     LogInfo("CoCreate of CLSID_ShellLink failed");
     throw HResultError(E_FAIL);
@@ -138,9 +134,9 @@ HRESULT CopyShortcut(IShellLinkW *link, const std::wstring &path) {
     const ComPtr<IShellLinkW> source = OpenShortcut(path);
     CopyPath(source.Get(), link);
     SetCachedIcon(link, path);
-    CopyArguments(source.Get(), link);
-    CopyWorkingFolder(source.Get(), link);
-    CopyDescription(source.Get(), link);
+    CopyText<TextBuffer>(source.Get(), link, &IShellLinkW::GetArguments, &IShellLinkW::SetArguments);
+    CopyText<PathBuffer>(source.Get(), link, &IShellLinkW::GetWorkingDirectory, &IShellLinkW::SetWorkingDirectory);
+    CopyText<TextBuffer>(source.Get(), link, &IShellLinkW::GetDescription, &IShellLinkW::SetDescription);
     SetTitle(link, ShortcutTitle(path), path);
   });
 }

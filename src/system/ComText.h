@@ -1,27 +1,21 @@
 #pragma once
-// Owners of the strings and variants that automation interfaces take and give. Any thread.
+// Owners of the strings and variants that automation interfaces take and return. Any thread.
 
 #include <string>
 
-#include "system/Owner.h"
+#include "system/Handles.h"
 #include "system/Windows.h"
 
 #include <oleauto.h> // behind windows.h, which it needs
 
 namespace lumenor {
 
-struct BstrTraits {
-  using Handle = BSTR;
-  static Handle Empty() noexcept { return nullptr; }
-  static void Close(Handle text) noexcept { ::SysFreeString(text); }
-};
-
-using Bstr = Owner<BstrTraits>;
+using Bstr = Owner<NullHandleTraits<BSTR, &::SysFreeString>>;
 
 /// A copy of `text` for a call. Raises HResultError with E_OUTOFMEMORY.
 Bstr MakeBstr(const std::wstring &text);
 
-/// The text of a string that a call gave; empty for null.
+/// The text of a string that a call returned; empty for null.
 std::wstring TextOf(const Bstr &text);
 
 /// A variant, cleared when it goes out of scope.
@@ -34,7 +28,7 @@ public:
   Variant(const Variant &) = delete;
   Variant &operator=(const Variant &) = delete;
 
-  /// Lent to a call that takes a variant by value.
+  /// For a call that takes a variant by value; the text stays this object's.
   const VARIANT &Get() const noexcept { return value; }
 
   /// To be filled by a call.

@@ -33,26 +33,13 @@ using IconHandle = Owner<NullHandleTraits<HICON, &::DestroyIcon>>;
 using CursorHandle = Owner<NullHandleTraits<HCURSOR, &::DestroyCursor>>;
 using LibraryHandle = Owner<NullHandleTraits<HMODULE, &::FreeLibrary>>;
 
-/// Traits of GDI objects, which all close with DeleteObject.
-template <typename HandleType> struct GdiObjectTraits {
-  using Handle = HandleType;
-  static Handle Empty() noexcept { return nullptr; }
-  static void Close(Handle handle) noexcept { ::DeleteObject(handle); }
-};
+using BitmapHandle = Owner<NullHandleTraits<HBITMAP, &::DeleteObject>>;
+using FontHandle = Owner<NullHandleTraits<HFONT, &::DeleteObject>>;
 
-using BitmapHandle = Owner<GdiObjectTraits<HBITMAP>>;
-using FontHandle = Owner<GdiObjectTraits<HFONT>>;
+/// Memory from the local heap, such as the array of CommandLineToArgvW.
+template <typename T> using LocalMemory = Owner<NullHandleTraits<T *, &::LocalFree>>;
 
-/// Traits of memory from the local heap, such as the array of CommandLineToArgvW.
-template <typename T> struct LocalMemoryTraits {
-  using Handle = T *;
-  static Handle Empty() noexcept { return nullptr; }
-  static void Close(Handle memory) noexcept { ::LocalFree(memory); }
-};
-
-template <typename T> using LocalMemory = Owner<LocalMemoryTraits<T>>;
-
-/// A window's or the screen's device context, given back when it goes out of scope.
+/// A window's or the screen's device context, released at the end of its scope.
 class WindowDeviceContext {
 public:
   /// Takes the device context of `window`; null means the screen's.
@@ -64,7 +51,7 @@ public:
   WindowDeviceContext(const WindowDeviceContext &) = delete;
   WindowDeviceContext &operator=(const WindowDeviceContext &) = delete;
 
-  /// Null when the platform had none to give.
+  /// Null when the platform gave none.
   HDC Get() const noexcept { return context; }
 
 private:
@@ -72,7 +59,7 @@ private:
   HDC context;
 };
 
-/// Selects a GDI object into a device context and puts the former one back when it goes out of scope.
+/// Selects a GDI object into a device context, and the former one again at the end of its scope.
 class SelectedObject {
 public:
   SelectedObject(HDC context, HGDIOBJ object) noexcept : context(context), former(::SelectObject(context, object)) {}

@@ -30,30 +30,27 @@ struct PlatformFolder {
 constexpr PlatformFolder platformFolders[] = {{L"TWD", L"VRA"}, {L"VRA", L"VRA"}, {L"VRB", L"VRA"},
                                               {L"VRC", L"VRC"}, {L"VRD", L"VRD"}, {L"VRE", L"VRE"}};
 
-/// A country's data; empty when the platform doesn't have it.
-std::wstring CountryData(GEOID geo, GEOTYPE type, LANGID language) {
-  const int size = ::GetGeoInfoW(geo, type, nullptr, 0, language);
+/// The text that `query` writes into a buffer, after a call for its size; empty when the platform doesn't have it.
+template <typename Query> std::wstring QueriedText(Query &&query) {
+  const int size = query(nullptr, 0);
   if (size <= 0)
     return {};
-  std::wstring data(static_cast<std::size_t>(size), L'\0');
-  if (::GetGeoInfoW(geo, type, data.data(), size, language) == 0)
-    return {};
-  return data.c_str();
+  std::wstring text(static_cast<std::size_t>(size), L'\0');
+  return query(text.data(), size) == 0 ? std::wstring() : text.c_str();
 }
 
-/// The three-letter name of the user interface's language; empty when the platform doesn't have it.
+std::wstring CountryData(GEOID geo, GEOTYPE type, LANGID language) {
+  return QueriedText([&](wchar_t *buffer, int size) { return ::GetGeoInfoW(geo, type, buffer, size, language); });
+}
+
+/// The three-letter name of the user interface's language.
 std::wstring AbbreviatedLanguage() {
   const LCID locale = ::GetUserDefaultUILanguage();
-  const int size = ::GetLocaleInfoW(locale, LOCALE_SABBREVLANGNAME, nullptr, 0);
-  if (size <= 0)
-    return {};
-  std::wstring name(static_cast<std::size_t>(size), L'\0');
-  if (::GetLocaleInfoW(locale, LOCALE_SABBREVLANGNAME, name.data(), size) == 0)
-    return {};
-  return name.c_str();
+  return QueriedText(
+      [&](wchar_t *buffer, int size) { return ::GetLocaleInfoW(locale, LOCALE_SABBREVLANGNAME, buffer, size); });
 }
 
-/// The country whose tag names the folder of a user of `language` in the country `geo`: simplified Chinese always has
+/// The country whose tag is the folder of a user with `language` in the country `geo`: simplified Chinese always has
 /// one folder, and the Chinese of Hong Kong one of two, whatever the country.
 GEOID Rfc1766Country(LANGID language, GEOID geo) {
   if (language == simplifiedChinese)

@@ -5,8 +5,8 @@
 
 namespace lumenor {
 
-/// True when every argument of `commandLine` (without the program's name) is written as an option, that is, begins
-/// with "-" or "/". Which options they are isn't looked at.
+/// True when every argument of `commandLine` (without the program's name) begins with "-" or "/", as an option does.
+/// Which options they are doesn't matter.
 bool CheckCommandLine(const std::wstring &commandLine);
 
 } // namespace lumenor

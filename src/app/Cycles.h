@@ -1,14 +1,14 @@
 #pragma once
-// The cycles of the process: each builds the dock, runs the one message loop and destroys the dock, until one ends with
-// another quit code than that of a reset. The thread that calls is the user-interface thread, with COM initialised.
+// The cycles of the process: each builds the dock, runs the message loop and destroys the dock, until one ends with
+// another quit code than that of a reset. To be called by the user-interface thread, with COM initialised.
 
 namespace lumenor {
 
-/// 1 from the first message loop of the process on. Nothing in the program reads it: it tells who looks at a dump how
-/// far the start had come.
+/// 1 from the first message loop of the process on. Nothing in the program reads it: in a dump it shows how far the
+/// start had come.
 inline int messageLoopRunning = 0;
 
-/// Runs cycles and returns the exit code: that of the last WM_QUIT, or, where a cycle failed, the wParam of the last
+/// Runs cycles and returns the exit code: that of the last WM_QUIT or, after a failed cycle, the wParam of the last
 /// message that was fetched, 0 when there was none. Raises nothing.
 int RunCycles();
 

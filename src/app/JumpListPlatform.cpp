@@ -13,7 +13,7 @@ namespace {
 
 using SetApplicationIdFunction = HRESULT(WINAPI *)(PCWSTR);
 
-/// Looked up, not imported, so that the program also starts where the shell doesn't know of such ids.
+/// Looked up, not imported, so that the program also starts with a shell that lacks the function.
 SetApplicationIdFunction FindSetApplicationId() {
   const HMODULE shell = ::GetModuleHandleW(L"Shell32.dll");
   if (shell == nullptr)
@@ -22,7 +22,7 @@ SetApplicationIdFunction FindSetApplicationId() {
       reinterpret_cast<void *>(::GetProcAddress(shell, "SetCurrentProcessExplicitAppUserModelID")));
 }
 
-/// A process keeps its id, so the cycles behind the first one have it already.
+/// A process keeps its ID, so only the first cycle has to set it.
 void SetApplicationId() {
   if (hasApplicationId)
     return;

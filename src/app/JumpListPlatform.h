@@ -6,10 +6,10 @@ namespace lumenor {
 /// Whether the platform's version is exactly 6.1; a later one gets no jump list.
 bool IsJumpListPlatform();
 
-/// Whether the process has the id that the shell knows the dock's jump list by.
+/// Whether the process has the ID of the dock's jump list.
 inline bool hasApplicationId = false;
 
-/// Gives the process that id unless it has it, and publishes the list; on another platform neither. Raises
+/// Gives the process that ID unless it has it, and publishes the list; on another platform it does neither. Raises
 /// HResultError.
 void PublishJumpList();
 

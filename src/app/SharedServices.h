@@ -1,9 +1,9 @@
 #pragma once
-// What all cycles of the process share of the platform's services. The user-interface thread, with COM initialised.
+// The services of the platform that all cycles of the process share. User-interface thread, with COM initialised.
 
 namespace lumenor {
 
-/// Gives it back, after the last cycle and before COM is left: the animations first, which may still play, then the
+/// Releases them, after the last cycle and before CoUninitialize: the animations first, which may still play, then the
 /// imaging factory.
 void ReleaseSharedServices();
 

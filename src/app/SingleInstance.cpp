@@ -6,8 +6,8 @@ namespace lumenor {
 
 namespace {
 
-/// The security of an event that every user of the machine may open. Where the platform refuses to make it, the event
-/// gets none, and only the same user's second start finds it.
+/// The security of an event that every user of the machine may open. If the platform fails to make it, the event gets
+/// none, and only a second start of the same user finds it.
 class OpenToAll {
 public:
   OpenToAll() {

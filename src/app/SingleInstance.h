@@ -15,9 +15,9 @@ inline constexpr wchar_t dockActivateMessageName[] = L"TWDOCK_11D3CB1E-8DE1-4105
 
 class SingleInstance {
 public:
-  /// True when this process is the one dock from now on, for as long as the object lives; also when the event can't be
-  /// made at all, since a dock without that protection is better than none. False when another dock runs: that one has
-  /// been told with `activateMessage` to come to the front, unless the two started at the same moment.
+  /// True when this process is the one dock for the life of this object; also when the event can't be made, since a
+  /// dock without that protection is better than none. False when another dock runs, which has been sent
+  /// `activateMessage` to bring it to the front, unless the two started at the same moment.
   bool Join(UINT activateMessage);
 
 private:

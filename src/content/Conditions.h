@@ -1,5 +1,5 @@
 #pragma once
-// Conditions of a stub on files and registry values of the machine. Needs a thread that has initialised COM.
+// The conditions of a stub, on files and registry values of the machine. Needs a thread that has initialised COM.
 
 #include <string>
 #include <vector>
@@ -8,7 +8,7 @@
 
 namespace lumenor {
 
-/// One condition as the stub tells it.
+/// One condition of a stub.
 struct Condition {
   std::wstring Type;  // "File" or "Registry"
   std::wstring Logic; // the check
@@ -20,7 +20,7 @@ struct Condition {
   bool operator==(const Condition &) const = default;
 };
 
-/// Every condition of the whole document that `elementNode` lies in, in file order. Raises HResultError.
+/// All conditions in the document of `elementNode`, in file order. Raises HResultError.
 std::vector<Condition> ReadConditions(const XmlNodePtr &elementNode);
 
 /// Whether all conditions hold, checked in order up to the first that decides. `stubPath` names the stub in the log.

@@ -24,10 +24,10 @@ namespace {
 
 constexpr std::size_t blockSize = 4096; // bytes
 
-/// The icon that the shell shows for the file; empty when it has none, or when the path is longer than the platform
-/// takes here.
+/// The icon that the shell shows for the file; empty when it has none, or when the path is too long for the platform's
+/// call.
 IconHandle AssociatedIcon(const std::wstring &path) {
-  std::array<wchar_t, MAX_PATH> buffer{}; // the platform writes into it where it found the icon
+  std::array<wchar_t, MAX_PATH> buffer{}; // the platform writes the icon's place into it
   if (path.size() >= buffer.size())
     return {};
   std::copy(path.begin(), path.end(), buffer.begin());
@@ -45,7 +45,7 @@ ComPtr<IPicture> PictureOf(HICON icon) {
   return picture;
 }
 
-/// The file's bytes; to be read from its start.
+/// The bytes of an icon file; the stream is at its start.
 struct IconImage {
   ComPtr<IStream> stream;
   LONG size = 0;
@@ -58,7 +58,7 @@ IconImage ImageOf(HICON icon) {
   return image;
 }
 
-/// As many bytes as were told. Raises HResultError where the stream breaks off before.
+/// `size` bytes of the stream. Raises HResultError when it ends before that.
 std::string BytesOfImage(const IconImage &image) {
   std::string bytes;
   std::array<char, blockSize> block;

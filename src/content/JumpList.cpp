@@ -20,7 +20,7 @@ namespace lumenor {
 
 namespace {
 
-/// What starts the task. An address drops out later, since it is no file.
+/// What starts the task. An address is left out later, since it is no file.
 CommandLine CommandOf(const Element &task) {
   if (task.ActionType == categoryAction)
     return {MainAppPath(), CategoryArguments(task.ActionParams)};
@@ -57,7 +57,7 @@ ComPtr<IObjectCollection> MakeCollection() {
   return collection;
 }
 
-/// The shell takes no empty list of tasks.
+/// The shell refuses an empty list of tasks.
 void AddUserTasks(ICustomDestinationList *destinationList, IObjectCollection *collection) {
   UINT count = 0;
   ThrowIfFailed(collection->GetCount(&count));
@@ -76,7 +76,7 @@ ComPtr<ICustomDestinationList> BeginDestinationList() {
   ThrowIfFailed(list->SetAppID(applicationUserModelId));
   LogInfo("Jumplist: Beginning list");
   UINT slots = 0;
-  ComPtr<IObjectArray> removed; // only categories may not bring back what the user removed, and these are tasks
+  ComPtr<IObjectArray> removed; // of no use: the user can remove entries of categories only, and these are tasks
   ThrowIfFailed(list->BeginList(&slots, IID_PPV_ARGS(&removed)));
   return list;
 }

@@ -18,7 +18,7 @@ constexpr float pixelsAsUnits = 96.0F; // dots per inch at which a unit of Direc
 } // namespace
 
 void BringToForeground(HWND window) {
-  // Only a process that has had the last input may change the foreground: a key that means nothing is that input.
+  // Only the process that got the last input may change the foreground: an unassigned key is that input.
   INPUT input = {};
   input.type = INPUT_KEYBOARD;
   input.ki.wVk = unassignedKey;
@@ -56,7 +56,7 @@ ComPtr<ID2D1DCRenderTarget> CreateGdiRenderTarget(ID2D1Factory *factory) {
   properties.minLevel = D2D1_FEATURE_LEVEL_DEFAULT;
   ComPtr<ID2D1DCRenderTarget> target;
   ThrowIfFailed(factory->CreateDCRenderTarget(&properties, target.GetAddressOf()));
-  // Asked for without a density the target takes the display's, and every length in a tree is scaled by that already.
+  // Without this the target has the display's density, by which every length in a tree is scaled already.
   target->SetDpi(pixelsAsUnits, pixelsAsUnits);
   return target;
 }

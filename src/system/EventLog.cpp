@@ -10,7 +10,7 @@ namespace {
 constexpr wchar_t eventSource[] = L"LumenorPanel";
 constexpr DWORD errorEventId = 100; // of every report
 
-// Never closed, on purpose: failures are reported up to the process's very end, which closes it.
+// Never closed, on purpose: failures are reported until the end of the process, which closes it.
 HANDLE eventLog = nullptr;
 
 using EventSource = Owner<NullHandleTraits<HANDLE, &::DeregisterEventSource>>;
@@ -20,7 +20,7 @@ bool Report(HANDLE log, const std::wstring &text) {
   return ::ReportEventW(log, EVENTLOG_ERROR_TYPE, 0, errorEventId, nullptr, 1, 0, strings, nullptr) != FALSE;
 }
 
-/// By a handle of its own: one that OpenEventLogW gave is for reading, and most platforms take no report by it.
+/// With a handle of its own: that of OpenEventLogW is for reading, and most platforms refuse a report with it.
 bool ReportAsSource(const std::wstring &text) {
   const EventSource source(::RegisterEventSourceW(nullptr, eventSource));
   return source && Report(source.Get(), text);

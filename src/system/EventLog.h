@@ -1,6 +1,6 @@
 #pragma once
-// The one way to the system's event log. The handle belongs to the process and is opened once by the entry function;
-// any thread may report after that.
+// Reports to the system's event log. The handle belongs to the process and is opened once by the entry function; any
+// thread may report after that.
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #pragma once
-// Files that another program has open. A virus scanner, an indexer or a backup holds a file for a moment: what is
-// refused meanwhile succeeds a little later. Any thread; it sleeps between the tries.
+// Retries for files that another program has open. A virus scanner, an indexer or a backup holds a file for a moment,
+// and an operation that fails meanwhile succeeds a little later. Any thread; it sleeps between the tries.
 
 #include "system/Windows.h"
 
@@ -15,13 +15,13 @@ constexpr bool IsFileInUse(DWORD error) noexcept {
   return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
 }
 
-/// The same of a file that is to be replaced by another one, which the platform refuses with more words.
+/// The same of a file that is to be replaced by another one, which the platform refuses with more errors.
 constexpr bool IsReplacedFileInUse(DWORD error) noexcept {
   return IsFileInUse(error) || error == ERROR_ACCESS_DENIED || error == ERROR_USER_MAPPED_FILE;
 }
 
-/// Calls `attempt`, which is true for a success and leaves the last error otherwise, until it succeeds, fails for
-/// another reason than `isInUse` tells, or the file has been in use for too long. Returns whether it succeeded; the
+/// Calls `attempt`, which returns true for a success and otherwise sets the last error, until it succeeds, fails with
+/// an error that `isInUse` doesn't accept, or the file has been in use for too long. Returns whether it succeeded; the
 /// last error is that of the last try.
 template <typename Attempt> bool TryWhileInUse(Attempt &&attempt, bool (*isInUse)(DWORD) noexcept = &IsFileInUse) {
   for (DWORD waitedMs = 0; !attempt(); waitedMs += fileInUseStepMs) {

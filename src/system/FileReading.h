@@ -11,7 +11,7 @@ namespace lumenor {
 /// The file at the expanded `path`, opened for reading beside other readers; empty when the platform can't open it.
 FileHandle OpenForReading(const std::wstring &path);
 
-/// The same; a file that is in use is tried again for a while. The last error tells of a failure.
+/// The same; a file that is in use is tried again for a while. A failure sets the last error.
 FileHandle OpenForReadingWhenFree(const std::wstring &path);
 
 /// The next 1024 bytes of `file`, or what is left of them, in `buffer`; empty at the end of the file and when the

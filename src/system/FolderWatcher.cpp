@@ -19,7 +19,7 @@ ChangeHandle OpenWatch(const std::wstring &folder) {
   return ChangeHandle(::FindFirstChangeNotificationW(ExpandPath(folder).c_str(), FALSE, FILE_NOTIFY_CHANGE_LAST_WRITE));
 }
 
-/// False for the window of another program too, which may have been given the number of one that is gone.
+/// False also for a window of another program, which may have got the handle of a destroyed one.
 bool IsOwnWindow(HWND window) {
   DWORD process = 0;
   ::GetWindowThreadProcessId(window, &process);
@@ -28,7 +28,7 @@ bool IsOwnWindow(HWND window) {
 
 /// False when the thread is to end instead, also when the wait fails.
 bool WaitForChange(HANDLE ending, HANDLE change) {
-  const std::array<HANDLE, 2> either = {ending, change}; // the end goes first when there are both
+  const std::array<HANDLE, 2> either = {ending, change}; // the end comes first when both are set
   return ::WaitForMultipleObjects(static_cast<DWORD>(either.size()), either.data(), FALSE, INFINITE) ==
          WAIT_OBJECT_0 + 1;
 }
@@ -37,20 +37,20 @@ bool IsToEnd(const FolderWatchContext &context) {
   return ::WaitForSingleObject(context.ending.Get(), 0) != WAIT_TIMEOUT;
 }
 
-/// Each handle is good for one change only, and what is written while the window handles the message isn't seen by this
-/// thread: that is all there is against a writer that comes back quickly.
+/// Each handle is for one change only, and this thread doesn't see what is written while the window handles the
+/// message: that is the only protection from a writer that writes often.
 void TellOfChanges(FolderWatchContext &context) {
   ChangeHandle change = std::move(context.firstChange);
   while (change && WaitForChange(context.ending.Get(), change.Get()) && IsOwnWindow(context.window)) {
     ::SendMessageW(context.window, context.message, 0, 0);
     change.Reset();
     if (IsToEnd(context))
-      return; // a newer watch stands since before the window read anew
+      return; // a newer watch was opened before the window read again
     change = OpenWatch(context.folder);
   }
 }
 
-/// Two handles of one event, so that neither the starter nor the thread has to outlive the other. Both empty on
+/// Two handles of one event, so that neither the starter nor the thread has to outlive the other. Both empty after a
 /// failure.
 std::pair<EndingEvent, KernelHandle> MakeEndingEvent() {
   EndingEvent ending(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
@@ -65,7 +65,7 @@ KernelHandle StartThread(std::unique_ptr<FolderWatchContext> context) {
   KernelHandle thread(::CreateThread(nullptr, stackReserveBytes, FolderWatchThread, context.get(),
                                      STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
   if (thread)
-    context.release(); // the thread's from now on
+    context.release(); // the thread owns it now
   return thread;
 }
 
@@ -81,13 +81,13 @@ DWORD WINAPI FolderWatchThread(void *context) {
   try {
     TellOfChanges(*owned);
   } catch (...) {
-    ReportUnhandledException(L"FolderWatchThread"); // not by a guard: that one belongs to the windows' thread
+    ReportUnhandledException(L"FolderWatchThread"); // a guard is for the windows' thread only
   }
   return 0;
 }
 
 FolderWatch StartFolderWatch(const std::wstring &folder, HWND window, UINT message) {
-  // The failure's value of this handle also stands for the process itself, whose end a wait would wait for.
+  // INVALID_HANDLE_VALUE is also the handle of this process, whose end a wait would wait for.
   ChangeHandle change = OpenWatch(folder);
   if (!change)
     return {};

@@ -9,7 +9,7 @@
 
 namespace lumenor {
 
-/// Traits of an event that means an end: whoever owns it raises it by letting it go.
+/// Traits of an event that asks a thread to end: closing it sets it.
 struct EndingEventTraits {
   using Handle = HANDLE;
   static Handle Empty() noexcept { return nullptr; }
@@ -21,8 +21,8 @@ struct EndingEventTraits {
 
 using EndingEvent = Owner<EndingEventTraits>;
 
-/// A watch under way; empty when there is none. Its thread ends when this goes or is assigned to: at once while it
-/// waits for a change, and behind its message while the window handles that. Nobody waits for the thread.
+/// A running watch, or none. Its thread ends when this is destroyed or assigned to: at once while it waits for a
+/// change, and after its message while the window handles that. Nothing waits for the thread.
 struct FolderWatch {
   KernelHandle thread;
   EndingEvent ending;
@@ -30,22 +30,22 @@ struct FolderWatch {
   explicit operator bool() const noexcept { return static_cast<bool>(thread); }
 };
 
-/// What a thread is handed; it owns and frees it.
+/// The argument of a thread, which owns it.
 struct FolderWatchContext {
   std::wstring folder; // unexpanded
   HWND window;
   UINT message;
-  ChangeHandle firstChange; // the watch for the first change, which stands already
+  ChangeHandle firstChange; // the watch for the first change, already open
   KernelHandle ending;      // the thread's own handle of its end
 };
 
-/// The thread's entry: `context` is a FolderWatchContext on the heap. Sends the message once for each change that it
-/// sees. Ends with 0 when it is told to, when the window is gone, and when the folder can't be watched any more.
+/// The thread's function: `context` is a FolderWatchContext on the heap. Sends the message once for each change that it
+/// sees. Returns 0 when it is asked to end, when the window is gone, and when the folder can't be watched any more.
 DWORD WINAPI FolderWatchThread(void *context);
 
-/// Starts a thread that sends `message` to `window` when a file in the unexpanded `folder` is written. The watch stands
-/// when this returns: no change after that is missed up to the first message. Empty when the folder can't be watched
-/// and, with a line in the log, when the platform can't start a thread.
+/// Starts a thread that sends `message` to `window` when a file in the unexpanded `folder` is written. The watch is
+/// open when this returns: the first change after that isn't missed. Empty when the folder can't be watched and, with a
+/// line in the log, when the platform can't start a thread.
 FolderWatch StartFolderWatch(const std::wstring &folder, HWND window, UINT message);
 
 } // namespace lumenor

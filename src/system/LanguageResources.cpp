@@ -12,7 +12,7 @@ namespace {
 
 constexpr wchar_t dockStringsName[] = L"Lumenor.MainFrame.Windows.DockViewWindow";
 
-/// Whether the file exists, with the search noted in the log.
+/// Whether the file exists; the search is logged.
 bool LookFor(const std::wstring &path) {
   LogInfo("Looking for file %S", path.c_str());
   return PathExists(path);

@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::size_t none = std::wstring::npos;
 
-// The platform finds files by paths of up to 260 characters; this leaves room for the names of variables. Without an
-// end, a long text of many words would keep the user waiting for minutes.
+// The platform finds files by paths of up to 260 characters; this leaves room for the names of variables. Without a
+// limit, a long text of many words would block the user interface for minutes.
 constexpr std::size_t longestProgram = 1024;
 
 // In characters. The buffer has room for 1,024, and the shell adds some of its own.
@@ -24,7 +24,7 @@ constexpr std::size_t longestForShell = 900;
 std::wstring Resolve(const std::wstring &program) { return ExpandPath(MapProgramFiles(program)); }
 
 /// The first blank before which the text is an existing file. The text's length is the blank's index and not its
-/// distance from `begin`: only a command line without blanks before the program is taken apart.
+/// distance from `begin`: only a command line without leading blanks is split.
 std::size_t FindEndOfProgram(const std::wstring &commandLine, std::size_t begin) {
   std::size_t blank = commandLine.find(L' ');
   while (blank <= longestProgram && !FileExists(Resolve(commandLine.substr(begin, blank))))

@@ -5,14 +5,14 @@
 
 namespace lumenor {
 
-/// A stored command line taken apart.
+/// The parts of a stored command line.
 struct CommandLine {
   std::wstring program;
   std::wstring arguments;
 };
 
 /// Splits a stored command line. The program may be quoted; unquoted it ends at the first blank behind which the text
-/// before it is an existing file. The program comes back mapped and expanded, the arguments as they stand.
+/// before it is an existing file. The program is returned mapped and expanded, the arguments unchanged.
 CommandLine SplitCommandLine(const std::wstring &commandLine);
 
 /// Whether the shell can be given `text` to open. A longer one, with its variables expanded, is written past the end of

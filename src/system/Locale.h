@@ -7,13 +7,13 @@
 
 namespace lumenor {
 
-/// The abbreviated language name, "_" and the ISO country, such as "ENU_US"; "enu_us" when the platform can't tell.
+/// The abbreviated language name, "_" and the ISO country, such as "ENU_US"; "enu_us" when the platform doesn't know.
 std::wstring LanguageCountryKey();
 
 /// The RFC 1766 tag of the country with its first "-" as "_", such as "en_us", which is also the default.
 std::wstring Rfc1766Key();
 
-/// The two-letter ISO code of the user's country; empty when the platform can't tell.
+/// The two-letter ISO code of the user's country; empty when the platform doesn't know.
 std::wstring UserCountryCode();
 
 /// The code of the platform's folder, from the machine's registry; "VRA" when that holds nothing that is known.

@@ -35,8 +35,8 @@ LONGLONG LogSize(const std::wstring &path) {
   return file && ::GetFileSizeEx(file.Get(), &size) ? size.QuadPart : 0;
 }
 
-/// Whether `format` asks for nothing but numbers, and for no more of them than there are. The folder's name is part of
-/// the format: one that asks for something else must not read what isn't there.
+/// Whether `format` has conversions of numbers only, and no more of them than there are. The folder's name is part of
+/// the format and may contain others, which would read arguments that don't exist.
 bool AsksForNumbersOnly(const std::wstring &format) {
   int fields = 0;
   for (std::size_t at = format.find(L'%'); at != std::wstring::npos; at = format.find(L'%', at + 1)) {
@@ -105,7 +105,7 @@ std::vector<std::wstring> ListRolledLogs() {
 }
 
 void PruneLogFiles() {
-  // The listing's order says which logs are the oldest; no sort.
+  // The order of the listing decides which logs are the oldest; it isn't sorted.
   const std::vector<std::wstring> paths = ListRolledLogs();
   for (std::size_t left = paths.size(), i = 0; left > keptRolledLogs; --left, ++i)
     ::DeleteFileW(ExpandPath(paths[i]).c_str());

@@ -14,7 +14,7 @@ namespace {
 constexpr std::wstring_view programFiles = L"%programfiles%";
 constexpr wchar_t programFilesX86[] = L"%programfiles(x86)%";
 
-/// The expanded place below one of the two program folders at which something is; the first when nothing is at either.
+/// The expanded path of `place` below the program folder that has it; the first one when neither does.
 std::wstring FindInstalled(const wchar_t *place) {
   const std::wstring first = ExpandPath(std::wstring(programFiles) + place);
   if (PathExists(first))
@@ -39,7 +39,7 @@ std::wstring ExpandPath(const std::wstring &text) {
     expansion.resize(size - 1); // without the closing null
     return expansion;
   } catch (...) {
-    return text; // callers have nothing better to go on with
+    return text; // callers have nothing better
   }
 }
 

@@ -15,18 +15,18 @@ std::wstring ExpandPath(const std::wstring &text);
 /// Whether the platform finds a file or folder at the expanded `path`.
 bool PathExists(const std::wstring &path);
 
-/// Whether the platform says that nothing is at the expanded `path`. False also when it can't be asked, as of a folder
-/// on a server that doesn't answer: nothing is then known, and what may be there isn't to be replaced.
+/// Whether the platform says that nothing is at the expanded `path`. False also when it doesn't know, as with a folder
+/// on a server that doesn't respond: a file that may be there must not be replaced.
 bool PathIsMissing(const std::wstring &path);
 
 /// Whether the platform finds a file at the expanded `path`; a folder isn't one.
 bool FileExists(const std::wstring &path);
 
-/// What follows the last "\" of `path`. Without a "\", what stands before the last "/" less one character: the
-/// asymmetry is wanted. Empty without either.
+/// What follows the last "\" of `path`. Without a "\", what precedes the last "/" less one character: the asymmetry is
+/// intentional. Empty without either.
 std::wstring FileNamePart(const std::wstring &path);
 
-/// What stands before the last "\" of `path`, or else before the last "/"; empty without either.
+/// What precedes the last "\" of `path`, or else the last "/"; empty without either.
 std::wstring FolderPart(const std::wstring &path);
 
 /// When the file was last written; zero when it can't be opened.

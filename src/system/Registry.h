@@ -12,7 +12,7 @@ namespace lumenor {
 /// The predefined key of that name, compared with its case; null for any other name.
 HKEY ParseRootKey(const std::wstring &name);
 
-/// A registry path taken apart.
+/// The parts of a registry path.
 struct RegistryPath {
   HKEY root = nullptr; // null when the path names no known root
   std::wstring subkey;
@@ -49,7 +49,7 @@ std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &val
 /// Both steps at once; nothing when the first gives 0 or the second fails.
 std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &valueName);
 
-/// Writes `text` as REG_SZ, its closing null included. Returns what the platform says of it.
+/// Writes `text` as REG_SZ, its closing null included. Returns the platform's status.
 LSTATUS WriteRegistryString(HKEY key, const std::wstring &valueName, const std::wstring &text);
 
 } // namespace lumenor

@@ -1,5 +1,5 @@
 #pragma once
-// What is to happen when a scope is left, by an exception too: a flag goes down, a count goes back. Any thread.
+// Actions at the end of a scope, also when an exception leaves it: clear a flag, restore a value. Any thread.
 
 #include <utility>
 
@@ -17,7 +17,7 @@ private:
   Action action;
 };
 
-/// Gives `variable` a value for the rest of the scope, and its former one back at the end. Borrows `variable`.
+/// Gives `variable` a value for the rest of the scope and restores the former one at its end. Borrows `variable`.
 template <typename T> class ScopedValue {
 public:
   template <typename U> ScopedValue(T &variable, U &&value)

@@ -17,7 +17,7 @@ std::wstring FormatFields(const wchar_t *format, const SYSTEMTIME &time) {
   return text;
 }
 
-/// Cuts the text before the first `delimiter` off the front of `rest`; without one that is all of it.
+/// Removes the text before the first `delimiter` from the front of `rest`, all of it without one, and returns it.
 std::wstring CutField(std::wstring_view &rest, wchar_t delimiter) {
   const std::size_t end = rest.find(delimiter);
   const std::wstring field(rest.substr(0, end));

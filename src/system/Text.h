@@ -14,7 +14,7 @@ std::wstring IntToText(std::int32_t value);
 /// The decimal digits of `value`.
 std::wstring UIntToText(std::uint32_t value);
 
-/// "month/day/year hour:minute:second UTC" without leading zeros. The time is told as it stands, not converted.
+/// "month/day/year hour:minute:second UTC" without leading zeros. The time isn't converted.
 std::wstring FormatUtcTime(const SYSTEMTIME &time);
 
 /// "month/day/year hour:minute:second" without leading zeros.

@@ -15,16 +15,16 @@ namespace {
 
 constexpr std::size_t longestAddress = 2083; // in characters: the platform's own limit
 
-constexpr std::wstring_view addressMark = L"%1"; // where a registered command wants the address
+constexpr std::wstring_view addressMark = L"%1"; // the place of the address in a registered command
 
-constexpr ASSOCF forProtocol = 0x1000; // ASSOCF_IS_PROTOCOL, which platforms before Windows 8 don't know
+constexpr ASSOCF forProtocol = 0x1000; // ASSOCF_IS_PROTOCOL, unknown before Windows 8
 
 bool BeginsWith(const std::wstring &text, const std::wstring &start) {
   return ::_wcsnicmp(text.c_str(), start.c_str(), start.size()) == 0;
 }
 
-/// "http" or "https"; empty for an address of another kind. Other schemes may name any program, and one that takes its
-/// command line apart in its own way.
+/// "http" or "https"; empty for an address of another kind. Other schemes may name any program, which may split its
+/// command line in its own way.
 std::wstring WebSchemeOf(const std::wstring &address) {
   for (const wchar_t *scheme : {L"http", L"https"})
     if (BeginsWith(address, std::wstring(scheme) + L"://"))
@@ -45,14 +45,14 @@ std::wstring RegisteredCommand(const std::wstring &scheme) {
   return {};
 }
 
-/// Whether `character` might end a word of a command line or what it is quoted with. No address needs it as it stands.
+/// Whether `character` might end a word of a command line or its quotes. No address needs it unescaped.
 bool EndsWord(wchar_t character) {
   return character <= L' ' || character == 0x7F ||
          std::wstring_view(L"\"\\<>^`{|}").find(character) != std::wstring::npos;
 }
 
-/// `address` with what might end the word escaped as addresses escape it, so that it stays one argument whether or not
-/// the command has quotation marks around it.
+/// `address` with such characters escaped as addresses escape them, so that it stays one argument whether or not the
+/// command has quotation marks around it.
 std::wstring AsOneWord(const std::wstring &address) {
   constexpr wchar_t digits[] = L"0123456789ABCDEF";
   std::wstring word;
@@ -64,7 +64,7 @@ std::wstring AsOneWord(const std::wstring &address) {
   return word;
 }
 
-/// `arguments` with `word` in every place that is meant for it; empty when there is none.
+/// `arguments` with `word` in every place for the address; empty when there is none.
 std::wstring PutAddress(std::wstring arguments, const std::wstring &word) {
   std::size_t at = arguments.find(addressMark);
   if (at == std::wstring::npos)
@@ -74,7 +74,7 @@ std::wstring PutAddress(std::wstring arguments, const std::wstring &word) {
   return arguments;
 }
 
-/// What starts the user's browser with `address`; without arguments when nothing can.
+/// The command that starts the user's browser with `address`; without arguments when there is none.
 CommandLine BrowserFor(const std::wstring &address) {
   const std::wstring scheme = WebSchemeOf(address);
   if (scheme.empty() || address.size() > longestAddress)

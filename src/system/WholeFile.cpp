@@ -10,14 +10,14 @@ namespace lumenor {
 
 namespace {
 
-// Always the same: what a killed process leaves is overwritten by the next one, and never piles up.
+// Always the same: the next save overwrites what a killed process leaves, so leftovers don't accumulate.
 constexpr wchar_t besideEnding[] = L".new";
 
 constexpr std::size_t blockBytes = 1 << 20;
 constexpr DWORD refusedAttributes = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY;
 constexpr DWORD keptAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
-/// The attributes that a file in the place of the one at `path` is to have.
+/// The attributes for a file that replaces the one at `path`.
 DWORD AttributesFor(const std::wstring &path) {
   const DWORD attributes = ::GetFileAttributesW(path.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES)
@@ -28,7 +28,7 @@ DWORD AttributesFor(const std::wstring &path) {
   return kept == 0 ? FILE_ATTRIBUTE_NORMAL : kept;
 }
 
-/// The file beside another one that it is to replace; deleted when it goes without having done so.
+/// The new file beside the one that it is to replace; deleted at the end of its scope if it hasn't.
 class FileBeside {
 public:
   explicit FileBeside(const std::wstring &target) : target(target), path(target + besideEnding) {

@@ -1,6 +1,6 @@
 #pragma once
-// Files that are kept: they come whole or not at all, also when the disk is full, when the process is killed or when
-// the power goes. Any thread.
+// Persistent files: written whole or not at all, also when the disk is full, the process is killed or the power fails.
+// Any thread.
 
 #include <string>
 #include <string_view>

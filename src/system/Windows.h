@@ -1,6 +1,6 @@
 #pragma once
-// The one way to <windows.h>: strict handle types, no min and max macros, the platform of Windows 7, and none of the
-// text macros whose names are also names of ours.
+// The only include of <windows.h>: strict handle types, no min and max macros, the platform of Windows 7, and none of
+// the text macros whose names are also names of ours.
 
 #ifndef STRICT
 #define STRICT

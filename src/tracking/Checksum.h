@@ -1,5 +1,5 @@
 #pragma once
-// The checksum that a closed payload is named by. Stateless; any thread.
+// The checksum that is the name of a closed payload. Stateless; any thread.
 
 #include <cstdint>
 #include <string>
@@ -10,7 +10,7 @@ namespace lumenor {
 /// What a checksum starts with.
 inline constexpr std::uint32_t checksumStart = 0xFFFFFFFF;
 
-/// CRC-32 of the reflected polynomial 0xEDB88320 over `bytes`, going on from `checksum`. Its bits aren't inverted in
+/// CRC-32 with the reflected polynomial 0xEDB88320 over `bytes`, continued from `checksum`. Its bits aren't inverted in
 /// the end, unlike those of archive formats: the collector computes the same.
 std::uint32_t ContinueChecksum(std::uint32_t checksum, std::string_view bytes);
 

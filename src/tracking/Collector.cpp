@@ -25,8 +25,8 @@ bool SaysThatUserAgreed(const std::wstring &path) {
   const FileHandle file = OpenForReading(path);
   if (!file)
     return false;
-  // Of what was read before, only so much stays as may be the beginning of the text: another program writes the file,
-  // and it may be of any size.
+  // Of what was read before, only as much is kept as may be the beginning of the text: another program writes the file,
+  // which may have any size.
   std::string tail, buffer;
   for (std::string_view piece = ReadPiece(file.Get(), buffer); !piece.empty(); piece = ReadPiece(file.Get(), buffer)) {
     tail += piece;
@@ -45,7 +45,7 @@ void StartCollector() {
     LogError("RUQMENT: A path of %u characters is too long", static_cast<unsigned>(program.size()));
     return;
   }
-  // The collector is given the folder as it is written here, with the variable's name in it.
+  // The collector gets the folder unexpanded, with the variable's name in it.
   ::ShellExecuteW(nullptr, L"open", program.c_str(), trackedApplication, product::payloadFolder, SW_HIDE);
 }
 

@@ -14,7 +14,7 @@ constexpr wchar_t emptyPayload[] = L"<payload></payload>";
 
 constexpr wchar_t declarationName[] = L"xml";
 constexpr wchar_t declaration[] =
-    L"version=\"1.0\" encoding = \"utf-8\""; // these blanks are what the collector was given
+    L"version=\"1.0\" encoding = \"utf-8\""; // the blanks are part of the collector's format
 
 /// A document that was read from a file has the platform's own spelling of the declaration, if it has one at all.
 void PutDeclaration(const XmlDocumentPtr &document) {
@@ -26,7 +26,7 @@ void PutDeclaration(const XmlDocumentPtr &document) {
 
 bool IsSession(const TrackRecord &record) { return record.Action == L"Open" || record.Action == L"Close"; }
 
-/// The rows of a record, in their order; some stand only with some actions.
+/// The rows of a record, in their order; some belong to some actions only.
 XmlAttributes RowsOf(const TrackRecord &record) {
   XmlAttributes rows = {{L"SessionID", record.SessionID},
                         {L"Feature", record.Feature},

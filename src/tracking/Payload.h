@@ -1,5 +1,5 @@
 #pragma once
-// The payload that is being written: an XML document in one temporary file, read anew for each writing. Needs a thread
+// The payload that is being written: an XML document in one temporary file, read again for each writing. Needs a thread
 // that has initialised COM. Operations raise HResultError when the DOM fails, unless they say otherwise.
 
 #include <optional>
@@ -16,16 +16,16 @@ std::wstring PayloadPath();
 class Payload {
 public:
   /// What the temporary file holds, or an empty payload when there is none. Nothing when the file is no payload: it
-  /// stays as it is, and the log tells.
+  /// isn't changed, and gets a line in the log.
   static std::optional<Payload> Open();
 
-  /// Puts the header of a closed payload ahead of everything: the application's name, and a row for each of `facts`.
+  /// Inserts the header of a closed payload as the first node: the application's name, and a row for each of `facts`.
   void InsertSessionInfo(const std::wstring &appName, const XmlAttributes &facts);
 
-  /// Puts the record behind those that are there.
+  /// Adds the record at the end.
   void Append(const TrackRecord &record);
 
-  /// Writes all of it over the temporary file, whole or not at all; its folder is made when it is missing.
+  /// Writes the payload over the temporary file, whole or not at all, making its folder when it is missing.
   void Save() const;
 
 private:

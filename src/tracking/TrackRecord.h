@@ -1,5 +1,5 @@
 #pragma once
-// One kind of use of the dock and how often it came about. A value, copied whole.
+// One kind of action of the user and how often it happened. A value, copied whole.
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
-// How the dock is used: what the user did is merged by what it was, counted, written to a payload file in batches and
-// handed to the collector. Without the user's consent, which only the start of the process asks for, nothing is
-// recorded, written or handed over. One object for the whole process; user-interface thread, COM initialised.
+// Usage tracking: equal actions of the user are merged and counted, written to a payload file in batches and passed to
+// the collector. Without the user's consent, which is read once at the start of the process, nothing is recorded,
+// written or passed on. One object for the whole process; user-interface thread, COM initialised.
 
 #include <cstdint>
 #include <string>
@@ -15,82 +15,65 @@ namespace lumenor {
 
 class UsageTracker {
 public:
-  // The start of the process, in this order; the last three only when tracking is enabled by then.
+  // The start of the process, in this order; the last three only when tracking is enabled.
 
-  /// Reads what this machine is known by, making it at the first start. Needs no consent: nothing is told to anybody.
+  /// Reads the identity of this machine, creating it at the first start. Needs no consent: nothing leaves the machine.
   void LoadAppId();
 
-  /// Asks the collector's ini file whether the user agreed.
+  /// Reads from the collector's ini file whether the user agreed.
   void ReadOptIn();
 
-  /// Takes the facts of the machine and this moment as the start of what the next payload tells of.
+  /// Reads the facts about the machine, and takes this moment as the start of the next payload.
   void InitSessionInfo();
 
-  /// Gives what comes a session of its own, whose records count from 1. Changes nothing where the platform has no new
-  /// identifier to give.
+  /// Begins a session, whose records count from 1. Changes nothing when the platform has no new identifier.
   void StartSession();
 
   /// Reads when the next payload is due; in seven days where no time can be read.
   void LoadNextTransferTime();
 
-  /// Whether the user agreed.
   bool IsEnabled() const { return enabled != 0; }
 
-  // What the user does. Each may lead to a Flush, and raises as that does; the record then stands.
+  // What the user does, each recorded without a check whether it succeeded. Each may lead to a Flush, and raises as
+  // that does; the record is then kept.
 
-  /// The dock has come up.
   void TrackDockOpen();
-
-  /// The dock is being closed.
   void TrackDockClose();
-
-  /// A click on a button of the bar started `element`.
-  void TrackIconClick(const Element &element);
-
-  /// A click in a flyout started `element`.
-  void TrackPopupClick(const Element &element);
-
-  /// A button was added.
+  void TrackIconClick(const Element &element);  // a button of the bar
+  void TrackPopupClick(const Element &element); // a row of a flyout
   void TrackIconAdd(const Element &element);
-
-  /// A button was removed.
   void TrackIconDelete(const Element &element);
-
-  /// A search was sent to a provider of the web.
   void TrackUrlSearch();
-
-  /// A search was sent to the platform's help.
   void TrackHelpSearch();
 
-  // What becomes of it. These raise HResultError when the platform fails; the records then stay.
+  // Writing and transfer. These raise HResultError when the platform fails; the records are then kept.
 
-  /// The periodic work: writes what has come together, closes the payload when it is due or too big, and begins another
-  /// session when the day is over.
+  /// The periodic work: writes the records, closes the payload when it is due or too big, and begins another session
+  /// when the day is over.
   void Flush();
 
   /// Writes the records to the payload, with its header when it is to be closed, and drops them. They stay when the
   /// file that is there is no payload.
   void WritePayload(bool close);
 
-  /// Closes the payload and hands it over when it has grown too big. The time of the next transfer stays.
+  /// Closes the payload and transfers it when it is too big. The time of the next transfer doesn't change.
   void CheckPayloadSize();
 
   /// Names the closed payload by its checksum and starts the collector.
   void TransferPayload();
 
-  /// Writes the next sequence number and the next transfer time to the registry; without a key to hold them, nothing.
+  /// Writes the next sequence number and the next transfer time to the registry, if there is a key for them.
   void SaveSettings();
 
   /// Makes the next payload due in seven days.
   void SetNextTransferTime();
 
-  /// Whether the payload is due by now.
   bool IsTransferDue() const;
 
   /// Whether the local day on which the session began is over.
   bool IsSessionDayOver() const;
 
-  /// What isn't written yet, in the order of the first times.
+  /// The records that aren't written yet, in the order of their first times.
   const std::vector<TrackRecord> &GetRecords() const { return records; }
 
 private:
@@ -108,7 +91,7 @@ private:
   std::wstring sessionId;
   SYSTEMTIME sessionStartLocal{};
   std::uint32_t nextElementSeq = 1;
-  std::uint32_t subSessionId = 1; // nothing changes it
+  std::uint32_t subSessionId = 1; // constant
   SYSTEMTIME nextTransferTime{};  // UTC
   std::vector<TrackRecord> records;
 };

@@ -48,7 +48,7 @@ HINSTANCE WINAPI FailToLaunch(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT) { t
 
 std::function<void(HWND bar)> onBar;
 
-/// Looks on from inside the message loop: calls `onBar` while a bar stands.
+/// Watches from inside the message loop: calls `onBar` while a bar exists.
 void CALLBACK LookAtBar(HWND, UINT, UINT_PTR, DWORD) {
   if (const HWND bar = ::FindWindowW(nullptr, L"Lumenor Dock"); ::IsWindowVisible(bar))
     onBar(bar);
@@ -69,7 +69,7 @@ protected:
     ReleaseImagingFactory();
   }
 
-  /// The lines of the log that tell of cycles, in order.
+  /// The lines of the log about cycles, in order.
   std::vector<std::string> CycleLines() const {
     std::vector<std::string> lines = log.AllLines();
     std::erase_if(lines, [](const std::string &line) {

@@ -16,7 +16,7 @@ public:
     size = 0;
   }
 
-  static inline DWORD size; // that the structure was told to have
+  static inline DWORD size; // that the structure was passed with
 
 private:
   static BOOL WINAPI Tell(LPOSVERSIONINFOW told) {

@@ -53,7 +53,7 @@ protected:
     return EvaluateConditions(stubPath, conditions);
   }
 
-  /// The condition fails, and its line tells of it.
+  /// The condition fails with a line in the log.
   void ExpectFails(const Condition &condition) const {
     EXPECT_FALSE(Evaluate({condition}));
     EXPECT_THAT(log.Lines(), ElementsAre("INFO: DockStub: C:\\a stub.dstb failed condition " +
@@ -65,14 +65,14 @@ protected:
     EXPECT_THAT(log.Lines(), IsEmpty());
   }
 
-  /// The condition holds, and one behind it is still looked at.
+  /// The condition holds, and the one after it is still checked.
   void ExpectHolds(const Condition &condition) const {
     EXPECT_TRUE(Evaluate({condition}));
     EXPECT_THAT(log.Lines(), IsEmpty());
     EXPECT_FALSE(Evaluate({condition, never}));
   }
 
-  /// The condition makes the stub pass, whatever stands behind it.
+  /// The condition makes the stub pass, whatever follows it.
   void ExpectSettlesAll(const Condition &condition) const {
     EXPECT_TRUE(Evaluate({condition, never}));
     EXPECT_THAT(log.Lines(), IsEmpty());

@@ -384,7 +384,7 @@ const std::wstring noNames[] = {L"",    L" ",    L"My Tools", L"a ",        L" a
                                 L"a|b", L"a[1]", L"a(b)",     L"a=b",       L"a\tb",   L"a\nb", L"a%b",      L"CON",
                                 L"nul", L"Com1", L"LPT9",     L"aux.Tools", L"PRN.a.b"};
 
-/// Of these the log can't always tell.
+/// The log can't always show these.
 const std::wstring noNamesBeyondAscii[] = {L"a\u00A0b", L"a\u3000", L"\u2026", L"\uFFFE", L"\u0301", {L'a', 0xD800}};
 
 class NoDocuments : public Documents {

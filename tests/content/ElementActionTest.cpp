@@ -198,7 +198,7 @@ struct ShellCall {
   int show;
 };
 
-/// Stands between the program and the shell.
+/// Intercepts the calls to the shell.
 class ShellSpy {
 public:
   ShellSpy() { calls.clear(); }
@@ -208,7 +208,7 @@ private:
   static HINSTANCE WINAPI Hear(HWND owner, LPCWSTR verb, LPCWSTR program, LPCWSTR arguments, LPCWSTR folder, INT show) {
     calls.push_back({owner, verb, program, arguments == nullptr ? std::nullopt : std::optional<std::wstring>(arguments),
                      folder != nullptr, show});
-    return nullptr; // a failure, which nobody looks at
+    return nullptr; // a failure, which the program ignores
   }
 
   static inline std::vector<ShellCall> calls;

@@ -26,7 +26,7 @@ int Kills() {
   return wanted == nullptr ? usualKills : std::atoi(wanted);
 }
 
-/// A list whose entries all tell which list they are of.
+/// A list whose entries all name their list.
 ElementList ListOf(std::size_t count, const std::wstring &head) {
   Element element;
   element.Head = head;

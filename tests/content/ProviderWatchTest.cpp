@@ -1,4 +1,4 @@
-// How the providers have a window told of changes; what they read is tested in ActionDataProviderTest.cpp.
+// How the providers notify a window of changes; what they read is tested in ActionDataProviderTest.cpp.
 
 #include <functional>
 #include <memory>

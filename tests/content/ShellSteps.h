@@ -108,7 +108,7 @@ inline JumpTask Task(const std::wstring &title, const std::wstring &path, const 
   return {title, path, arguments, {}, {}, icon, 0};
 }
 
-/// What the link was given, its title too.
+/// What was set on the link, its title too.
 inline JumpTask Described(IShellLinkW *link) {
   wchar_t text[8192] = {};
   JumpTask task;
@@ -132,7 +132,7 @@ inline JumpTask Described(IShellLinkW *link) {
   return task;
 }
 
-/// Writes a shortcut file of all that `shortcut` tells but the title, which no file has.
+/// Writes a shortcut file of `shortcut` but for the title, which no file has.
 inline void WriteShortcut(const std::wstring &path, const JumpTask &shortcut) {
   const auto link = MakeObject<IShellLinkW>(CLSID_ShellLink);
   if (!shortcut.path.empty())

@@ -101,7 +101,7 @@ TEST_F(CreateTaskLinkTest, DestroysTheIconThatTellsOfTheFilesOwn) {
 }
 
 TEST_F(CreateTaskLinkTest, KeepsTheIconThatTheShellShowsForAFileWithoutOne) {
-  for (const UINT_PTR none : {0, 1}) { // 1 stands for a file of a kind that holds none
+  for (const UINT_PTR none : {0, 1}) { // 1 means a kind of file that holds none
     DeleteTree(folders.CommonFolder() + L"\\ImageCache");
     const IconSpy icons(false, true);
     IconSpy::own = reinterpret_cast<HICON>(none);
@@ -229,7 +229,7 @@ JumpTask CopyOf(JumpTask content, const std::wstring &title, const std::wstring 
 
 TEST_F(CopyShortcutTest, CopiesItsFieldsAndTitlesItByItsFileName) {
   const IconSpy icons(true, true);
-  ASSERT_EQ(S_OK, Create(shortcut, L"C:\\given.ico")); // whose arguments, head and icon play no part
+  ASSERT_EQ(S_OK, Create(shortcut, L"C:\\given.ico")); // whose arguments, head and icon don't matter
   EXPECT_EQ(CopyOf(content, L"My Registry", Cached(L"My Registry.lnk.ico")), Described(link.Get()));
   EXPECT_TRUE(Exists(Cached(L"My Registry.lnk.ico")));
   EXPECT_THAT(IconSpy::ownAsked, IsEmpty());

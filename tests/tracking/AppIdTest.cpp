@@ -18,7 +18,7 @@ using testing::IsEmpty;
 
 class AppId : public Tracking {
 protected:
-  /// The id as a closed payload tells it.
+  /// The ID in a closed payload.
   std::string Told() {
     tracker.WritePayload(true);
     const std::string payload = OpenPayload();

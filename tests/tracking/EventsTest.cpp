@@ -1,4 +1,4 @@
-// What the user does, as records; what becomes of them is tested elsewhere.
+// The records of what the user does; writing and transfer are tested elsewhere.
 
 #include "tracking/Tracking.h"
 
@@ -216,7 +216,7 @@ TEST_F(Events, OpeningAndClosingMayBeTheTwentieth) {
 }
 
 TEST_F(Events, AMergeNeverLeadsToAWriting) {
-  tests::WriteBytes(TemporaryFile(), "no payload"); // nothing can be written, so more than twenty come to stand
+  tests::WriteBytes(TemporaryFile(), "no payload"); // nothing can be written, so more than twenty accumulate
   AddButtons(20);
   ASSERT_THAT(tracker.GetRecords(), SizeIs(20));
   ::DeleteFileW(TemporaryFile().c_str());

@@ -1,4 +1,4 @@
-// What the disk and the clock may do to the tracker: no record is lost or written twice, whatever fails.
+// Failures of the disk and the clock: no record is lost or written twice, whatever fails.
 
 #include "tracking/Tracking.h"
 
@@ -32,7 +32,7 @@ protected:
     return FileHandle(::CreateFileW(TemporaryFile().c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr));
   }
 
-  /// A flush after the cause is gone writes what has been waiting, once, and nothing stands any more.
+  /// A flush after the end of the failure writes the waiting records once, and none is left.
   void ExpectAllWritten(const std::vector<std::string> &elements) {
     EXPECT_EQ(S_OK, FlushFailure());
     EXPECT_EQ(elements, Elements(OpenPayload()));
@@ -258,7 +258,7 @@ TEST_F(Faults, AFolderOfTheFilesName) {
   ExpectAllWritten({"Button 1 1", "Button 2 2"});
 }
 
-// The hand-over.
+// The transfer.
 
 TEST_F(Faults, ATargetThatIsThereAlreadyRaisesAndThePayloadStaysClosed) {
   tests::WriteBytes(TemporaryFile(), "123456789");
@@ -269,7 +269,7 @@ TEST_F(Faults, ATargetThatIsThereAlreadyRaisesAndThePayloadStaysClosed) {
   EXPECT_THAT(starts.All(), IsEmpty());
 }
 
-/// A payload that can't go, as another of the very same content lies there: the same day twice over.
+/// A payload that can't be moved, as another one with the same content is there: the same day twice.
 class TwinPayload : public Faults {
 protected:
   TwinPayload() {
@@ -278,7 +278,7 @@ protected:
     first = ClosedPayload();
     tracker = {};
     clock.SetUtc(Moment(2024, 3, 5, 6, 7, 8));
-    identifiers.SetCount(1); // the session's is given again
+    identifiers.SetCount(1); // the session gets the same again
     settings32.SetText(L"NextTransferTime", L"");
     Start();
     UseDock();

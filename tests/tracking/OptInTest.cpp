@@ -1,4 +1,4 @@
-// Whether the user agreed, which the collector's ini file tells.
+// Whether the user agreed, according to the collector's ini file.
 
 #include "tracking/Tracking.h"
 

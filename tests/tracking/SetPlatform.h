@@ -24,7 +24,7 @@ inline SYSTEMTIME Moment(WORD year, WORD month, WORD day, WORD hour, WORD minute
   return {year, month, 0, day, hour, minute, second, milliseconds};
 }
 
-/// A clock that stands still at what the test sets: at first 3/5/2024 6:07:08 UTC, which is 8:07:08 here.
+/// A clock that stops at what the test sets: at first 3/5/2024 6:07:08 UTC, which is 8:07:08 here.
 class SetClock {
 public:
   SetClock() {
@@ -52,7 +52,7 @@ public:
   }
   void SetStatus(RPC_STATUS result) const { status = result; }
 
-  /// Goes on as if `given` had been given out so far.
+  /// Continues as if `given` identifiers had been made.
   void SetCount(unsigned long given) const { count = given; }
 
 private:

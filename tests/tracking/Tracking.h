@@ -17,7 +17,7 @@
 
 namespace lumenor {
 
-/// The identifiers that are given out first and second: in a usual start what the machine and the session get.
+/// The first and the second identifier: at a usual start those of the machine and of the session.
 inline constexpr wchar_t firstId[] = L"00000001-0203-0405-0607-08090a0b0c0d";
 inline constexpr wchar_t secondId[] = L"00000002-0203-0405-0607-08090a0b0c0d";
 inline constexpr wchar_t thirdId[] = L"00000003-0203-0405-0607-08090a0b0c0d";
@@ -32,7 +32,7 @@ std::vector<std::string> Summary(const std::vector<TrackRecord> &records);
 /// The names and sequence numbers of a payload's elements, in order.
 std::vector<std::string> Elements(const std::string &payload);
 
-/// How often `part` stands in `text`.
+/// How often `part` occurs in `text`.
 std::size_t Occurrences(const std::string &text, const std::string &part);
 
 class Tracking : public testing::Test {

@@ -225,7 +225,7 @@ TEST_F(Transfer, AClosingForSizeLetsTheDayEndToo) {
   EXPECT_EQ(thirdId, tracker.GetRecords().at(0).SessionID);
 }
 
-// The hand-over.
+// The transfer.
 
 TEST_F(Transfer, ThePayloadIsNamedByItsChecksum) {
   tests::WriteBytes(TemporaryFile(), "123456789");

@@ -1,4 +1,4 @@
-// Storyboards and the variables that they move, told the time by hand.
+// Storyboards and the variables that they move, at times that the tests set.
 
 #include <limits>
 

@@ -18,7 +18,7 @@ using tests::PumpUntil;
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor" // the platform's interfaces have none
 
-/// Listens to the timer and writes down what comes, on which thread.
+/// Listens to the timer and records its calls with their thread.
 class Listener : public IUIAnimationTimerEventHandler {
 public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void **) noexcept override { return E_NOINTERFACE; }
@@ -65,7 +65,7 @@ protected:
     return now;
   }
 
-  /// Lets a variable run from 0 to 100 for so many seconds from now on.
+  /// Runs a variable from 0 to 100 in so many seconds from now on.
   Ptr<IUIAnimationVariable> Run(double seconds) {
     const auto variable = Variable(0);
     EXPECT_EQ(manager->ScheduleTransition(variable.Get(), Linear(seconds, 100).Get(), Now()), S_OK);
@@ -117,7 +117,7 @@ TEST_F(AnimationTimerTest, EachTickUpdatesBetweenItsTwoCalls) {
 TEST_F(AnimationTimerTest, NoTickComesFromAnotherThread) {
   Connect(UI_ANIMATION_IDLE_BEHAVIOR_DISABLE);
   const auto variable = Run(0.05);
-  ::Sleep(100); // nobody pumps here, so nobody may tick
+  ::Sleep(100); // without a message loop there may be no tick
   EXPECT_TRUE(listener.calls.empty());
   EXPECT_EQ(Value(variable), 0);
   ASSERT_TRUE(PumpUntil([this] { return IsIdle(); }));

@@ -54,7 +54,7 @@ protected:
     return transition;
   }
 
-  /// Lets `transition` play on a new variable from the time 0 on.
+  /// Plays `transition` on a new variable from the time 0 on.
   Ptr<IUIAnimationVariable> Play(double from, const Ptr<IUIAnimationTransition> &transition) {
     Ptr<IUIAnimationVariable> variable = Variable(from);
     EXPECT_EQ(manager->ScheduleTransition(variable.Get(), transition.Get(), 0), S_OK);

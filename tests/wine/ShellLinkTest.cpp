@@ -237,7 +237,7 @@ TEST_F(ShellLinkTest, FileThatCantBeLoadedChangesNothing) {
   EXPECT_EQ(TitleOf(link), L"title");
 }
 
-// The platform itself would read on behind the end.
+// The platform itself would read past the end.
 TEST_F(ShellLinkTest, FileWhoseItemsBreakOffIsRefused) {
   ASSERT_EQ(link->SetPath(notepad), S_OK);
   const std::string whole = tests::ReadBytes(SavedLink());

@@ -63,7 +63,8 @@ void FileDataProvider::ReadFile(const std::wstring &path, const std::wstring &qu
   const FILETIME fileTime = LastWriteTime(path);
   if (::CompareFileTime(&lastReadTime, &fileTime) >= 0)
     return;
-  const XmlDocumentPtr document = LoadXmlFile(path);
+  // Its writer may not have closed it yet, and no further change follows that.
+  const XmlDocumentPtr document = LoadXmlFileWhenFree(path);
   if (document == nullptr)
     return;
   ElementList read;

@@ -3,6 +3,7 @@
 #include <cwchar>
 #include <string_view>
 
+#include "system/FileInUse.h"
 #include "system/Handles.h"
 #include "system/Log.h"
 #include "system/Product.h"
@@ -76,9 +77,13 @@ std::wstring FolderPart(const std::wstring &path) {
 FILETIME LastWriteTime(const std::wstring &path) {
   LogInfo("Getting last modified time for %S", path.c_str());
   FILETIME time = {};
-  const FileHandle file(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (file)
+  FileHandle file;
+  const auto open = [&] {
+    file.Reset(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                             FILE_ATTRIBUTE_NORMAL, nullptr));
+    return static_cast<bool>(file);
+  };
+  if (TryWhileInUse(open)) // its writer may not have closed it yet
     ::GetFileTime(file.Get(), nullptr, nullptr, &time);
   return time;
 }

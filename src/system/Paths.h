@@ -29,7 +29,8 @@ std::wstring FileNamePart(const std::wstring &path);
 /// What precedes the last "\" of `path`, or else the last "/"; empty without either.
 std::wstring FolderPart(const std::wstring &path);
 
-/// When the file was last written; zero when it can't be opened.
+/// When the file was last written; zero when it can't be opened. One that another program has open is tried again for
+/// 250 ms.
 FILETIME LastWriteTime(const std::wstring &path);
 
 /// The expanded path of the main application: the candidate that exists, or else the one under %programfiles%.

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 
 #include "content/ProviderData.h"
+#include "support/HeldFile.h"
 #include "support/ImportSlot.h"
 #include "support/LogCapture.h"
 #include "support/ProcessorTime.h"
@@ -116,6 +117,13 @@ TEST_F(ForYou, FindsItsEntriesAtAnyDepth) {
                                       Numbered("Element", 1) +
                                       "</Elements></Lumenor.MainFrame.Controls.DockPopup.ForYou></UIRoot></Wrapped>");
   EXPECT_THAT(provider.GetElements(), SizeIs(1));
+}
+
+TEST_F(ForYou, IsReadOnceItsWriterHasClosedIt) {
+  WriteForYou(Numbered("Element", 2));
+  const tests::HeldFile held(ForYouPath(), 3);
+  ASSERT_TRUE(held.IsHeld());
+  EXPECT_THAT(provider.GetElements(), SizeIs(2));
 }
 
 TEST_F(ForYou, IsEmptiedByAFileWithoutEntries) {

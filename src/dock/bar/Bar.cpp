@@ -114,7 +114,7 @@ void Bar::PlaceOnCanvas(UIElement &element, const RECT &place) const {
 }
 
 void Bar::AddForYouButton(const ButtonMaker &maker) {
-  LoadDocument(forYouDocumentName, false); // so that the document exists from now on
+  EnsureDocument(forYouDocumentName);
   forYouButton = maker.MakeButton(0, MakeForYouElement(false), MakeForYouLayout());
   PlaceOnCanvas(*forYouButton, CanvasRect(152, 12, 36, 64));
 }

@@ -229,7 +229,7 @@ void CMainDlg::OnResetDock() {
   for (const Element &element : LoadDocument(mainDocumentName, true))
     if (element.ActionType == flyoutAction)
       LoadDocument(element.ActionParams, true);
-  LoadDocument(userDocumentName, true);
+  RebuildDocument(userDocumentName);
 }
 
 /// A bar whose render target is lost can never be drawn again. A new cycle makes new targets; the user's buttons are

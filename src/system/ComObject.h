@@ -27,7 +27,8 @@ namespace lumenor {
 /// owns (MakeComObject), and deleted with its last.
 template <typename... Interfaces> class ComObject : public Interfaces... {
 public:
-  ComObject() = default;
+  /// `references` is 0 for an object that is handed to a smart pointer which counts itself.
+  explicit ComObject(ULONG references = 1) : refCount(references) {}
   ComObject(const ComObject &) = delete;
   ComObject &operator=(const ComObject &) = delete;
 
@@ -63,7 +64,7 @@ private:
     return found;
   }
 
-  std::atomic<ULONG> refCount = 1;
+  std::atomic<ULONG> refCount;
 };
 
 #pragma GCC diagnostic pop

@@ -24,7 +24,7 @@ template <typename T> void Animation<T>::Start() {
   UI_ANIMATION_SECONDS now = 0;
   ThrowIfFailed(timer->GetTime(&now));
   ThrowIfFailed(storyboard->Schedule(now, nullptr));
-  const auto handler = MakeComObject<TimerEventHandler<T>>(this, alive);
+  const ComPtr<IUIAnimationTimerEventHandler> handler(new TimerEventHandler<T>(this, alive));
   ThrowIfFailed(timer->SetTimerEventHandler(handler.Get()));
 }
 
@@ -61,7 +61,7 @@ void LongAnimation::Update() {
 }
 
 template <typename T> TimerEventHandler<T>::TimerEventHandler(Animation<T> *animation, AliveFlag animationAlive)
-    : animation(animation), animationAlive(std::move(animationAlive)) {}
+    : ComObject<IUIAnimationTimerEventHandler>(0), animation(animation), animationAlive(std::move(animationAlive)) {}
 
 template <typename T> HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::OnPreUpdate() noexcept { return S_OK; }
 

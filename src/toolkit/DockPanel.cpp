@@ -78,6 +78,7 @@ Dock DockPanel::GetDock(UIElement *child) {
 void DockPanel::Layout() {
   if (IsLayoutSuspended())
     return;
+  const WindowMoveHold hold;
   Span width{Axis(Orientation::Horizontal), Width.Get()};
   Span height{Axis(Orientation::Vertical), Height.Get()};
   LayOutStart(Dock::Top, height, width);

@@ -9,6 +9,7 @@ StackPanel::StackPanel() { subscriptions.Add(this, &StackPanel::Layout, Orientat
 void StackPanel::Layout() {
   if (IsLayoutSuspended())
     return;
+  const WindowMoveHold hold;
   const Axis axis(Orientation.Get());
   const Axis across = axis.Across();
   long offset = 0;

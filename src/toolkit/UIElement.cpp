@@ -1,5 +1,9 @@
 #include "toolkit/UIElement.h"
 
+#include <utility>
+
+#include "toolkit/WindowedElement.h"
+
 namespace lumenor {
 
 void UIElement::Invalidate() {
@@ -20,11 +24,19 @@ HWND UIElement::GetRootHandle() {
   return root == nullptr ? nullptr : root->GetHandle();
 }
 
+void UIElement::RunOnceShown(std::function<void()> work) {
+  if (parent != nullptr)
+    parent->RunOnceShown(std::move(work));
+  else
+    work();
+}
+
 RECT UIElement::GetBounds() const {
   return {Left.Get(), Top.Get(), Left.Get() + Width.Get(), Top.Get() + Height.Get()};
 }
 
 void UIElement::SetBounds(const RECT *rectangle) {
+  const WindowMoveHold hold;
   Left.Set(rectangle->left);
   Top.Set(rectangle->top);
   Width.Set(rectangle->right - rectangle->left);

@@ -3,6 +3,7 @@
 // its parent and paints itself on request; it has no window of its own unless a derived class makes one. Held in a
 // shared pointer by whoever composes the screen; a parent's pointer to it is borrowed. User-interface thread.
 
+#include <functional>
 #include <string>
 
 #include "system/Windows.h"
@@ -85,6 +86,10 @@ public:
 
   /// The window of GetRootElement(); null when there is none.
   virtual HWND GetRootHandle();
+
+  /// Runs `work` once the first picture of the root is on the screen: after it where the root is still being made, at
+  /// once otherwise. `work` may run when this element is gone, and sees to that itself.
+  virtual void RunOnceShown(std::function<void()> work);
 
   /// The rectangle of Left, Top, Width and Height.
   RECT GetBounds() const;

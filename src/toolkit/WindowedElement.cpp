@@ -7,9 +7,27 @@ bool HasParentWindow(const UIElement &element) {
 }
 
 void MoveElementWindow(UIElement &element) {
-  if (const HWND window = element.GetHandle(); ::IsWindow(window))
-    ::SetWindowPos(window, nullptr, element.Left.Get(), element.Top.Get(), element.Width.Get(), element.Height.Get(),
-                   SWP_FRAMECHANGED);
+  const HWND window = element.GetHandle();
+  if (!::IsWindow(window))
+    return;
+  if (WindowMoveHold::depth != 0) {
+    WindowMoveHold::Forget(element);
+    WindowMoveHold::moved.push_back(&element);
+    return;
+  }
+  ::SetWindowPos(window, nullptr, element.Left.Get(), element.Top.Get(), element.Width.Get(), element.Height.Get(),
+                 SWP_FRAMECHANGED);
+}
+
+/// A move's message may ask for further moves and end elements, so each is taken out before it is made.
+WindowMoveHold::~WindowMoveHold() {
+  if (--depth != 0)
+    return;
+  while (!moved.empty()) {
+    UIElement *const next = moved.front();
+    moved.erase(moved.begin());
+    MoveElementWindow(*next);
+  }
 }
 
 WindowControl::WindowControl() {

@@ -2,6 +2,8 @@
 // What elements with a child window of their own have in common. The window shows nothing: it is there for the platform
 // to find what lies under the cursor, and to be the parent of its children's windows. User-interface thread.
 
+#include <vector>
+
 #include "system/Windows.h"
 #include "toolkit/Control.h"
 #include "toolkit/WindowImpl.h"
@@ -11,13 +13,36 @@ namespace lumenor {
 /// Whether `element` stands under an element that has a window, which a window of its own needs.
 bool HasParentWindow(const UIElement &element);
 
-/// Moves the element's window, if there is one, to the element's rectangle, on top of its siblings.
+/// Moves the element's window, if there is one, to the element's rectangle, on top of its siblings; at the end of a
+/// hold where there is one.
 void MoveElementWindow(UIElement &element);
+
+/// Holds the moves of all elements' windows back while it lives. Then every window is moved once, to where its element
+/// is by then, in the order of the last moves that were asked for: that is how the windows lie over each other. A move
+/// is dear, and a layout asks for four of each window. The outermost of nested holds moves.
+class WindowMoveHold {
+public:
+  WindowMoveHold() { ++depth; }
+  ~WindowMoveHold();
+  WindowMoveHold(const WindowMoveHold &) = delete;
+  WindowMoveHold &operator=(const WindowMoveHold &) = delete;
+
+  /// Drops what is held of `element`, which is about to lose its window.
+  static void Forget(const UIElement &element) { std::erase(moved, &element); }
+
+private:
+  friend void MoveElementWindow(UIElement &element);
+
+  static inline int depth = 0;
+  static inline std::vector<UIElement *> moved; // those that were held, each once, by its last move
+};
 
 /// The element `Element` with its window of class `T`, which lives from OnAttached to OnDetached.
 template <class T, class Element, class Traits> class WindowedElement : public Element,
                                                                         public CWindowImpl<T, CWindow, Traits> {
 public:
+  ~WindowedElement() override { WindowMoveHold::Forget(*this); }
+
   HWND GetHandle() override { return this->handle; }
 
   void OnAttached() override {

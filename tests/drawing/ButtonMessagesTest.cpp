@@ -86,13 +86,23 @@ TEST_F(ButtonMessages, FocusMessagesSetHasFocus) {
 }
 
 TEST_F(ButtonMessages, StateMessagesInvalidateTheWindow) {
-  for (const UINT message : {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_MOUSEMOVE, WM_MOUSELEAVE, WM_SETFOCUS, WM_KILLFOCUS}) {
+  for (const UINT message : {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_MOUSELEAVE, WM_SETFOCUS, WM_KILLFOCUS}) {
     button.Ask(message);
     Validate();
     ASSERT_FALSE(IsInvalid());
     EXPECT_EQ(button.Ask(message), unhandled) << message;
     EXPECT_TRUE(IsInvalid()) << message;
   }
+}
+
+TEST_F(ButtonMessages, OnlyTheFirstMouseMoveInvalidatesTheWindow) {
+  button.Ask(WM_MOUSELEAVE);
+  Validate();
+  button.Ask(WM_MOUSEMOVE);
+  EXPECT_TRUE(IsInvalid());
+  Validate();
+  EXPECT_EQ(button.Ask(WM_MOUSEMOVE), unhandled);
+  EXPECT_FALSE(IsInvalid());
 }
 
 TEST_F(ButtonMessages, StateMessageWhoseListenerDestroyedTheWindowIsHandledWithOne) {

@@ -36,6 +36,43 @@ protected:
   const Installation installation;
 };
 
+/// What a user does as soon as the window is there, which is before the bar has made its tips and flyouts.
+class FirstInstant : public Buttons {
+protected:
+  /// Waits for the window and not for what it shows. The button that the input is for is at its place from then on.
+  static bool WaitForWindow(const DockProcess &dock) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (dock.Bar() == nullptr)
+      if (std::chrono::steady_clock::now() > end)
+        return false;
+    return true;
+  }
+
+  static constexpr POINT firstButton = {190 + 38, 1 + 32};
+};
+
+TEST_F(FirstInstant, AClickOpensTheFlyoutWithItsRows) {
+  MakeFlyoutButton(2);
+  DockProcess dock(installation);
+  ASSERT_TRUE(WaitForWindow(dock));
+
+  ClickAtOnce(firstButton);
+
+  EXPECT_TRUE(StandsAt(AwaitPopup(dock), {190, 80, 430, 80 + 3 * 40}));
+  EXPECT_TRUE(ChooseRow(dock, 2));
+  EXPECT_EQ(Texts{installation.RecorderCommand(L"entry 1")}, installation.WaitForCommandLines(1));
+}
+
+TEST_F(FirstInstant, ACursorThatRestsOnAButtonGetsItsToolTip) {
+  DockProcess dock(installation);
+  ASSERT_TRUE(WaitForWindow(dock));
+
+  MoveCursor(firstButton);
+
+  EXPECT_TRUE(WaitFor([&] { return dock.ToolTip() != nullptr; }));
+  MoveCursor(farAway);
+}
+
 TEST_F(Buttons, HoverShowsTheHaloAndTheToolTipAndLeavingTakesThemAway) {
   ShownDock dock(installation);
   const RECT button = RectOf(dock.Control(1000));

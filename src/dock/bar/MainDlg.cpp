@@ -86,7 +86,7 @@ CMainDlg::~CMainDlg() {
 void CMainDlg::InitializeComponent() {
   LogInfo("MainDlg InitializeComponent");
   SetWindowIcon(handle);
-  lists.CreateFlyouts(fade.FlyoutListener());
+  RunOnceShown([this] { lists.CreateFlyouts(fade.FlyoutListener()); });
   SetChild(bar.rootPanel.get());
   bar.Begin();
   bar.AddMainButtons(maker);

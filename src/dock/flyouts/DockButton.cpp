@@ -46,7 +46,10 @@ RECT DockButton::GetFlyoutRect() {
 void DockButton::OnCreate() {
   painter->Attach(this);
   if (flyout)
-    flyout->Create(GetRootHandle());
+    RunOnceShown([this, listed = std::weak_ptr(flyout)] {
+      if (const auto alive = listed.lock(); alive && ::IsWindow(handle))
+        alive->Create(GetRootHandle());
+    });
 }
 
 void DockButton::OnDestroy() {

@@ -103,11 +103,13 @@ BOOL Button::OnPress(int pressed, LRESULT &result) {
   return FinishStateMessage(result);
 }
 
+// A move within the button changes nothing that is seen, so it asks for no repaint.
 BOOL Button::OnMouseMove(LRESULT &result) {
+  const bool wasOver = IsMouseOver.Get() != 0;
   IsMouseOver.Set(1);
   TRACKMOUSEEVENT tracking{sizeof(tracking), TME_LEAVE, handle, 0};
   ::TrackMouseEvent(&tracking);
-  return FinishStateMessage(result);
+  return wasOver && ::IsWindow(handle) ? FALSE : FinishStateMessage(result);
 }
 
 BOOL Button::OnMouseLeave(LRESULT &result) {
@@ -155,8 +157,17 @@ void Button::OnStateChanged() { InvalidateWindow(TRUE); }
 // before that would be a window that is never used, and its creation takes longer than that of the button's own.
 void Button::BuildToolTip() {
   toolTipWindow.Reset();
+  toolTipRequest.reset();
   if (!::IsWindow(handle))
     return;
+  toolTipRequest = std::make_shared<char>();
+  RunOnceShown([this, request = std::weak_ptr<void>(toolTipRequest)] {
+    if (!request.expired() && ::IsWindow(handle))
+      MakeToolTip();
+  });
+}
+
+void Button::MakeToolTip() {
   const HWND root = GetRootHandle();
   LoadCommonControls();
   toolTipWindow.Reset(::CreateWindowExW(WS_EX_TOPMOST | WS_EX_TRANSPARENT, TOOLTIPS_CLASSW, nullptr,

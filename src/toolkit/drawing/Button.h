@@ -75,9 +75,11 @@ private:
   void InvalidateWindow(BOOL erase);
   void OnStateChanged();
   void BuildToolTip();
+  void MakeToolTip();
   void AddToToolTip(HWND root);
 
   WindowHandle toolTipWindow;
+  std::shared_ptr<void> toolTipRequest; // the last one that waits; others are void
 };
 
 } // namespace lumenor

@@ -54,14 +54,9 @@ void LetStripShowThrough(HWND button) {
 
 /// Each move of a strip raises its window above the arrow's, which then has to come up again to be clicked.
 void ShowAbove(Button &button, bool isShown) {
-  const bool wasShown = button.Visibility.Get() == Visibility::Visible;
   button.Visibility.Set(isShown ? Visibility::Visible : Visibility::Collapsed);
-  if (!isShown)
-    return;
-  if (!wasShown)
-    ::BringWindowToTop(button.GetHandle());
-  else
-    ::SetWindowPos(button.GetHandle(), HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+  if (isShown)
+    MoveElementWindow(button);
 }
 
 } // namespace

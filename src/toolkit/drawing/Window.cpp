@@ -100,7 +100,44 @@ Window::Window() : renderTarget(CreateTarget()) {
   allWindows.push_back(this);
 }
 
-Window::~Window() { std::erase(allWindows, this); }
+Window::~Window() {
+  WindowMoveHold::Forget(*this);
+  std::erase(allWindows, this);
+}
+
+/// Most windows of a bar are never looked at: tips, and the rows of closed flyouts. Making them takes longer than all
+/// the rest, so the bar is on the screen before.
+HWND Window::Create(HWND parentWindow) {
+  postpones = Visibility.Get() == lumenor::Visibility::Visible;
+  const ScopeExit ending([this] {
+    postpones = false;
+    postponed.clear();
+  });
+  CDialogImpl::Create(parentWindow);
+  RunPostponed();
+  return handle;
+}
+
+void Window::RunOnceShown(std::function<void()> work) {
+  if (postpones)
+    postponed.push_back(std::move(work));
+  else
+    work();
+}
+
+void Window::RunPostponed() {
+  postpones = false;
+  const HWND focus = ::GetFocus();
+  const bool succeeded = Guarded(L"OnInitDialog", [this] {
+    for (const std::function<void()> &work : postponed)
+      if (handle != nullptr)
+        work();
+  });
+  if (!succeeded)
+    DestroyAfterFailure();
+  else if (::GetFocus() != focus) // a dialog takes it when it is made, also one that stays hidden
+    ::SetFocus(focus);
+}
 
 BOOL Window::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD mapId) {
   if (mapId != 0)
@@ -117,7 +154,10 @@ BOOL Window::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPar
 BOOL Window::HandleInitDialog(WPARAM, LPARAM, LRESULT &result) {
   RemoveFrame();
   MakeLayered();
-  InitializeComponent();
+  {
+    const WindowMoveHold untilComposed;
+    InitializeComponent();
+  }
   if (Visibility.Get() == lumenor::Visibility::Visible)
     Appear();
   result = 1;
@@ -255,6 +295,8 @@ void Window::Render() {
 
 void Window::RenderOnce() {
   PaintContext context(handle);
+  // What any child window waits to have painted is in this picture; what changes during the painting isn't.
+  ::RedrawWindow(handle, nullptr, nullptr, RDW_VALIDATE | RDW_ALLCHILDREN);
   RECT screenRect{};
   ::GetWindowRect(handle, &screenRect);
   RECT &area = context.paint.rcPaint;

@@ -4,6 +4,7 @@
 // hands that, with an alpha for each pixel, to the platform. Owned by whoever opens it. User-interface thread.
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -39,6 +40,10 @@ public:
   Window();
   ~Window() override;
 
+  /// Makes the modeless window; see CreateDialogObject. What its elements postpone by RunOnceShown has run when this
+  /// returns; a failure of it is one of OnInitDialog, where it belongs but for the time.
+  HWND Create(HWND parentWindow);
+
   /// Paints the whole tree and puts it on the screen, at once; without a window it does nothing. A call during a
   /// Render adds one more pass after it. Raises HResultError, but not for a failed EndDraw: that
   /// posts DrawFailedMessage.
@@ -59,6 +64,7 @@ public:
   void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
   HWND GetHandle() override { return handle; }
   void Invalidate() override;
+  void RunOnceShown(std::function<void()> work) override;
 
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                             DWORD mapId = 0) override;
@@ -109,11 +115,16 @@ private:
 
   static Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> CreateTarget();
   void DestroyAfterFailure();
+  void RunPostponed();
   void RemoveFrame();
   void MakeLayered();
   void Appear();
   void RenderOnce();
   void Draw(HDC target, const RECT &area);
+
+  /// What waits for the first picture; none unless this window is being made and comes up visible.
+  std::vector<std::function<void()>> postponed;
+  bool postpones = false;
 
   int paintPending = 0;
   bool rendering = false;

@@ -1,5 +1,7 @@
 #include "toolkit/drawing/WICHelper.h"
 
+#include <array>
+
 #include "system/HResultError.h"
 #include "system/ImagePath.h"
 #include "system/Instance.h"
@@ -15,10 +17,44 @@ namespace {
 
 constexpr int bytesPerPixel = 4;
 
-/// The process-wide factory. Never destroyed: static destructors run when COM is gone already.
-ComPtr<IWICImagingFactory> &SharedFactory() {
-  static auto *const factory = new ComPtr<IWICImagingFactory>;
-  return *factory;
+/// What the process keeps of the imaging service. Never destroyed: static destructors run when COM is gone already.
+struct Services {
+  ComPtr<IWICImagingFactory> factory;
+  ComPtr<IClassFactory> pngDecoders; // null until the first PNG
+};
+
+Services &SharedServices() {
+  static auto *const services = new Services;
+  return *services;
+}
+
+bool HasPngSignature(IStream *stream) {
+  constexpr std::array<BYTE, 8> signature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+  std::array<BYTE, signature.size()> start{};
+  ULONG length = 0;
+  return SUCCEEDED(stream->Read(start.data(), static_cast<ULONG>(start.size()), &length)) && start == signature &&
+         SUCCEEDED(stream->Seek({}, STREAM_SEEK_SET, nullptr));
+}
+
+/// The decoder of a PNG; null for all else. The imaging service looks through the registry for every picture; nearly
+/// all of ours are PNGs, whose decoder is known.
+ComPtr<IWICBitmapDecoder> DecodePng(IStream *stream) {
+  if (!HasPngSignature(stream))
+    return nullptr;
+  ComPtr<IClassFactory> &decoders = SharedServices().pngDecoders;
+  ComPtr<IWICBitmapDecoder> decoder;
+  if ((!decoders &&
+       FAILED(::CoGetClassObject(CLSID_WICPngDecoder, CLSCTX_INPROC_SERVER, nullptr, IID_PPV_ARGS(&decoders)))) ||
+      FAILED(decoders->CreateInstance(nullptr, IID_PPV_ARGS(&decoder))) ||
+      FAILED(decoder->Initialize(stream, WICDecodeMetadataCacheOnLoad)))
+    return nullptr;
+  return decoder;
+}
+
+ComPtr<IWICBitmapDecoder> DecodePngFile(const std::wstring &path) {
+  ComPtr<IWICStream> stream;
+  ThrowIfFailed(GetImagingFactory()->CreateStream(&stream));
+  return SUCCEEDED(stream->InitializeFromFilename(path.c_str(), GENERIC_READ)) ? DecodePng(stream.Get()) : nullptr;
 }
 
 ComPtr<IWICBitmapFrameDecode> FirstFrame(IWICBitmapDecoder *decoder) {
@@ -28,9 +64,10 @@ ComPtr<IWICBitmapFrameDecode> FirstFrame(IWICBitmapDecoder *decoder) {
 }
 
 ComPtr<IWICBitmapFrameDecode> DecodeFile(const std::wstring &path) {
-  ComPtr<IWICBitmapDecoder> decoder;
-  ThrowIfFailed(GetImagingFactory()->CreateDecoderFromFilename(path.c_str(), nullptr, GENERIC_READ,
-                                                               WICDecodeMetadataCacheOnLoad, &decoder));
+  ComPtr<IWICBitmapDecoder> decoder = DecodePngFile(path);
+  if (!decoder)
+    ThrowIfFailed(GetImagingFactory()->CreateDecoderFromFilename(path.c_str(), nullptr, GENERIC_READ,
+                                                                 WICDecodeMetadataCacheOnLoad, &decoder));
   return FirstFrame(decoder.Get());
 }
 
@@ -122,13 +159,13 @@ ResourceBytes LockImageResource(const std::wstring &name, const std::wstring &ty
 } // namespace
 
 ComPtr<IWICImagingFactory> GetImagingFactory() {
-  ComPtr<IWICImagingFactory> &factory = SharedFactory();
+  ComPtr<IWICImagingFactory> &factory = SharedServices().factory;
   if (!factory)
     ThrowIfFailed(::CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&factory)));
   return factory;
 }
 
-void ReleaseImagingFactory() { SharedFactory().Reset(); }
+void ReleaseImagingFactory() { SharedServices() = {}; }
 
 ComPtr<ID2D1Bitmap> LoadBitmapFromFile(ID2D1RenderTarget *renderTarget, const std::wstring &imagePath,
                                        bool limitToIconSize) {
@@ -150,9 +187,10 @@ ComPtr<ID2D1Bitmap> LoadBitmapFromResource(ID2D1RenderTarget *renderTarget, cons
   ComPtr<IWICStream> stream;
   ThrowIfFailed(GetImagingFactory()->CreateStream(&stream));
   ThrowIfFailed(stream->InitializeFromMemory(bytes.data, bytes.size));
-  ComPtr<IWICBitmapDecoder> decoder;
-  ThrowIfFailed(
-      GetImagingFactory()->CreateDecoderFromStream(stream.Get(), nullptr, WICDecodeMetadataCacheOnLoad, &decoder));
+  ComPtr<IWICBitmapDecoder> decoder = DecodePng(stream.Get());
+  if (!decoder)
+    ThrowIfFailed(
+        GetImagingFactory()->CreateDecoderFromStream(stream.Get(), nullptr, WICDecodeMetadataCacheOnLoad, &decoder));
   return MakeDeviceBitmap(renderTarget, FirstFrame(decoder.Get()).Get());
 }
 

@@ -355,8 +355,7 @@ void BenchRest(const e2e::Installation &installation, const std::wstring &floorC
   ReportAtMost("processor time of the dimmed bar beyond the floor's",
                (dock.ProcessorSinceBegin() - floor.ProcessorSinceBegin()) / span, "ms/s", 10);
   Note(Format("dock %.0f ms, floor %.0f ms, both in 30 s", dock.ProcessorSinceBegin(), floor.ProcessorSinceBegin()));
-  Note(Format("first threads went to sleep: dock %.1f times a second, floor %.1f", dock.SleepsSinceBegin() / span,
-              floor.SleepsSinceBegin() / span));
+  ReportAtMost("sleeps of the dimmed bar's first thread", dock.SleepsSinceBegin() / span, "/s", 10);
 }
 
 } // namespace lumenor::bench

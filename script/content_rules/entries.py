@@ -3,7 +3,7 @@ import re
 import struct
 import unicodedata
 
-from .facts import ACTIONS, CHILDREN, COMMANDS, JUMP_LIST, LABEL_WIDTHS, LENGTHS, MAIN, PICTURE, PILLARS, USER
+from .facts import ACTIONS, CHILDREN, COMMANDS, JUMP_LIST, LABEL_WIDTHS, LENGTHS, MAIN, PICTURE, PILLARS, USER, USER_PICTURE
 from .findings import one_of
 
 
@@ -110,14 +110,14 @@ def is_document_name(name):
 def check_picture_of(found, path, node, document, pictures):
     image, place = node.text("Image"), (path, line_of(node, "Image"))
     if image:
-        check_picture(found, place, image, pictures)
+        check_picture(found, place, image, pictures, USER_PICTURE if document == USER else PICTURE)
     elif document in (MAIN, USER) and node.text("ActionType") != "exe":
         dock = "can't make the button, and the bar doesn't come up" if document == MAIN else "makes no button"
         found.error(place, "no-picture", "a button that starts no program has no picture", dock,
                     "an Image; only a program's button can do without, and takes the program's icon")
 
 
-def check_picture(found, place, image, pictures):
+def check_picture(found, place, image, pictures, wanted=PICTURE):
     if "%" in image:
         found.error(place, "picture-path", f"the picture '{image}' has a variable",
                     "expands none here: it finds no file and shows the built-in picture",
@@ -129,10 +129,10 @@ def check_picture(found, place, image, pictures):
     if picture is None:
         found.error(place, "picture-missing", f"the picture '{image}' isn't found", "shows the built-in picture",
                     "..\\resources\\NAME.png for a picture of the installation, NAME.png for one beside the locale folders")
-    elif (size := pictures.size(picture)) and size != (PICTURE, PICTURE):
+    elif (size := pictures.size(picture)) and size != wanted:
         found.warning(place, "picture-size", f"the picture '{image}' is {size[0]} by {size[1]}",
-                      "scales it, without regard to its proportions where they differ from its place's",
-                      f"a picture of {PICTURE} by {PICTURE}")
+                      "scales it to its place, whatever its proportions",
+                      f"a picture of {wanted[0]} by {wanted[1]}")
 
 
 def check_icon(found, place, image, pictures):

@@ -31,7 +31,9 @@ ROOTS = ("HKEY_LOCAL_MACHINE", "HKEY_CURRENT_USER", "HKEY_USERS", "HKEY_CURRENT_
 SHORT_ROOTS = {"HKLM": ROOTS[0], "HKCU": ROOTS[1], "HKU": ROOTS[2], "HKCC": ROOTS[3], "HKCR": ROOTS[4]}
 
 FIXED_BUTTONS, USER_BUTTONS, LIST_ROWS = 3, 30, 5
-PICTURE = 48
+# The sizes that fill their places at 144 dots per inch pixel by pixel: the box of a user's button is 32 by 28 at 96, all
+# others are square.
+PICTURE, USER_PICTURE = (48, 48), (48, 42)
 
 # The half-width characters that fit the places where a label is cut with an ellipsis.
 LABEL_WIDTHS = {"button": 14, "row": 28, "dialog button": 11, "tour": 24, "feature": 62}

@@ -3,19 +3,23 @@ from xml.parsers import expat
 
 
 class Node:
-    __slots__ = ("tag", "attributes", "line", "parts")
+    __slots__ = ("tag", "attributes", "line", "children", "parts")
 
     def __init__(self, tag, attributes, line):
-        self.tag, self.attributes, self.line, self.parts = tag, attributes, line, []
+        self.tag, self.attributes, self.line = tag, attributes, line
+        self.children, self.parts = [], []  # the parts are the children and the texts between them
 
     def __iter__(self):
-        return iter([part for part in self.parts if part.__class__ is Node])
+        return iter(self.children)
 
     def all(self, tag):
-        return [child for child in self if child.tag == tag]
+        return [child for child in self.children if child.tag == tag]
 
     def first(self, tag):
-        return next((child for child in self if child.tag == tag), None)
+        for child in self.children:
+            if child.tag == tag:
+                return child
+        return None
 
     def text(self, tag=None):
         """The text of the first child of that name; empty without one. Without a name, this element's."""
@@ -26,10 +30,11 @@ class Node:
         return "".join(part if isinstance(part, str) else part.joined() for part in self.parts)
 
     def below(self, tag):
-        for child in self:
+        for child in self.children:
             if child.tag == tag:
                 yield child
-            yield from child.below(tag)
+            if child.children:
+                yield from child.below(tag)
 
 
 class Unreadable(Exception):
@@ -51,6 +56,7 @@ def read(path):
     def start(tag, attributes):
         node = Node(tag, attributes, parser.CurrentLineNumber)
         stack[-1].parts.append(node)
+        stack[-1].children.append(node)
         stack.append(node)
 
     parser.StartElementHandler = start

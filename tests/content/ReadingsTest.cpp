@@ -1,4 +1,5 @@
-// The dock's own reading of the samples in readings.txt, whose verdicts the test of the schemas shares.
+// The dock's own reading of the samples in readings.txt, whose verdicts the test of the schemas shares, and of the
+// examples of the guide to the content.
 
 #include <algorithm>
 #include <functional>
@@ -271,6 +272,47 @@ TEST_F(Readings, AreThoseThatTheSamplesTell) {
     EXPECT_EQ(sample.Field("dock"), Judge(reading, sample.file)) << sample.title;
     EXPECT_EQ(sample.Field("reads"), Joined(reading.entries, " / ")) << sample.title;
   }
+}
+
+/// The entries that the guide's stubs make of a document; conditions on this machine leave out some of them.
+std::vector<std::wstring> HeadsOf(const ElementList &list) {
+  std::vector<std::wstring> heads;
+  for (const Element &element : list)
+    heads.push_back(element.Head);
+  return heads;
+}
+
+TEST_F(Readings, TakeTheExamplesOfTheGuide) {
+  const std::wstring examples = tests::FromUtf8(LUMENOR_EXAMPLES);
+  for (const std::wstring &file : tests::ListFolder(examples + L"\\LangRes\\xx_xx"))
+    tests::WriteBytes(StubFilePath(L"xx_xx", file), tests::ReadBytes(examples + L"\\LangRes\\xx_xx\\" + file));
+  EXPECT_THAT(HeadsOf(LoadDocument(L"Lumenor.MainFrame.Windows.DockViewWindow.Main", false)),
+              testing::ElementsAre(L"My tools"));
+  // The test platform is a Windows 7 without calc.exe, and with a key of policies only in some prefixes.
+  EXPECT_THAT(HeadsOf(LoadDocument(L"My.Tools", false)),
+              testing::IsSupersetOf({L"Notepad", L"Calculator", L"Mail", L"Control panel"}));
+  EXPECT_THAT(HeadsOf(LoadDocument(L"My.Tools", false)), testing::Not(testing::Contains(L"Settings")));
+  const ElementList icons = LoadDocument(L"Lumenor.MainFrame.Controls.JumpList.Main", false);
+  ASSERT_EQ(1U, icons.size());
+  EXPECT_EQ(L"resources\\notes.ico", icons[0].Image);
+}
+
+TEST_F(Readings, TakeTheOtherExamplesOfTheGuide) {
+  const std::wstring examples = tests::FromUtf8(LUMENOR_EXAMPLES);
+  const std::wstring user = L"Lumenor.MainFrame.Windows.DockViewWindow.User";
+  tests::WriteBytes(DocumentPath(user), tests::ReadBytes(examples + L"\\documents\\" + user + L".xml"));
+  EXPECT_THAT(HeadsOf(ReadDocument(user).elements), testing::ElementsAre(L"Notepad"));
+  const std::wstring list = L"Lumenor.MainFrame.Controls.DockPopup.ForYou";
+  tests::WriteBytes(DocumentPath(list), tests::ReadBytes(examples + L"\\profile\\" + list + L".xml"));
+  ForYouProvider forYou;
+  EXPECT_THAT(HeadsOf(forYou.GetElements()), testing::ElementsAre(L"Read, listen and watch"));
+  const std::wstring texts = examples + L"\\BaseContent\\LangRes\\LangRes_VRA\\en_xx";
+  for (const std::wstring &file : tests::ListFolder(texts))
+    tests::WriteBytes(TextFile(file.substr(0, file.size() - 4)), tests::ReadBytes(texts + L"\\" + file));
+  SearchProvider providers;
+  EXPECT_THAT(HeadsOf(providers.GetElements()), testing::ElementsAre(L"Wikipedia", L"Help and support"));
+  EXPECT_EQ(L"Close", LoadDockString(L"Button.Tooltip.Close"));
+  EXPECT_EQ(L"For You", LoadDocumentString(L"Lumenor.MainFrame.Windows.DockViewWindow.ForYou", L"Element/Head"));
 }
 
 } // namespace

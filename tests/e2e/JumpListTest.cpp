@@ -178,7 +178,7 @@ TEST_F(JumpList, OfTheFactoryContentLeadsToFilesThatAreThere) {
   }
   EXPECT_EQ(
       (std::vector<std::wstring>{L"Health and security", L"Action center", L"Control panel", L"Task manager",
-                                 L"System information", L"Command prompt", L"About Windows", L"Notes", L"Player"}),
+                                 L"System information", L"Command prompt", L"About Windows", L"Notepad", L"Player"}),
       titles);
 }
 

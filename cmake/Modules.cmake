@@ -8,7 +8,7 @@ target_compile_options(lumenor_options INTERFACE
   -Werror=return-type -fno-omit-frame-pointer
   -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/= # failures tell their source file, and no program holds the builder's folders
   $<$<CONFIG:Debug>:-Og -gdwarf-4 -fsanitize=undefined -fsanitize-undefined-trap-on-error>
-  $<$<CONFIG:Release>:-O2 -ffunction-sections -fdata-sections>)
+  $<$<CONFIG:Release>:-Os -ffunction-sections -fdata-sections>)
 target_compile_definitions(lumenor_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 target_link_options(lumenor_options INTERFACE $<$<CONFIG:Release>:-s -Wl,--gc-sections>)
 

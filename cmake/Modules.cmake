@@ -10,7 +10,8 @@ target_compile_options(lumenor_options INTERFACE
   $<$<CONFIG:Debug>:-Og -gdwarf-4 -fsanitize=undefined -fsanitize-undefined-trap-on-error>
   $<$<CONFIG:Release>:-O2 -ffunction-sections -fdata-sections>)
 target_compile_definitions(lumenor_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
-target_link_options(lumenor_options INTERFACE $<$<CONFIG:Release>:-s -Wl,--gc-sections>)
+# The time of linking stays out, so that the same sources give the same bytes.
+target_link_options(lumenor_options INTERFACE -Wl,--no-insert-timestamp $<$<CONFIG:Release>:-s -Wl,--gc-sections>)
 
 # The platform's import libraries; the linker takes of them only what is called.
 set(LUMENOR_PLATFORM_LIBRARIES

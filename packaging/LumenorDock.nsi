@@ -233,6 +233,7 @@ Function un.ShowQuestion
   !insertmacro MUI_HEADER_TEXT "$(RemoveHeading)" ""
   nsDialogs::Create 1018
   Pop $0
+  nsDialogs::SetRTL $(^RTL)
   ${NSD_CreateLabel} 0 0 100% 36u "$(QuestionText)"
   Pop $0
   ${NSD_CreateCheckbox} 0 48u 100% 12u "$(PurgeToo)"

@@ -54,7 +54,7 @@ LangString QuestionText ${LANG_ENGLISH} "The dock, its settings, its picture cac
 LangString QuestionText ${LANG_GERMAN} "Das Dock, seine Einstellungen, sein Bildspeicher und seine Protokolle werden entfernt. Die Schaltflächen, die Sie und andere Benutzer dieses Computers angeordnet haben, bleiben für das nächste Mal erhalten, wenn Sie nichts anderes wählen."
 LangString QuestionText ${LANG_FRENCH} "Le dock, ses paramètres, son cache d’images et ses journaux vont être supprimés. Les boutons que vous et les autres utilisateurs de cet ordinateur avez disposés sont conservés pour la prochaine fois, sauf si vous choisissez autre chose."
 LangString QuestionText ${LANG_SPANISH} "Se quitarán el dock, su configuración, su caché de imágenes y sus registros. Los botones que usted y otros usuarios de este equipo organizaron se conservan para la próxima vez, a menos que elija otra cosa."
-LangString QuestionText ${LANG_JAPANESE} "ドックとその設定、画像キャッシュ、ログを削除します。あなたとこのコンピューターの他のユーザーが並べたボタンは、別に指定しない限り、次回のために残されます。"
+LangString QuestionText ${LANG_JAPANESE} "ドックとその設定、画像キャッシュ、ログを削除します。$\nあなたとこのコンピューターの他のユーザーが並べたボタンは、$\n別に指定しない限り、次回のために残されます。"
 LangString QuestionText ${LANG_ARABIC} "ستتم إزالة الشريط وإعداداته وذاكرة الصور المؤقتة وسجلاته. أما الأزرار التي رتبتها أنت ومستخدمو هذا الكمبيوتر الآخرون فتبقى للمرة القادمة، ما لم تختر غير ذلك."
 
 LangString PurgeToo ${LANG_ENGLISH} "Remove the &buttons of all users too"

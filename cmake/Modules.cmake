@@ -1,16 +1,21 @@
 # One static library per module, built from every source in its folders; the folders' listing is the list of sources.
 
+file(RELATIVE_PATH way_to_sources ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR})
+string(REGEX REPLACE "/$" "" way_to_sources "${way_to_sources}")
 add_library(lumenor_options INTERFACE)
 target_include_directories(lumenor_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_definitions(lumenor_options INTERFACE UNICODE _UNICODE)
 target_compile_options(lumenor_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Woverloaded-virtual -Werror
   -Werror=return-type -fno-omit-frame-pointer
-  -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/= # failures tell their source file, and no program holds the builder's folders
+  # Failures tell their source file, and no program holds the builder's folders; a compiler cache may have made the path
+  # of a source relative to the build's folder.
+  -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/= -fmacro-prefix-map=${way_to_sources}/=
   $<$<CONFIG:Debug>:-Og -gdwarf-4 -fsanitize=undefined -fsanitize-undefined-trap-on-error>
   $<$<CONFIG:Release>:-Os -ffunction-sections -fdata-sections>)
 target_compile_definitions(lumenor_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
-target_link_options(lumenor_options INTERFACE $<$<CONFIG:Release>:-s -Wl,--gc-sections>)
+# The time of linking stays out, so that the same sources give the same bytes.
+target_link_options(lumenor_options INTERFACE -Wl,--no-insert-timestamp $<$<CONFIG:Release>:-s -Wl,--gc-sections>)
 
 # The platform's import libraries; the linker takes of them only what is called.
 set(LUMENOR_PLATFORM_LIBRARIES

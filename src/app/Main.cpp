@@ -1,5 +1,7 @@
 // The entry function: what belongs to the whole life of the process, from its command line to its exit code.
 
+#include <string>
+
 #include "app/CommandLine.h"
 #include "app/Cycles.h"
 #include "app/SharedServices.h"
@@ -18,8 +20,19 @@ using namespace lumenor;
 
 enum ExitCode : int { AlreadyRunningExitCode = 0, RefusedExitCode = -1 };
 
-/// The bar names its own pictures relative to the folder of the installed program.
-void EnterDockFolder() { ::SetCurrentDirectoryW(FolderPart(DockExePath()).c_str()); }
+/// The file of this process; empty when the platform doesn't tell.
+std::wstring RunningProgram() {
+  std::wstring path(MAX_PATH, L'\0');
+  path.resize(::GetModuleFileNameW(nullptr, path.data(), MAX_PATH));
+  return path;
+}
+
+/// The bar names its own pictures relative to the folder of the installed program, which the installer may have put
+/// elsewhere than below %programfiles%.
+void EnterDockFolder() {
+  const std::wstring installed = DockExePath();
+  ::SetCurrentDirectoryW(FolderPart(PathExists(installed) ? installed : RunningProgram()).c_str());
+}
 
 /// The machine gets its identity in any case; a session begins only with the user's consent.
 void StartTracking() {

@@ -73,6 +73,8 @@ protected:
     MSG message{};
     if (!::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
       return false;
+    if (message.message == WM_KEYDOWN)
+      lastPressed = message.wParam;
     if (!::IsDialogMessageW(window.handle, &message)) {
       ::TranslateMessage(&message);
       ::DispatchMessageW(&message);
@@ -99,14 +101,19 @@ protected:
   }
 
   /// Presses a key until the field has seen it: one that comes while the display has the focus elsewhere is lost. A key
-  /// that is only late is waited for, since a second press would be a second letter.
+  /// that is only late is waited for, since a second press would be a second letter. The platform may keep one in its
+  /// queue until other input comes, so the mouse is moved a little.
   bool Press(WORD key) {
-    const auto isSeen = [key] { return ::GetKeyState(key) < 0; };
+    paintsBeforePress = window.paints;
     for (int tries = 0; tries < 5; ++tries) {
-      paintsBeforePress = window.paints;
+      lastPressed = 0;
       desk::PressKey(key);
-      PumpDialogUntil([&] { return isSeen() || !HasTheFocus(); });
-      if (isSeen())
+      for (const LONG x : {6, 5}) {
+        if (PumpDialogUntil([&] { return lastPressed == key || !HasTheFocus(); }, 5000))
+          break;
+        desk::MoveCursor({x, 5});
+      }
+      if (lastPressed == key || PumpDialogUntil([&] { return lastPressed == key; }, 1000))
         return true;
       desk::ReleaseKey(key);
       TakeTheFocus();
@@ -146,6 +153,7 @@ protected:
   tests::ImportSlot<decltype(&::GetCaretBlinkTime)> blinkTime{&__imp_GetCaretBlinkTime, &BlinkOnceAMinute};
   std::unique_ptr<TextBox> box;
   int paintsBeforePress = 0;
+  WPARAM lastPressed = 0; // the key of the last press that came
   std::vector<TextBox *> senders;
   std::function<void()> onAccept;
   std::shared_ptr<TypedEventListener<TextBoxOnScreen, TextBoxEventArgs>> acceptListener =

@@ -104,8 +104,8 @@ protected:
   /// that is only late is waited for, since a second press would be a second letter. The platform may keep one in its
   /// queue until other input comes, so the mouse is moved a little.
   bool Press(WORD key) {
-    paintsBeforePress = window.paints;
     for (int tries = 0; tries < 5; ++tries) {
+      paintsBeforePress = window.paints;
       lastPressed = 0;
       desk::PressKey(key);
       for (const LONG x : {6, 5}) {

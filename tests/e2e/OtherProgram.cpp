@@ -1,6 +1,10 @@
 #include "e2e/OtherProgram.h"
 
+#include <chrono>
+
+#include "e2e/Screen.h"
 #include "system/Handles.h"
+#include "system/Paths.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -18,12 +22,17 @@ bool Runs(std::wstring commandLine) {
          code == 0;
 }
 
+/// The dock may be reading the file at that moment, and the interpreter doesn't wait for it.
+constexpr auto longestUse = std::chrono::seconds(20);
+
 } // namespace
 
 bool OtherProgramCopies(const std::wstring &from, const std::wstring &to) {
-  return Runs(L"cmd.exe /c copy /y \"" + from + L"\" \"" + to + L"\"");
+  return WaitFor([&] { return Runs(L"cmd.exe /c copy /y \"" + from + L"\" \"" + to + L"\""); }, longestUse);
 }
 
-bool OtherProgramDeletes(const std::wstring &path) { return Runs(L"cmd.exe /c del /q \"" + path + L"\""); }
+bool OtherProgramDeletes(const std::wstring &path) {
+  return WaitFor([&] { return Runs(L"cmd.exe /c del /q \"" + path + L"\"") && !PathExists(path); }, longestUse);
+}
 
 } // namespace lumenor::e2e

@@ -5,10 +5,11 @@
 
 namespace lumenor::e2e {
 
-/// Lets another process copy the file `from` over `to`, and waits for its end. False when it failed.
+/// Lets another process copy the file `from` over `to`, and waits for its end. It tries again while `to` is in use;
+/// false when it still failed after 20 s.
 bool OtherProgramCopies(const std::wstring &from, const std::wstring &to);
 
-/// Lets another process delete the file `path`, and waits for its end. False when it failed.
+/// Lets another process delete the file `path` in the same way.
 bool OtherProgramDeletes(const std::wstring &path);
 
 } // namespace lumenor::e2e

@@ -7,16 +7,25 @@ namespace lumenor {
 
 /// Messages of the dock's main window. WM_USER+10 is the root window's own, for a failed EndDraw.
 enum DockMessage : UINT {
-  DragAddMessage = WM_USER + 1,                // 1025: a path was dropped; wParam the text, lParam the screen point
+  DragAddMessage = WM_USER + 1,                // 1025: a path was dropped; by SendAddress, lParam the screen point
   RemoveButtonMessage = WM_USER + 3,           // 1027: wParam the window of the button to remove
   ShowWelcomeMessage = WM_USER + 4,            // 1028
   DockAtTopMessage = WM_USER + 5,              // 1029: posted by the registry thread
   DockAtBottomMessage = WM_USER + 6,           // 1030: posted by the registry thread
   RefreshForYouMessage = WM_USER + 11,         // 1035: sent by a folder thread
   RefreshSearchProviderMessage = WM_USER + 12, // 1036: sent by a folder thread
-  SetSearchProviderMessage = WM_USER + 13,     // 1037: wParam an Element that lives as long as the call
+  SetSearchProviderMessage = WM_USER + 13,     // 1037: an Element that lives as long as the call; by SendAddress
   ResetDockMessage = WM_USER + 15,             // 1039: posted by the reset dialog
 };
+
+/// Sends `message` to `window`, a window of this thread, with `address` as its wParam, and returns the answer. Any
+/// program of the desktop can send or post the same message with a number of its own choice in the place of the
+/// address; this is how the receiver tells them apart. User-interface thread.
+LRESULT SendAddress(HWND window, UINT message, const void *address, LPARAM lParam = 0);
+
+/// In the handler of `message`: the address in its wParam; null when there is none, and, with a log line, when it
+/// doesn't come from SendAddress.
+const void *ReceiveAddress(UINT message, WPARAM wParam);
 
 /// The registered message by which a second start asks the running dock to come to the front. The entry function
 /// registers it before any dock is built.

@@ -62,6 +62,18 @@ TEST_F(HostileInput, ADocumentOfExpandingEntitiesShowsAsEmpty) {
   EXPECT_EQ(nullptr, dock.Control(2000));
 }
 
+TEST_F(HostileInput, MessagesOfAnotherProgramWithWildAddressesEndNothing) {
+  ShownDock dock(installation);
+  for (const UINT message : {WM_USER + 1U, WM_USER + 13U}) {
+    EXPECT_EQ(1, ::SendMessageW(dock.Bar(), message, 0xDEADBEEF, 0));
+    ::PostMessageW(dock.Bar(), message, 0xDEADBEEF, 0);
+  }
+  EXPECT_TRUE(
+      WaitFor([&] { return installation.Logged("ERROR: Message 1037 with an address that the dock didn't send"); }));
+  EXPECT_TRUE(installation.Logged("ERROR: Message 1025 with an address that the dock didn't send"));
+  EXPECT_EQ(0U, CloseByButton(dock));
+}
+
 TEST_F(HostileInput, ABrokenStubIsLoggedAndSkipped) {
   installation.WriteRawStub(L"xx_xx", userDocument, 9, "<UIRoot><not closed");
   ShownDock dock(installation);

@@ -46,7 +46,7 @@ void BarLists::CreateFlyouts(EventListener<PropertyChangeEventArgs<lumenor::Visi
 void BarLists::SelectFirstProvider() {
   const ElementList providers = searchProvider.GetElements();
   if (!providers.empty())
-    ::SendMessageW(window.GetHandle(), SetSearchProviderMessage, reinterpret_cast<WPARAM>(providers.data()), 0);
+    SendAddress(window.GetHandle(), SetSearchProviderMessage, providers.data());
 }
 
 void BarLists::SetSelectedProvider(const Element &provider) {

@@ -187,7 +187,7 @@ BOOL CMainDlg::HandleNotify(WPARAM, LPARAM lParam, LRESULT &result) {
 }
 
 BOOL CMainDlg::HandleDragAdd(WPARAM wParam, LPARAM lParam, LRESULT &result) {
-  const auto *const path = reinterpret_cast<const wchar_t *>(wParam);
+  const auto *const path = static_cast<const wchar_t *>(ReceiveAddress(DragAddMessage, wParam));
   if (path != nullptr && *path != L'\0')
     rowDrag.OnDragAdd(path, UnpackedPoint(static_cast<UINT_PTR>(lParam)));
   result = 1;
@@ -195,8 +195,8 @@ BOOL CMainDlg::HandleDragAdd(WPARAM wParam, LPARAM lParam, LRESULT &result) {
 }
 
 BOOL CMainDlg::HandleSetSearchProvider(WPARAM wParam, LPARAM, LRESULT &result) {
-  if (wParam != 0)
-    lists.SetSelectedProvider(*reinterpret_cast<const Element *>(wParam));
+  if (const auto *const provider = static_cast<const Element *>(ReceiveAddress(SetSearchProviderMessage, wParam)))
+    lists.SetSelectedProvider(*provider);
   result = 1;
   return TRUE;
 }

@@ -150,7 +150,7 @@ void CDropTarget::AddDroppedFiles(HDROP drop, POINTL point) const {
     *path = L'\0';
     const UINT length = ::DragQueryFileW(drop, i, path, MAX_PATH);
     if (length > 0)
-      ::SendMessageW(window, DragAddMessage, reinterpret_cast<WPARAM>(path), static_cast<LPARAM>(PackedPoint(point)));
+      SendAddress(window, DragAddMessage, path, static_cast<LPARAM>(PackedPoint(point)));
     path += std::min<UINT>(length, MAX_PATH - 1);
   }
 }

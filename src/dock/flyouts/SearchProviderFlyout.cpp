@@ -20,7 +20,7 @@ SearchProviderFlyout::SearchProviderFlyout(const RECT &bounds, const std::wstrin
 void SearchProviderFlyout::OnItemChosen(const Element &element) {
   // Sent, not posted: the element lives only as long as this call.
   if (IsSearchProvider(element))
-    ::SendMessageW(::GetParent(handle), SetSearchProviderMessage, reinterpret_cast<WPARAM>(&element), 0);
+    SendAddress(::GetParent(handle), SetSearchProviderMessage, &element);
   else
     DataProviderFlyout::OnItemChosen(element);
 }

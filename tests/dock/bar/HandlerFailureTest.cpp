@@ -134,7 +134,7 @@ void SendNotify(UnpaintableDock &dock) {
 
 void SendDragAdd(UnpaintableDock &dock) {
   dock.failsToPaint = true;
-  ::SendMessageW(dock.handle, DragAddMessage, reinterpret_cast<WPARAM>(L"C:\\nowhere.txt"), 0);
+  SendAddress(dock.handle, DragAddMessage, L"C:\\nowhere.txt");
 }
 
 /// As a window procedure whose object has failed.
@@ -167,7 +167,7 @@ void SendSetSearchProvider(UnpaintableDock &dock) {
   FailAt(EM_SETCUEBANNER, BarTree(dock).textBox.GetHandle());
   Element provider;
   provider.Head = L"Another cue";
-  ::SendMessageW(dock.handle, SetSearchProviderMessage, reinterpret_cast<WPARAM>(&provider), 0);
+  SendAddress(dock.handle, SetSearchProviderMessage, &provider);
 }
 
 /// What the loop of a dialog does in which a window procedure fails.

@@ -17,6 +17,7 @@
 #include "support/HandleCounts.h"
 #include "support/HeldFile.h"
 #include "support/ImportSlot.h"
+#include "support/LogCapture.h"
 #include "support/MessagePump.h"
 #include "system/Handles.h"
 
@@ -333,7 +334,7 @@ TEST_F(MainDlg, TakesTheSearchProviderThatIsSent) {
   provider.Head = L"Somewhere";
   provider.ActionType = L"url";
   provider.ActionParams = L"http://search.invalid/?q=";
-  EXPECT_EQ(1, Send(SetSearchProviderMessage, reinterpret_cast<WPARAM>(&provider)));
+  EXPECT_EQ(1, SendAddress(dock->handle, SetSearchProviderMessage, &provider));
   EXPECT_EQ(provider, dock->GetSelectedProvider());
 }
 
@@ -351,6 +352,27 @@ TEST_F(MainDlg, SurvivesMessagesThatPointNowhere) {
   EXPECT_NE(nullptr, dock->handle);
   EXPECT_EQ(1U, dock->GetUserElements().size());
   EXPECT_EQ(1U, dock->GetUserButtons().size());
+}
+
+TEST_F(MainDlg, LooksAtNoAddressThatItDidntSend) {
+  StartWith(1);
+  Element provider;
+  provider.Head = L"Somewhere";
+  const Element selected = dock->GetSelectedProvider();
+  const tests::LogCapture log(folders);
+  for (const UINT message : {DragAddMessage, SetSearchProviderMessage}) {
+    for (const WPARAM address : {WPARAM{16}, ~WPARAM{0}, reinterpret_cast<WPARAM>(&provider)}) {
+      log.Clear();
+      EXPECT_EQ(1, Send(message, address));
+      ::PostMessageW(dock->handle, message, address, 0);
+      tests::PumpMessages();
+      const std::string line =
+          "ERROR: Message " + std::to_string(message) + " with an address that the dock didn't send";
+      EXPECT_THAT(log.Lines(), testing::ElementsAre(line, line));
+    }
+  }
+  EXPECT_EQ(selected, dock->GetSelectedProvider());
+  EXPECT_EQ(1U, dock->GetUserElements().size());
 }
 
 TEST_F(MainDlg, MovesToTheBottomAndBack) {

@@ -22,9 +22,7 @@ protected:
     return provider;
   }
 
-  void Choose(const Element &provider) const {
-    ::SendMessageW(dock->handle, SetSearchProviderMessage, reinterpret_cast<WPARAM>(&provider), 0);
-  }
+  void Choose(const Element &provider) const { SendAddress(dock->handle, SetSearchProviderMessage, &provider); }
 
   TextBox &Field() const { return BarTree(*dock).textBox; }
 

@@ -81,7 +81,7 @@ protected:
   void SearchWith(const wchar_t *actionType, const wchar_t *text) {
     Element provider;
     provider.ActionType = actionType;
-    ::SendMessageW(dock->handle, SetSearchProviderMessage, reinterpret_cast<WPARAM>(&provider), 0);
+    SendAddress(dock->handle, SetSearchProviderMessage, &provider);
     ::SetWindowTextW(BarTree(*dock).textBox.GetHandle(), text);
     Press(BarTree(*dock).searchButton.GetHandle());
   }
@@ -234,7 +234,7 @@ TEST_F(TrackedDock, ReportsASearchThoughItsAddressIsTooLong) {
   Element provider;
   provider.ActionType = L"url";
   provider.ActionParams = L"http://search.invalid/" + std::wstring(2100, L'x');
-  ::SendMessageW(dock->handle, SetSearchProviderMessage, reinterpret_cast<WPARAM>(&provider), 0);
+  SendAddress(dock->handle, SetSearchProviderMessage, &provider);
   ::SetWindowTextW(BarTree(*dock).textBox.GetHandle(), L"text");
   Press(BarTree(*dock).searchButton.GetHandle());
   EXPECT_EQ((Texts{opened, L"Search Search    1"}), Waiting());

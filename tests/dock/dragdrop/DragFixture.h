@@ -156,8 +156,7 @@ protected:
   LRESULT Over(POINT screen) const { return Notify(2, screen); }
 
   LRESULT Add(const std::wstring &path, POINT screen) const {
-    return ::SendMessageW(dock->handle, DragAddMessage, reinterpret_cast<WPARAM>(path.c_str()),
-                          MAKELONG(screen.x, screen.y));
+    return SendAddress(dock->handle, DragAddMessage, path.c_str(), MAKELONG(screen.x, screen.y));
   }
 
   /// A file that exists.

@@ -196,11 +196,36 @@ TEST_F(WICHelper, AFileThatIsNoPictureRaises) {
   }
 }
 
-TEST_F(WICHelper, AHugePictureIsLoadedWithTheLimitAndRaisesWithoutIt) {
+TEST_F(WICHelper, ALargePictureIsLoadedWithTheLimit) {
+  WriteBlackPicture(Path(L"large.png"), 4000, 4000);
+  EXPECT_EQ(SolidPicture(48, 48, 0xFF000000), Load(Path(L"large.png"), true));
+  EXPECT_EQ(SolidPicture(48, 48, 0xFF000000), PictureOf(LoadHBitmapFromFile(Path(L"large.png")).Get()));
+}
+
+/// A BMP file of some bytes that claims a picture of this size.
+std::string ClaimingPicture(LONG width, LONG height) {
+  BITMAPFILEHEADER file{0x4D42, 2000, 0, 0, 54};
+  BITMAPINFOHEADER info{sizeof info, width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+  std::string bytes(reinterpret_cast<const char *>(&file), sizeof file);
+  return bytes.append(reinterpret_cast<const char *>(&info), sizeof info).append(1946, 'x');
+}
+
+TEST_F(WICHelper, AHugePictureRaisesBeforeAnythingIsDecoded) {
   WriteBlackPicture(Path(L"huge.png"), 20000, 20000);
-  EXPECT_EQ(SolidPicture(48, 48, 0xFF000000), Load(Path(L"huge.png"), true));
-  EXPECT_EQ(SolidPicture(48, 48, 0xFF000000), PictureOf(LoadHBitmapFromFile(Path(L"huge.png")).Get()));
-  EXPECT_THROW(Load(Path(L"huge.png"), false), HResultError);
+  WriteBytes(Path(L"huge.bmp"), ClaimingPicture(30000, -30000));
+  WriteBytes(Path(L"wild.bmp"), ClaimingPicture(0x7FFFFFFF, 0x7FFFFFFF));
+  const std::vector<std::pair<const wchar_t *, const char *>> pictures = {
+      {L"huge.png", "20000 by 20000"}, {L"huge.bmp", "30000 by 30000"}, {L"wild.bmp", "2147483647 by 2147483647"}};
+  const LogCapture log(folders);
+  for (const auto &[name, size] : pictures) {
+    const std::string line = "ERROR: WICHelper: " + Utf8(Path(name)) + " claims " + size + " pixels";
+    log.Clear();
+    EXPECT_EQ(WINCODEC_ERR_IMAGESIZEOUTOFRANGE, ResultOf([&, path = Path(name)] { Load(path, true); })) << size;
+    EXPECT_EQ(WINCODEC_ERR_IMAGESIZEOUTOFRANGE, ResultOf([&, path = Path(name)] { Load(path, false); })) << size;
+    EXPECT_EQ(WINCODEC_ERR_IMAGESIZEOUTOFRANGE, ResultOf([&, path = Path(name)] { LoadHBitmapFromFile(path); }))
+        << size;
+    EXPECT_EQ(3, std::ranges::count(log.Lines(), line)) << size;
+  }
 }
 
 TEST_F(WICHelper, AFileThatAnotherProgramHoldsRaises) {

@@ -9,6 +9,7 @@
 #include "system/MemoryStream.h"
 #include "system/Paths.h"
 #include "system/WholeFile.h"
+#include "toolkit/drawing/PictureSize.h"
 
 using Microsoft::WRL::ComPtr;
 
@@ -32,7 +33,8 @@ bool HasPngSignature(IStream *stream) {
   constexpr std::array<BYTE, 8> signature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
   std::array<BYTE, signature.size()> start{};
   ULONG length = 0;
-  return SUCCEEDED(stream->Read(start.data(), static_cast<ULONG>(start.size()), &length)) && start == signature &&
+  return SUCCEEDED(stream->Seek({}, STREAM_SEEK_SET, nullptr)) &&
+         SUCCEEDED(stream->Read(start.data(), static_cast<ULONG>(start.size()), &length)) && start == signature &&
          SUCCEEDED(stream->Seek({}, STREAM_SEEK_SET, nullptr));
 }
 
@@ -51,10 +53,22 @@ ComPtr<IWICBitmapDecoder> DecodePng(IStream *stream) {
   return decoder;
 }
 
+/// A few bytes can claim gigabytes, which some decoders take at once. Raises HResultError, after a log line.
+void RequireBearable(PictureSize size, const std::wstring &path) {
+  if (IsBearable(size))
+    return;
+  LogError("WICHelper: %S claims %u by %u pixels", path.c_str(), size.width, size.height);
+  throw HResultError(WINCODEC_ERR_IMAGESIZEOUTOFRANGE);
+}
+
 ComPtr<IWICBitmapDecoder> DecodePngFile(const std::wstring &path) {
   ComPtr<IWICStream> stream;
   ThrowIfFailed(GetImagingFactory()->CreateStream(&stream));
-  return SUCCEEDED(stream->InitializeFromFilename(path.c_str(), GENERIC_READ)) ? DecodePng(stream.Get()) : nullptr;
+  if (FAILED(stream->InitializeFromFilename(path.c_str(), GENERIC_READ)))
+    return nullptr;
+  if (const auto size = ClaimedSize(stream.Get()))
+    RequireBearable(*size, path);
+  return DecodePng(stream.Get());
 }
 
 ComPtr<IWICBitmapFrameDecode> FirstFrame(IWICBitmapDecoder *decoder) {
@@ -63,22 +77,25 @@ ComPtr<IWICBitmapFrameDecode> FirstFrame(IWICBitmapDecoder *decoder) {
   return frame;
 }
 
+PictureSize SizeOf(IWICBitmapSource *source) {
+  PictureSize size;
+  ThrowIfFailed(source->GetSize(&size.width, &size.height));
+  return size;
+}
+
 ComPtr<IWICBitmapFrameDecode> DecodeFile(const std::wstring &path) {
   ComPtr<IWICBitmapDecoder> decoder = DecodePngFile(path);
   if (!decoder)
     ThrowIfFailed(GetImagingFactory()->CreateDecoderFromFilename(path.c_str(), nullptr, GENERIC_READ,
                                                                  WICDecodeMetadataCacheOnLoad, &decoder));
-  return FirstFrame(decoder.Get());
+  ComPtr<IWICBitmapFrameDecode> frame = FirstFrame(decoder.Get());
+  RequireBearable(SizeOf(frame.Get()), path);
+  return frame;
 }
-
-struct Size {
-  UINT width = 0;
-  UINT height = 0;
-};
 
 /// The size within 48 by 48 at the same proportions. The arithmetic is in 32-bit floats: wider ones would make 47 of
 /// some sides that have to be 48.
-Size LimitedSize(Size size) {
+PictureSize LimitedSize(PictureSize size) {
   constexpr UINT limit = iconSize;
   if (size.width <= limit && size.height <= limit)
     return size;
@@ -90,9 +107,7 @@ Size LimitedSize(Size size) {
 }
 
 ComPtr<IWICBitmapSource> LimitToIconSize(IWICBitmapSource *frame) {
-  Size size;
-  ThrowIfFailed(frame->GetSize(&size.width, &size.height));
-  size = LimitedSize(size);
+  const PictureSize size = LimitedSize(SizeOf(frame));
   ComPtr<IWICBitmapScaler> scaler;
   ThrowIfFailed(GetImagingFactory()->CreateBitmapScaler(&scaler));
   ThrowIfFailed(scaler->Initialize(frame, size.width, size.height, WICBitmapInterpolationModeCubic));
@@ -207,7 +222,7 @@ BitmapHandle LoadHBitmapFromFile(const std::wstring &imagePath) {
   }
   const ComPtr<IWICBitmapSource> limited = LimitToIconSize(DecodeFile(path).Get());
   const ComPtr<IWICBitmapSource> picture = ConvertToPremultiplied(limited.Get());
-  Size size;
+  PictureSize size;
   if (FAILED(picture->GetSize(&size.width, &size.height)) || size.width == 0 || size.height == 0)
     return {};
   Dib dib = TryCreateDib(static_cast<int>(size.width), static_cast<int>(size.height));
@@ -234,8 +249,7 @@ void SaveHBitmapAsPng(HBITMAP source, const std::wstring &path) {
 }
 
 HRESULT WritePng(IWICBitmapSource *source, IWICStream *stream) try {
-  Size size;
-  ThrowIfFailed(source->GetSize(&size.width, &size.height));
+  const PictureSize size = SizeOf(source);
   WICPixelFormatGUID pixelFormat{};
   ThrowIfFailed(source->GetPixelFormat(&pixelFormat));
   ComPtr<IWICBitmapEncoder> encoder;

@@ -1,0 +1,118 @@
+#include "toolkit/drawing/PictureSize.h"
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+
+namespace lumenor {
+
+namespace {
+
+using namespace std::literals;
+
+/// Bytes of a stream by their offset; none where the stream has no more.
+class Bytes {
+public:
+  explicit Bytes(IStream *stream) : stream(stream) {}
+
+  /// Reads the `count` bytes from `offset` on; at most as many as the buffer holds. False when they aren't all there.
+  bool Read(std::uint64_t offset, std::size_t count) {
+    ULONG length = 0;
+    return SUCCEEDED(stream->Seek({.QuadPart = static_cast<LONGLONG>(offset)}, STREAM_SEEK_SET, nullptr)) &&
+           SUCCEEDED(stream->Read(buffer.data(), static_cast<ULONG>(count), &length)) && length == count;
+  }
+
+  /// Whether the bytes that were read start with `text`.
+  bool StartWith(std::string_view text) const { return std::string_view(buffer.data(), text.size()) == text; }
+
+  /// Numbers among the bytes that were read, least significant byte first.
+  std::uint32_t Small(std::size_t at) const { return Byte(at) | Byte(at + 1) << 8; }
+  std::uint32_t Number(std::size_t at) const { return Small(at) | Small(at + 2) << 16; }
+
+  /// The same, most significant byte first.
+  std::uint32_t SmallFromTop(std::size_t at) const { return Byte(at) << 8 | Byte(at + 1); }
+  std::uint32_t NumberFromTop(std::size_t at) const { return SmallFromTop(at) << 16 | SmallFromTop(at + 2); }
+
+  std::uint32_t Byte(std::size_t at) const { return static_cast<unsigned char>(buffer.at(at)); }
+
+private:
+  IStream *stream;
+  std::array<char, 32> buffer{};
+};
+
+std::uint32_t Distance(std::uint32_t number) {
+  const auto side = static_cast<std::int64_t>(static_cast<std::int32_t>(number)); // rows from the top have a minus sign
+  return static_cast<std::uint32_t>(side < 0 ? -side : side);
+}
+
+/// The header of a bitmap, which starts with its own length; the oldest kind has sides of two bytes.
+std::optional<PictureSize> BitmapSize(Bytes &bytes, std::uint64_t offset) {
+  if (!bytes.Read(offset, 12))
+    return {};
+  const std::uint32_t length = bytes.Number(0);
+  if (length == sizeof(BITMAPCOREHEADER))
+    return PictureSize{bytes.Small(4), bytes.Small(6)};
+  if (length < 16 || length > sizeof(BITMAPV5HEADER))
+    return {};
+  return PictureSize{Distance(bytes.Number(4)), Distance(bytes.Number(8))};
+}
+
+std::optional<PictureSize> PngSize(Bytes &bytes, std::uint64_t offset) {
+  if (!bytes.Read(offset, 24) || !bytes.StartWith("\x89PNG\r\n\x1a\n"sv))
+    return {};
+  return PictureSize{bytes.NumberFromTop(16), bytes.NumberFromTop(20)};
+}
+
+/// The picture that the first entry of an icon's directory points to: a PNG, or a bitmap whose height is that of the
+/// picture and of its mask.
+std::optional<PictureSize> IconSize(Bytes &bytes) {
+  if (!bytes.Read(0, 22))
+    return {};
+  const std::uint32_t offset = bytes.Number(18);
+  const auto png = PngSize(bytes, offset);
+  return png ? png : BitmapSize(bytes, offset);
+}
+
+/// The sizes stand in the frame header, one of the segments that follow the first two bytes.
+/// Pictures have some twenty of these; what has thousands is refused like one that is too large.
+std::optional<PictureSize> JpegSize(Bytes &bytes) {
+  std::uint64_t offset = 2;
+  for (int segment = 0; segment < 4096; ++segment) {
+    if (!bytes.Read(offset, 9) || bytes.Byte(0) != 0xFF)
+      return {};
+    const std::uint32_t marker = bytes.Byte(1);
+    const bool isFrameHeader =
+        marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC; // tables, reserved
+    if (isFrameHeader)
+      return PictureSize{bytes.SmallFromTop(7), bytes.SmallFromTop(5)};
+    offset += marker == 0xFF ? 1 : 2 + bytes.SmallFromTop(2); // a segment may be preceded by more bytes 0xFF
+  }
+  return PictureSize{std::numeric_limits<UINT>::max(), std::numeric_limits<UINT>::max()};
+}
+
+} // namespace
+
+std::optional<PictureSize> ClaimedSize(IStream *stream) {
+  Bytes bytes(stream);
+  if (!bytes.Read(0, 10))
+    return {};
+  if (bytes.StartWith("GIF8"sv))
+    return PictureSize{bytes.Small(6), bytes.Small(8)};
+  if (bytes.StartWith("BM"sv))
+    return BitmapSize(bytes, sizeof(BITMAPFILEHEADER));
+  if (bytes.StartWith("\0\0\1\0"sv))
+    return IconSize(bytes);
+  if (bytes.StartWith("\xFF\xD8"sv))
+    return JpegSize(bytes);
+  return PngSize(bytes, 0);
+}
+
+bool IsBearable(PictureSize size) {
+  constexpr std::uint32_t longestSide = 32768;
+  constexpr std::uint64_t mostPixels = std::uint64_t{4096} * 4096;
+  return size.width <= longestSide && size.height <= longestSide &&
+         std::uint64_t{size.width} * size.height <= mostPixels;
+}
+
+} // namespace lumenor

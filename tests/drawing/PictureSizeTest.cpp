@@ -1,0 +1,108 @@
+#include "toolkit/drawing/PictureSize.h"
+
+#include <gtest/gtest.h>
+
+#include "system/MemoryStream.h"
+
+namespace lumenor {
+
+/// For failure messages.
+void PrintTo(const PictureSize &size, std::ostream *out) { *out << size.width << " by " << size.height; }
+
+namespace {
+
+using namespace std::literals;
+
+std::optional<PictureSize> SizeIn(const std::string &bytes) {
+  const auto stream = MakeMemoryStream();
+  stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), nullptr);
+  return ClaimedSize(stream.Get());
+}
+
+std::string Number(std::uint32_t number, int bytes) {
+  std::string text;
+  for (int i = 0; i < bytes; ++i)
+    text += static_cast<char>(number >> 8 * i & 0xFF);
+  return text;
+}
+
+std::string FromTop(std::uint32_t number, int bytes) {
+  const std::string text = Number(number, bytes);
+  return {text.rbegin(), text.rend()};
+}
+
+std::string BitmapHeader(std::uint32_t width, std::uint32_t height) {
+  return Number(40, 4) + Number(width, 4) + Number(height, 4);
+}
+std::string Bmp(std::uint32_t width, std::uint32_t height) {
+  return "BM" + std::string(12, 'x') + BitmapHeader(width, height);
+}
+std::string OldBmp(std::uint32_t width, std::uint32_t height) {
+  return "BM" + std::string(12, 'x') + Number(12, 4) + Number(width, 2) + Number(height, 2) + Number(1, 4);
+}
+std::string Png(std::uint32_t width, std::uint32_t height) {
+  return "\x89PNG\r\n\x1a\n\0\0\0\rIHDR"s + FromTop(width, 4) + FromTop(height, 4);
+}
+std::string Gif(std::uint32_t width, std::uint32_t height) { return "GIF89a" + Number(width, 2) + Number(height, 2); }
+std::string Icon(const std::string &picture, std::uint32_t offset = 30) {
+  return "\0\0\1\0\1\0"s + std::string(12, 'x') + Number(offset, 4) + std::string(8, 'x') + picture;
+}
+std::string Segment(char marker, const std::string &content) {
+  return "\xFF"s + marker + FromTop(static_cast<std::uint32_t>(content.size()) + 2, 2) + content;
+}
+std::string Jpeg(char marker, std::uint32_t width, std::uint32_t height) {
+  const std::string thumbnail = "\xFF\xC0" + std::string(20, '\1');
+  return "\xFF\xD8"s + Segment('\xE0', thumbnail) + Segment('\xC4', "table") + "\xFF\xFF"s +
+         Segment(marker, "\x08"s + FromTop(height, 2) + FromTop(width, 2) + "xxx");
+}
+
+TEST(ClaimedPictureSize, IsReadFromEachKindOfPicture) {
+  EXPECT_EQ((PictureSize{30000, 20000}), SizeIn(Bmp(30000, 20000)));
+  EXPECT_EQ((PictureSize{300, 200}), SizeIn(OldBmp(300, 200)));
+  EXPECT_EQ((PictureSize{70000, 80000}), SizeIn(Png(70000, 80000)));
+  EXPECT_EQ((PictureSize{300, 65535}), SizeIn(Gif(300, 65535)));
+  EXPECT_EQ((PictureSize{256, 512}), SizeIn(Icon(BitmapHeader(256, 512))));
+  EXPECT_EQ((PictureSize{256, 70000}), SizeIn(Icon(Png(256, 70000))));
+  for (const char marker : {'\xC0', '\xC1', '\xC2', '\xCF'})
+    EXPECT_EQ((PictureSize{65535, 4000}), SizeIn(Jpeg(marker, 65535, 4000))) << static_cast<int>(marker);
+}
+
+TEST(ClaimedPictureSize, OfABitmapWithTheTopRowFirstIsWithoutTheSign) {
+  EXPECT_EQ((PictureSize{2, 3}), SizeIn(Bmp(2, static_cast<std::uint32_t>(-3))));
+  EXPECT_EQ((PictureSize{0x80000000, 0x7FFFFFFF}), SizeIn(Bmp(0x80000000, 0x7FFFFFFF)));
+}
+
+TEST(ClaimedPictureSize, IsUnknownForAllElse) {
+  for (const std::string &bytes :
+       {""s, "BM"s, "no picture of any kind"s, std::string(100, '\0'), "II*\0\x08\0\0\0\0\0\0\0"s})
+    EXPECT_EQ(std::nullopt, SizeIn(bytes)) << bytes;
+}
+
+TEST(ClaimedPictureSize, IsUnknownWhenThePictureBreaksOffBeforeIt) {
+  for (const std::string &whole : {Bmp(3, 4), Png(3, 4), Gif(3, 4), Icon(BitmapHeader(3, 4)), Icon(Png(3, 4))})
+    for (std::size_t length = 0; length < whole.size(); ++length)
+      EXPECT_EQ(std::nullopt, SizeIn(whole.substr(0, length))) << length << " bytes of " << whole;
+  const std::string jpeg = Jpeg('\xC0', 3, 4);
+  for (std::size_t length = 0; length < jpeg.size() - 3; ++length)
+    EXPECT_EQ(std::nullopt, SizeIn(jpeg.substr(0, length))) << length;
+  EXPECT_EQ(std::nullopt, SizeIn(Icon(BitmapHeader(3, 4), 0xFFFFFFFF)));
+}
+
+TEST(ClaimedPictureSize, OfAnEndlessJpegIsOneThatNobodyBears) {
+  const auto size = SizeIn("\xFF\xD8" + std::string(100'000, '\xFF'));
+  ASSERT_TRUE(size);
+  EXPECT_FALSE(IsBearable(*size));
+}
+
+TEST(BearablePicture, HasNoMoreThan4096By4096PixelsAndNoSideAbove32768) {
+  EXPECT_TRUE(IsBearable({4096, 4096}));
+  EXPECT_TRUE(IsBearable({0, 0}));
+  EXPECT_TRUE(IsBearable({32768, 512}));
+  EXPECT_FALSE(IsBearable({4096, 4097}));
+  EXPECT_FALSE(IsBearable({32769, 1}));
+  EXPECT_FALSE(IsBearable({1, 32769}));
+  EXPECT_FALSE(IsBearable({0x80000000, 0x7FFFFFFF}));
+}
+
+} // namespace
+} // namespace lumenor

@@ -61,4 +61,11 @@ bool EqualsIgnoringCase(const std::wstring &left, const std::wstring &right) {
   return ::_wcsicmp(left.c_str(), right.c_str()) == 0;
 }
 
+std::wstring_view Beginning(std::wstring_view text, std::size_t limit) {
+  if (text.size() <= limit)
+    return text;
+  const bool cutsPair = limit > 0 && IS_SURROGATE_PAIR(text[limit - 1], text[limit]);
+  return text.substr(0, cutsPair ? limit - 1 : limit);
+}
+
 } // namespace lumenor

@@ -1,8 +1,9 @@
 #pragma once
-// Numbers and dates as text. Stateless; any thread.
+// Numbers and dates as text, and what is asked of texts. Stateless; any thread.
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "system/Windows.h"
 
@@ -26,5 +27,8 @@ SYSTEMTIME ParseTime(const std::wstring &text);
 
 /// Whether the texts are equal but for the case of their letters.
 bool EqualsIgnoringCase(const std::wstring &left, const std::wstring &right);
+
+/// The first `limit` characters of `text`, or one less where that would cut a surrogate pair in two. Borrows `text`.
+std::wstring_view Beginning(std::wstring_view text, std::size_t limit);
 
 } // namespace lumenor

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "system/HResultError.h"
+#include "system/Text.h"
 #include "toolkit/StatusFont.h"
 
 namespace lumenor {
@@ -21,7 +22,11 @@ bool ReadsRightToLeft() {
   return layout[0] == L'1';
 }
 
-UINT32 Length(const std::wstring &text) { return static_cast<UINT32>(text.size()); }
+/// What is laid out and drawn of a text: more than any screen holds. Time and memory of a layout grow with the text,
+/// and some platforms' layouts end the program at some ten thousand characters.
+std::wstring_view Shown(const std::wstring &text) { return Beginning(text, 8192); }
+
+UINT32 Length(std::wstring_view text) { return static_cast<UINT32>(text.size()); }
 
 } // namespace
 
@@ -82,8 +87,9 @@ void TextElement::ApplyTrimming(IDWriteFactory *factory, IDWriteTextFormat *form
 
 Microsoft::WRL::ComPtr<IDWriteTextLayout> TextElement::CreateLayout(const std::wstring &text) const {
   Microsoft::WRL::ComPtr<IDWriteTextLayout> layout;
-  ThrowIfFailed(CreateTextFactory()->CreateTextLayout(text.data(), Length(text), textFormat.Get(), unbounded, unbounded,
-                                                      &layout));
+  const std::wstring_view shown = Shown(text);
+  ThrowIfFailed(CreateTextFactory()->CreateTextLayout(shown.data(), Length(shown), textFormat.Get(), unbounded,
+                                                      unbounded, &layout));
   return layout;
 }
 
@@ -99,8 +105,9 @@ void TextElement::Measure() {
 void TextElement::Paint(RenderTargetPtr, const D2D1_RECT_F *rect) {
   if (brush == nullptr)
     return; // never updated
-  renderTarget->DrawText(Text.Get().data(), Length(Text.Get()), textFormat.Get(), rect, brush.Get(),
-                         D2D1_DRAW_TEXT_OPTIONS_NONE, DWRITE_MEASURING_MODE_NATURAL);
+  const std::wstring_view shown = Shown(Text.Get());
+  renderTarget->DrawText(shown.data(), Length(shown), textFormat.Get(), rect, brush.Get(), D2D1_DRAW_TEXT_OPTIONS_NONE,
+                         DWRITE_MEASURING_MODE_NATURAL);
 }
 
 } // namespace lumenor

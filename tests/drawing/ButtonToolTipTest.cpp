@@ -2,6 +2,7 @@
 
 #include "toolkit/drawing/Button.h"
 
+#include <cwchar>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,16 @@ LRESULT CALLBACK NoteToolTips(int code, WPARAM window, LPARAM create) {
 }
 
 } // namespace
+
+TEST_F(ButtonToolTip, HoldsTheBeginningOfANameThatNoScreenHolds) {
+  button.Name.Set(std::wstring(5'000'000, L'm'));
+  Tool tool;
+  std::wstring text(10'000, L'\0');
+  tool.info.cbSize = sizeof(tool.info);
+  tool.info.lpszText = text.data();
+  ::SendMessageW(desk::ToolTips().at(0), TTM_ENUMTOOLSW, 0, reinterpret_cast<LPARAM>(&tool.info));
+  EXPECT_EQ(2048U, std::wcslen(text.c_str()));
+}
 
 TEST_F(ButtonToolTip, IsAPopupOfTheRootWithTheNameAsItsText) {
   button.Name.Set(L"Open the calculator");

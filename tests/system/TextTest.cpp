@@ -67,5 +67,14 @@ TEST(EqualsIgnoringCase, OnlyTheCaseMayDiffer) {
   EXPECT_TRUE(EqualsIgnoringCase(L"", L""));
 }
 
+TEST(Beginning, CutsNoSurrogatePairInTwo) {
+  EXPECT_EQ(L"", Beginning(L"", 3));
+  EXPECT_EQ(L"abc", Beginning(L"abc", 3));
+  EXPECT_EQ(L"ab", Beginning(L"abc", 2));
+  EXPECT_EQ(L"", Beginning(L"abc", 0));
+  EXPECT_EQ(L"a", Beginning(L"a\xD83D\xDE00", 2));
+  EXPECT_EQ(L"a\xD83D\xDE00", Beginning(L"a\xD83D\xDE00z", 3));
+}
+
 } // namespace
 } // namespace lumenor

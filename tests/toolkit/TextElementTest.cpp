@@ -387,6 +387,16 @@ TEST_F(PaintedText, NeverUpdatedItPaintsNothing) {
   EXPECT_EQ(Paint(element, 60).left, -1);
 }
 
+TEST_F(PaintedText, ShowsTheBeginningOfATextThatNoScreenHolds) {
+  TextElement element(surface.Target());
+  for (const std::size_t length : {std::size_t{70'000}, std::size_t{5'000'000}}) {
+    Show(element, std::wstring(length, L'H'));
+    EXPECT_GT(Paint(element, 40).left, 0) << length;
+    EXPECT_EQ(length, element.Text.Get().size());
+    EXPECT_EQ(8192U, requests.texts.back().size());
+  }
+}
+
 TEST_F(PaintedText, TooLongItEndsInAnEllipsisInsideItsRectangle) {
   TextElement element(surface.Target());
   Show(element, L"HHHHHHHHHHHH");

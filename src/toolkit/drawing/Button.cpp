@@ -5,6 +5,7 @@
 #include <commctrl.h>
 
 #include "system/Instance.h"
+#include "system/Text.h"
 #include "toolkit/CommonControls.h"
 #include "toolkit/drawing/IButtonPainter.h"
 
@@ -12,6 +13,9 @@ namespace lumenor {
 
 // A tool tip checks the record's size, which depends on how the headers are configured.
 static_assert(sizeof(TOOLINFOW) == 72);
+
+/// More of a tip fits on no screen, and a tool tip lays out all of it.
+constexpr std::size_t longestToolTip = 2048;
 
 Button::Button(std::shared_ptr<IButtonPainter> painter) : painter(std::move(painter)) {
   subscriptions.Add(this, &Button::OnStateChanged, IsMouseOver.changed, IsPressed.changed);
@@ -180,7 +184,7 @@ void Button::MakeToolTip() {
 }
 
 void Button::AddToToolTip(HWND root) {
-  std::wstring text = Name.Get();
+  std::wstring text(Beginning(Name.Get(), longestToolTip));
   TOOLINFOW info{};
   info.cbSize = sizeof(info);
   info.uFlags = TTF_IDISHWND | TTF_CENTERTIP | TTF_SUBCLASS | TTF_TRANSPARENT;

@@ -11,6 +11,7 @@
 #include "system/Instance.h"
 #include "system/MemoryStream.h"
 #include "system/Paths.h"
+#include "system/Shortcut.h"
 #include "system/WholeFile.h"
 
 #include <olectl.h>
@@ -28,7 +29,7 @@ constexpr std::size_t blockSize = 4096; // bytes
 /// call.
 IconHandle AssociatedIcon(const std::wstring &path) {
   std::array<wchar_t, MAX_PATH> buffer{}; // the platform writes the icon's place into it
-  if (path.size() >= buffer.size())
+  if (path.size() >= buffer.size() || IsDamagedShortcut(path))
     return {};
   std::copy(path.begin(), path.end(), buffer.begin());
   WORD index = 0;

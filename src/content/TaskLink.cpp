@@ -8,6 +8,7 @@
 #include "system/HResultError.h"
 #include "system/Instance.h"
 #include "system/Log.h"
+#include "system/Shortcut.h"
 
 #include <propkey.h>
 #include <propsys.h>
@@ -131,6 +132,8 @@ HRESULT CreateTaskLink(const std::wstring &path, const std::wstring &arguments, 
 
 HRESULT CopyShortcut(IShellLinkW *link, const std::wstring &path) {
   return HResultOf([&] {
+    if (IsDamagedShortcut(path))
+      throw HResultError(HResultFromError(ERROR_FILE_CORRUPT));
     const ComPtr<IShellLinkW> source = OpenShortcut(path);
     CopyPath(source.Get(), link);
     SetCachedIcon(link, path);

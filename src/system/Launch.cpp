@@ -4,6 +4,7 @@
 
 #include "system/Log.h"
 #include "system/Paths.h"
+#include "system/Shortcut.h"
 #include "system/Windows.h"
 
 #include <shellapi.h>
@@ -59,6 +60,8 @@ void OpenWithShell(const std::wstring &program, const std::wstring &arguments) {
     LogError("Launch: A program's name of %u characters is too long", static_cast<unsigned>(program.size()));
     return;
   }
+  if (IsDamagedShortcut(ExpandPath(program)))
+    return;
   ::ShellExecuteW(nullptr, L"open", program.c_str(), arguments.empty() ? nullptr : arguments.c_str(), nullptr, SW_SHOW);
 }
 

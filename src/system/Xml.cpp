@@ -1,8 +1,11 @@
 #include "system/Xml.h"
 
+#include <cstdint>
+
 #include "system/ComText.h"
 #include "system/FileReading.h"
 #include "system/HResultError.h"
+#include "system/Log.h"
 #include "system/MemoryStream.h"
 #include "system/Text.h"
 #include "system/WholeFile.h"
@@ -15,6 +18,16 @@ namespace {
 
 constexpr CLSID domDocument60 = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
 constexpr IID domDocumentInterface = {0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+
+/// In bytes. The parser takes seconds for some megabytes, and the bar stands still meanwhile.
+constexpr std::uint64_t largestFile = 16 << 20;
+
+/// 0 for what isn't there.
+std::uint64_t FileSize(const std::wstring &path) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  ::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data);
+  return std::uint64_t{data.nFileSizeHigh} << 32 | data.nFileSizeLow;
+}
 
 /// `node`, which must not be null.
 template <typename Node>
@@ -78,6 +91,10 @@ void SetAttribute(const XmlDocumentPtr &document, const XmlNodePtr &node, const 
 } // namespace
 
 XmlDocumentPtr LoadXmlFile(const std::wstring &path) {
+  if (FileSize(path) > largestFile) {
+    LogError("Xml: %S is too large", path.c_str());
+    return nullptr;
+  }
   const XmlDocumentPtr document = NewDocument();
   VARIANT_BOOL isParsed = VARIANT_FALSE;
   const HRESULT result = document->load(Variant(path).Get(), &isParsed);

@@ -24,7 +24,7 @@ using XmlNodePtr = Microsoft::WRL::ComPtr<IXMLDOMNode>;
 using XmlAttributes = std::vector<std::pair<std::wstring, std::wstring>>;
 
 /// The document in the file at the expanded `path`; null, with no line logged, when it can't be read, isn't well-formed
-/// or has a DOCTYPE.
+/// or has a DOCTYPE. Null too, and logged, when it has more than 16 MB.
 XmlDocumentPtr LoadXmlFile(const std::wstring &path);
 
 /// The same of a file that other programs may have in use for a moment, which is waited for.

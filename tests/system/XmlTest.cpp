@@ -5,6 +5,7 @@
 #include "support/ComApartment.h"
 #include "support/FailingDisk.h"
 #include "support/ImportSlot.h"
+#include "support/LogCapture.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
 #include "system/HResultError.h"
@@ -61,6 +62,16 @@ TEST_F(Xml, AMissingFileIsNull) { EXPECT_EQ(nullptr, LoadXmlFile(folders.Root() 
 TEST_F(Xml, AFolderIsNull) { EXPECT_EQ(nullptr, LoadXmlFile(folders.Root())); }
 
 TEST_F(Xml, NoPathIsNull) { EXPECT_EQ(nullptr, LoadXmlFile(L"")); }
+
+TEST_F(Xml, AFileOfMoreThan16MegabytesIsNullAndLogged) {
+  const std::wstring path = folders.Root() + L"\\large.xml";
+  const tests::LogCapture log(folders);
+  tests::WriteBytes(path, "<a>" + std::string(1 << 20, 'x') + "</a>");
+  EXPECT_NE(nullptr, LoadXmlFile(path));
+  tests::WriteBytes(path, "<a/>" + std::string((16 << 20) - 3, ' '));
+  EXPECT_EQ(nullptr, LoadXmlFile(path));
+  EXPECT_EQ(std::vector<std::string>{"ERROR: Xml: " + tests::Utf8(path) + " is too large"}, log.Lines());
+}
 
 TEST_F(Xml, ALockedFileIsNull) {
   const std::wstring path = folders.Root() + L"\\a.xml";

@@ -11,6 +11,7 @@
 
 #include "system/Desktop.h"
 #include "system/HResultError.h"
+#include "system/Shortcut.h"
 #include "toolkit/drawing/WICHelper.h"
 
 using Microsoft::WRL::ComPtr;
@@ -75,6 +76,8 @@ std::wstring ProgramDisplayName(const std::wstring &programPath) {
 }
 
 BitmapHandle ProgramImage(const std::wstring &programPath) {
+  if (IsDamagedShortcut(programPath))
+    throw HResultError(HResultFromError(ERROR_FILE_CORRUPT));
   BitmapHandle picture = ShellIconBitmap(programPath);
   if (IsUsablePicture(picture.Get()))
     return picture;

@@ -1,5 +1,10 @@
 // Broken files: the dock starts, nothing of the user's is lost, and the log says what was wrong.
 
+#include <algorithm>
+#include <array>
+#include <random>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "e2e/DockProcess.h"
@@ -71,6 +76,34 @@ TEST_F(HostileInput, MessagesOfAnotherProgramWithWildAddressesEndNothing) {
   EXPECT_TRUE(
       WaitFor([&] { return installation.Logged("ERROR: Message 1037 with an address that the dock didn't send"); }));
   EXPECT_TRUE(installation.Logged("ERROR: Message 1025 with an address that the dock didn't send"));
+  EXPECT_EQ(0U, CloseByButton(dock));
+}
+
+TEST_F(HostileInput, NonsenseInMessagesOfAnotherProgramEndsNothing) {
+  ShownDock dock(installation);
+  const HWND bar = dock.Bar();
+  OpenForYou(dock);
+  std::vector<HWND> windows = dock.Popups();
+  windows.push_back(bar);
+  // What the dock obeys by design: removing, the welcome screen, the edges, lost drawing resources, the reset.
+  constexpr std::array<UINT, 6> orders = {WM_USER + 3, WM_USER + 4,  WM_USER + 5,
+                                          WM_USER + 6, WM_USER + 10, WM_USER + 15};
+  constexpr std::array<ULONGLONG, 8> numbers = {
+      0, 1, 0xFFFF, 0x10000, 0xDEADBEEF, 0x7FFFFFFFFFFFFFFF, ~0ULL, 0xFFFFFFFF80000000};
+  std::mt19937 random(1);
+  for (int i = 0; i < 20'000; ++i) {
+    const UINT message = i % 2 == 0 ? WM_USER + random() % 64 : WM_USER + random() % (0xC000 - WM_USER);
+    if (std::ranges::find(orders, message) != orders.end())
+      continue;
+    const HWND window = windows[random() % windows.size()];
+    const WPARAM wParam = numbers[random() % numbers.size()];
+    const LPARAM lParam = static_cast<LPARAM>(numbers[random() % numbers.size()]);
+    DWORD_PTR result = 0;
+    ASSERT_NE(0, ::SendMessageTimeoutW(window, message, wParam, lParam, SMTO_ABORTIFHUNG, 20'000, &result)) << message;
+    if (i % 8 == 0)
+      ::PostMessageW(window, message, wParam, lParam);
+  }
+  EXPECT_EQ(bar, dock.Bar());
   EXPECT_EQ(0U, CloseByButton(dock));
 }
 

@@ -1,4 +1,4 @@
-#include "ContentReader.h"
+#include "content/ContentReader.h"
 
 #include <algorithm>
 #include <utility>

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ContentReader.h"
+#include "content/ContentReader.h"
 
 namespace lumenor {
 namespace {

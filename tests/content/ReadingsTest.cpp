@@ -7,10 +7,10 @@
 #include <gmock/gmock.h>
 
 #include "content/ActionDataProvider.h"
+#include "content/ContentReader.h"
 #include "content/DocumentFile.h"
 #include "content/Documents.h"
 #include "content/Stubs.h"
-#include "ContentReader.h"
 #include "support/TestFolders.h"
 #include "system/LanguageResources.h"
 

@@ -87,14 +87,28 @@ std::string Plain(std::string text) {
   return text[0] == '-' && number != "0" ? "-" + number : number;
 }
 
-/// Whether the file has a text or the value of an attribute that isn't part of what was read.
+/// Whether the text is a value among the fields that `Described` lists.
+bool IsValue(const std::string &text, const std::string &described) {
+  for (std::size_t at = described.find(text); at != std::string::npos; at = described.find(text, at + 1)) {
+    const std::size_t end = at + text.size();
+    const bool begins = at == 0 || std::string("=,|").find(described[at - 1]) != std::string::npos;
+    const bool ends = end == described.size() || described[end] == '|' || described[end] == ',';
+    if (begins && (ends || described.compare(end, 3, " / ") == 0))
+      return true;
+  }
+  return false;
+}
+
+/// Whether the file has a text or the value of an attribute that isn't a value of what was read.
 bool HoldsMore(const std::wstring &path, const std::string &described) {
   const XmlDocumentPtr document = LoadXmlFile(path);
   if (document == nullptr)
     return true;
-  for (const XmlNodePtr &node : SelectNodes(document, L"//text()|//@*[name()!='ID']")) {
+  // An element with a text counts as a whole, with the elements inside.
+  const std::wstring texts = L"//*[text()[normalize-space()] and not(ancestor::*[text()[normalize-space()]])]";
+  for (const XmlNodePtr &node : SelectNodes(document, texts + L"|//@*[name()!='ID']")) {
     const std::string text = Plain(Utf8(NodeText(node)));
-    if (text != "0" && described.find(text) == std::string::npos)
+    if (!text.empty() && text != "0" && !IsValue(text, described))
       return true;
   }
   return false;

@@ -70,7 +70,7 @@ class Maker:
 
     def __init__(self, kind, grammar, seed):
         self.kind, self.grammar, self.random = kind, grammar, random.Random(f"{kind} {seed}")
-        self.name, self.full, self.made_conditions, self.made_texts = None, False, 0, 0
+        self.name, self.full, self.made_conditions, self.made_texts, self.used = None, False, 0, 0, []
 
     def names(self):
         """The names that a file of this kind may have."""
@@ -80,8 +80,8 @@ class Maker:
         return [child.name for child in root.children] if root.is_choice else [OWN_NAME] + self.grammar.documents()
 
     def tree(self, name, full):
-        """`full` has all that may be there, lists of two and no text twice; otherwise chance decides."""
-        self.name, self.full, self.made_conditions, self.made_texts = name, full, 0, 0
+        """`full` has all that may be there, lists of two and no text or word twice; otherwise chance decides."""
+        self.name, self.full, self.made_conditions, self.made_texts, self.used = name, full, 0, 0, []
         return self.node(self.grammar.root())
 
     def node(self, spec):
@@ -118,8 +118,11 @@ class Maker:
         return self.random.randint(spec.least, min(spec.most, max(spec.least, 3)))
 
     def text(self, value, element):
+        if value.words and self.full:
+            self.used.append(self.random.choice([word for word in value.words if word and word not in self.used]))
+            return self.used[-1]
         if value.words:
-            return self.random.choice([word for word in value.words if word] if self.full else value.words)
+            return self.random.choice(value.words)
         if value.base == "int":
             return str((value.least or 0) + self.random.randint(10, 90))
         if (self.kind, element) == ("document", "ActionParamsBackup"):

@@ -3,7 +3,8 @@ import re
 import struct
 import unicodedata
 
-from .facts import ACTIONS, CHILDREN, COMMANDS, JUMP_LIST, LABEL_WIDTHS, LENGTHS, MAIN, PICTURE, PILLARS, USER, USER_PICTURE
+from .facts import (ACTIONS, CHILDREN, COMMANDS, CYRILLIC_FEATURE, JUMP_LIST, LABEL_WIDTHS, LENGTHS, MAIN, PICTURE, PILLARS, USER,
+                    USER_PICTURE)
 from .findings import one_of
 
 
@@ -13,8 +14,19 @@ def width(text):
                else 2 if unicodedata.east_asian_width(c) in "WF" else 1 for c in text)
 
 
+def is_cyrillic(letter):
+    return "\u0400" <= letter <= "\u052f"
+
+
+def fits(text, where):
+    wide = width(text)
+    if where == "feature":
+        wide += sum(map(is_cyrillic, text)) * (LABEL_WIDTHS[where] / CYRILLIC_FEATURE - 1)
+    return wide <= LABEL_WIDTHS[where]
+
+
 def check_label(found, place, text, where):
-    if width(text) > LABEL_WIDTHS[where]:
+    if not fits(text, where):
         found.error(place, "label-width", f"the label '{text}' doesn't fit a {where}", "cuts it with an ellipsis",
                     f"at most {LABEL_WIDTHS[where]} narrow or {LABEL_WIDTHS[where] // 2} wide characters")
 

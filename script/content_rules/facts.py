@@ -37,6 +37,7 @@ PICTURE, USER_PICTURE = (48, 48), (48, 42)
 
 # The half-width characters that fit the places where a label is cut with an ellipsis.
 LABEL_WIDTHS = {"button": 14, "row": 28, "dialog button": 11, "tour": 24, "feature": 62}
+CYRILLIC_FEATURE = 54  # Cyrillic letters are wider in the font of the features
 
 TEXT_IDS = {
     WINDOW: {f"Button.Tooltip.{name}" for name in ("DockAtTop", "DockAtBottom", "Reset", "Close")}

@@ -1,0 +1,1 @@
+"""Generated files of content, and what the dock should read of them: see generated-readings-test."""

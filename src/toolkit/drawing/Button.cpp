@@ -5,6 +5,7 @@
 #include <commctrl.h>
 
 #include "system/Instance.h"
+#include "toolkit/Accessibility.h"
 #include "toolkit/CommonControls.h"
 #include "toolkit/drawing/IButtonPainter.h"
 
@@ -16,7 +17,7 @@ static_assert(sizeof(TOOLINFOW) == 72);
 Button::Button(std::shared_ptr<IButtonPainter> painter) : painter(std::move(painter)) {
   subscriptions.Add(this, &Button::OnStateChanged, IsMouseOver.changed, IsPressed.changed);
   subscriptions.Add(this, &Button::Invalidate, Opacity.changed);
-  subscriptions.Add(this, &Button::BuildToolTip, Name.changed);
+  subscriptions.Add(this, &Button::OnNameChanged, Name.changed);
 }
 
 Button::~Button() = default;
@@ -73,6 +74,10 @@ BOOL Button::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPar
     return TRUE;
   case WM_COMMAND:
     return OnCommand(wParam, lParam, result);
+  case WM_GETTEXT:
+    return OnGetText(wParam, reinterpret_cast<wchar_t *>(lParam), result);
+  case WM_GETTEXTLENGTH:
+    return OnGetTextLength(result);
   default:
     return FALSE;
   }
@@ -145,6 +150,33 @@ BOOL Button::OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result) {
   return TRUE;
 }
 
+std::wstring Button::GetAccessibleName() const {
+  const std::wstring label = painter->GetLabel();
+  return label.empty() ? Name.Get() : label;
+}
+
+/// Proxies for screen readers ask a button's window for its text and take that for its name. The window has none, which
+/// would be a second place for what the label and the tip hold; it is answered when it is asked for.
+BOOL Button::OnGetText(std::size_t room, wchar_t *buffer, LRESULT &result) const {
+  if (room == 0 || buffer == nullptr || HasWindowText())
+    return FALSE;
+  const std::wstring text = WithoutAccessKey(GetAccessibleName());
+  const std::size_t length = text.copy(buffer, room - 1);
+  buffer[length] = L'\0';
+  result = static_cast<LRESULT>(length);
+  return TRUE;
+}
+
+BOOL Button::OnGetTextLength(LRESULT &result) const {
+  if (HasWindowText())
+    return FALSE;
+  result = static_cast<LRESULT>(WithoutAccessKey(GetAccessibleName()).size());
+  return TRUE;
+}
+
+/// A text that the window was given is what it answers.
+bool Button::HasWindowText() const { return ::DefWindowProcW(handle, WM_GETTEXTLENGTH, 0, 0) != 0; }
+
 // The platform takes a null handle for all windows of the desktop.
 void Button::InvalidateWindow(BOOL erase) {
   if (handle != nullptr)
@@ -152,6 +184,11 @@ void Button::InvalidateWindow(BOOL erase) {
 }
 
 void Button::OnStateChanged() { InvalidateWindow(TRUE); }
+
+void Button::OnNameChanged() {
+  NotifyAccessibility(EVENT_OBJECT_NAMECHANGE, handle);
+  BuildToolTip();
+}
 
 // A button without a window can't be pointed at: its tip is built when it is attached. A tip for each name that is set
 // before that would be a window that is never used, and its creation takes longer than that of the button's own.

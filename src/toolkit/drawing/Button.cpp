@@ -1,5 +1,7 @@
 #include "toolkit/drawing/Button.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include <commctrl.h>
@@ -74,12 +76,8 @@ BOOL Button::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPar
     return TRUE;
   case WM_COMMAND:
     return OnCommand(wParam, lParam, result);
-  case WM_GETTEXT:
-    return OnGetText(wParam, reinterpret_cast<wchar_t *>(lParam), result);
-  case WM_GETTEXTLENGTH:
-    return OnGetTextLength(result);
   default:
-    return FALSE;
+    return OnTextRequest(message, wParam, lParam, result);
   }
 }
 
@@ -157,20 +155,14 @@ std::wstring Button::GetAccessibleName() const {
 
 /// Proxies for screen readers ask a button's window for its text and take that for its name. The window has none, which
 /// would be a second place for what the label and the tip hold; it is answered when it is asked for.
-BOOL Button::OnGetText(std::size_t room, wchar_t *buffer, LRESULT &result) const {
-  if (room == 0 || buffer == nullptr || HasWindowText())
+BOOL Button::OnTextRequest(UINT message, WPARAM room, LPARAM buffer, LRESULT &result) const {
+  const bool copies = message == WM_GETTEXT && room != 0 && buffer != 0;
+  if ((!copies && message != WM_GETTEXTLENGTH) || HasWindowText())
     return FALSE;
   const std::wstring text = WithoutAccessKey(GetAccessibleName());
-  const std::size_t length = text.copy(buffer, room - 1);
-  buffer[length] = L'\0';
-  result = static_cast<LRESULT>(length);
-  return TRUE;
-}
-
-BOOL Button::OnGetTextLength(LRESULT &result) const {
-  if (HasWindowText())
-    return FALSE;
-  result = static_cast<LRESULT>(WithoutAccessKey(GetAccessibleName()).size());
+  result = static_cast<LRESULT>(copies ? std::min<std::size_t>(text.size(), room - 1) : text.size());
+  if (copies)
+    ::lstrcpynW(reinterpret_cast<wchar_t *>(buffer), text.c_str(), static_cast<int>(result) + 1);
   return TRUE;
 }
 

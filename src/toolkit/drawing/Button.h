@@ -5,7 +5,6 @@
 // what a screen reader calls the button is the text that its window answers.
 // Held in a shared pointer by whoever composes the screen. User-interface thread.
 
-#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -76,8 +75,7 @@ private:
   BOOL OnFocus(int focused, LRESULT &result);
   BOOL FinishStateMessage(LRESULT &result);
   BOOL OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL OnGetText(std::size_t room, wchar_t *buffer, LRESULT &result) const;
-  BOOL OnGetTextLength(LRESULT &result) const;
+  BOOL OnTextRequest(UINT message, WPARAM room, LPARAM buffer, LRESULT &result) const;
 
   void InvalidateWindow(BOOL erase);
   void OnStateChanged();

@@ -68,6 +68,12 @@ UninstPage custom un.ShowQuestion un.LeaveQuestion
 !insertmacro MUI_LANGUAGE "Spanish"
 !insertmacro MUI_LANGUAGE "Japanese"
 !insertmacro MUI_LANGUAGE "Arabic"
+!insertmacro MUI_LANGUAGE "PortugueseBR"
+!insertmacro MUI_LANGUAGE "Italian"
+!insertmacro MUI_LANGUAGE "Polish"
+!insertmacro MUI_LANGUAGE "SimpChinese"
+!insertmacro MUI_LANGUAGE "Korean"
+!insertmacro MUI_LANGUAGE "Russian"
 !include "${__FILEDIR__}\Texts.nsh"
 
 VIProductVersion "${VERSION}.0"
@@ -131,6 +137,18 @@ Var PurgeBox
         StrCpy $LANGUAGE ${LANG_JAPANESE}
       ${Case} "ar"
         StrCpy $LANGUAGE ${LANG_ARABIC}
+      ${Case} "pt"
+        StrCpy $LANGUAGE ${LANG_PORTUGUESEBR}
+      ${Case} "it"
+        StrCpy $LANGUAGE ${LANG_ITALIAN}
+      ${Case} "pl"
+        StrCpy $LANGUAGE ${LANG_POLISH}
+      ${Case} "zh"
+        StrCpy $LANGUAGE ${LANG_SIMPCHINESE}
+      ${Case} "ko"
+        StrCpy $LANGUAGE ${LANG_KOREAN}
+      ${Case} "ru"
+        StrCpy $LANGUAGE ${LANG_RUSSIAN}
     ${EndSelect}
   ${EndIf}
   ClearErrors

@@ -5,6 +5,7 @@
 #include "AnimationManager.h"
 #include "AnimationTimer.h"
 #include "AnimationTransitionLibrary.h"
+#include "Annotations.h"
 #include "DestinationList.h"
 #include "HelpPane.h"
 #include "ObjectCollection.h"
@@ -32,6 +33,7 @@ const ServedClass servedClasses[] = {
     {CLSID_DestinationList, Create<DestinationList>},
     {CLSID_EnumerableObjectCollection, Create<ObjectCollection>},
     {CLSID_ShellLink, ShellLink::Create},
+    {CLSID_AccPropServices, Create<Annotations>},
 };
 
 } // namespace

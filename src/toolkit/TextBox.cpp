@@ -8,6 +8,7 @@
 #include <commctrl.h>
 
 #include "system/HResultError.h"
+#include "toolkit/Accessibility.h"
 #include "toolkit/CommonControls.h"
 #include "toolkit/EditReading.h"
 #include "toolkit/EditTextElement.h"
@@ -79,6 +80,7 @@ TextBox::TextBox(RenderTargetPtr renderTarget, int controlId)
       highlightTextBrush(CreateBrush(this->renderTarget.Get(), ::GetSysColor(COLOR_HIGHLIGHTTEXT))),
       caretBrush(CreateBrush(this->renderTarget.Get(), RGB(255, 255, 255))) {
   subscriptions.Add(this, &TextBox::SendCueBanner, WatermarkText.changed, WatermarkShownOnFocus.changed);
+  subscriptions.Add(this, &TextBox::AnnounceName, Name.changed);
 }
 
 TextBox::~TextBox() = default;
@@ -88,6 +90,22 @@ void TextBox::MakeWindow(HWND parentWindow) {
   LoadCommonControls();
   Create(parentWindow, &bounds, nullptr, static_cast<UINT_PTR>(controlId));
   SetMargins();
+  AnnounceName();
+}
+
+/// The window's text is what the user types, so that the name has to be noted beside it. Nobody listens before the
+/// first picture is there.
+void TextBox::AnnounceName() {
+  nameRequest.reset();
+  if (!::IsWindow(handle) || Name.Get().empty())
+    return;
+  nameRequest = std::make_shared<char>();
+  RunOnceShown([this, request = std::weak_ptr<void>(nameRequest)] {
+    if (request.expired() || !::IsWindow(handle))
+      return;
+    AnnotateName(handle, Name.Get());
+    isAnnotated = true;
+  });
 }
 
 void TextBox::ApplySystemFont() {
@@ -114,6 +132,8 @@ BOOL TextBox::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPa
   case WM_CREATE:
   case WM_PAINT:
     return OnPaint(result);
+  case WM_DESTROY:
+    return OnDestroy();
   case WM_MOVE:
     return OnMove(lParam);
   case WM_SIZE:
@@ -147,6 +167,12 @@ BOOL TextBox::OnPaint(LRESULT &result) {
   if (needsRepaint != 0)
     Invalidate();
   result = 0;
+  return FALSE;
+}
+
+BOOL TextBox::OnDestroy() {
+  if (std::exchange(isAnnotated, false))
+    ClearAnnotations(handle);
   return FALSE;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 // The field that takes typed text: at once a control of the tree and a real child window of the platform's edit class,
 // which does all of the editing. The window shows nothing of its own: what it would show is read from it and painted in
-// the root's one pass. Held in a shared pointer by whoever composes the screen. User-interface thread.
+// the root's one pass. Name is what screen readers call the field. Held in a shared pointer by whoever composes the
+// screen. User-interface thread.
 
 #include <memory>
 #include <string>
@@ -76,6 +77,7 @@ protected:
 
 private:
   BOOL OnPaint(LRESULT &result);
+  BOOL OnDestroy();
   BOOL OnInput();
   BOOL OnKeyDown();
   BOOL OnSetFocus();
@@ -85,6 +87,7 @@ private:
   BOOL OnStyleChanging(WPARAM which, LPARAM styles, LRESULT &result);
   BOOL OnSetCueBanner(WPARAM shownOnFocus, LPARAM text);
 
+  void AnnounceName();
   void RequestRepaint();
   void RestartBlink();
   void SendCueBanner();
@@ -99,6 +102,8 @@ private:
   RenderTargetPtr renderTarget;
   int controlId;
   FontHandle font;
+  std::shared_ptr<void> nameRequest; // the last one that waits; others are void
+  bool isAnnotated = false;
   Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> highlightBrush, highlightTextBrush, caretBrush;
 };
 

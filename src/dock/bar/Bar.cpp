@@ -138,6 +138,7 @@ void Bar::AddSearchButtons(const ButtonMaker &maker) {
   PlaceOnCanvas(*searchProviderButton, CanvasRect(106, 37, 13, 14));
   searchButton = maker.MakeButton(0, MakeSearchElement(), MakeSearchButtonLayout());
   PlaceOnCanvas(*searchButton, SearchButtonRect());
+  textBox->Name.Set(searchButton->Name.Get());
 }
 
 void Bar::AddSystemButtons(const ButtonMaker &maker) {

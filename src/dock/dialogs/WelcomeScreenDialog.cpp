@@ -16,6 +16,7 @@
 #include "system/Product.h"
 #include "toolkit/ColorRectangle.h"
 #include "toolkit/drawing/ButtonLayout.h"
+#include "toolkit/drawing/CheckBox.h"
 #include "toolkit/drawing/SelectableButtonPainter.h"
 #include "toolkit/drawing/SimpleButtonPainter.h"
 #include "toolkit/Scale.h"
@@ -262,7 +263,7 @@ void WelcomeScreenDialog::AddCloseButton() {
 
 /// The margin keeps the box off the close button in a window that is narrower than both.
 std::shared_ptr<CheckedButton> WelcomeScreenDialog::AddCheckBox(const wchar_t *textId) {
-  auto checkBox = std::make_shared<CheckedButton>(std::make_shared<SelectableButtonPainter>(
+  auto checkBox = std::make_shared<CheckBox>(std::make_shared<SelectableButtonPainter>(
       renderTarget, GetWelcomeString(textId), MakeDialogButtonLayout(0), std::wstring()));
   checkBox->Checked.Set(1);
   checkBox->DesiredWidth.Set(ScaleX(checkBoxWidth));

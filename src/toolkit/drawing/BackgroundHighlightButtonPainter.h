@@ -27,6 +27,8 @@ public:
   /// Builds label and highlight for the button's size of now; a later change of the size doesn't reach them.
   void Attach(Button *newButton) override;
 
+  std::wstring GetLabel() const override { return text; }
+
 private:
   std::wstring text;
   ButtonLayout layout;

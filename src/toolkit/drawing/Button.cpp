@@ -1,11 +1,14 @@
 #include "toolkit/drawing/Button.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include <commctrl.h>
 
 #include "system/Instance.h"
 #include "system/Text.h"
+#include "toolkit/Accessibility.h"
 #include "toolkit/CommonControls.h"
 #include "toolkit/drawing/IButtonPainter.h"
 
@@ -20,7 +23,7 @@ constexpr std::size_t longestToolTip = 2048;
 Button::Button(std::shared_ptr<IButtonPainter> painter) : painter(std::move(painter)) {
   subscriptions.Add(this, &Button::OnStateChanged, IsMouseOver.changed, IsPressed.changed);
   subscriptions.Add(this, &Button::Invalidate, Opacity.changed);
-  subscriptions.Add(this, &Button::BuildToolTip, Name.changed);
+  subscriptions.Add(this, &Button::OnNameChanged, Name.changed);
 }
 
 Button::~Button() = default;
@@ -78,7 +81,7 @@ BOOL Button::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPar
   case WM_COMMAND:
     return OnCommand(wParam, lParam, result);
   default:
-    return FALSE;
+    return OnTextRequest(message, wParam, lParam, result);
   }
 }
 
@@ -149,6 +152,27 @@ BOOL Button::OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result) {
   return TRUE;
 }
 
+std::wstring Button::GetAccessibleName() const {
+  const std::wstring label = painter->GetLabel();
+  return label.empty() ? Name.Get() : label;
+}
+
+/// Proxies for screen readers ask a button's window for its text and take that for its name. The window has none, which
+/// would be a second place for what the label and the tip hold; it is answered when it is asked for.
+BOOL Button::OnTextRequest(UINT message, WPARAM room, LPARAM buffer, LRESULT &result) const {
+  const bool copies = message == WM_GETTEXT && room != 0 && buffer != 0;
+  if ((!copies && message != WM_GETTEXTLENGTH) || HasWindowText())
+    return FALSE;
+  const std::wstring text = WithoutAccessKey(GetAccessibleName());
+  result = static_cast<LRESULT>(copies ? std::min<std::size_t>(text.size(), room - 1) : text.size());
+  if (copies)
+    ::lstrcpynW(reinterpret_cast<wchar_t *>(buffer), text.c_str(), static_cast<int>(result) + 1);
+  return TRUE;
+}
+
+/// A text that the window was given is what it answers.
+bool Button::HasWindowText() const { return ::DefWindowProcW(handle, WM_GETTEXTLENGTH, 0, 0) != 0; }
+
 // The platform takes a null handle for all windows of the desktop.
 void Button::InvalidateWindow(BOOL erase) {
   if (handle != nullptr)
@@ -156,6 +180,11 @@ void Button::InvalidateWindow(BOOL erase) {
 }
 
 void Button::OnStateChanged() { InvalidateWindow(TRUE); }
+
+void Button::OnNameChanged() {
+  NotifyAccessibility(EVENT_OBJECT_NAMECHANGE, handle);
+  BuildToolTip();
+}
 
 // A button without a window can't be pointed at: its tip is built when it is attached. A tip for each name that is set
 // before that would be a window that is never used, and its creation takes longer than that of the button's own.

@@ -1,7 +1,8 @@
 #pragma once
 // The clickable element: at once a control of the tree and a real child window of the platform's button class. The
 // window shows nothing of its own; it is there for the platform's part of a click (capture, release inside or outside,
-// the space key, the notification). What the user sees is painted by the button's painter in the root's one pass.
+// the space key, the notification). What the user sees is painted by the button's painter in the root's one pass, and
+// what a screen reader calls the button is the text that its window answers.
 // Held in a shared pointer by whoever composes the screen. User-interface thread.
 
 #include <memory>
@@ -50,6 +51,9 @@ public:
   void Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F *rect) override;
   void OnAttached() override;
 
+  /// What screen readers call the button: its label, or its tip where it has none.
+  std::wstring GetAccessibleName() const;
+
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                             DWORD mapId = 0) override;
 
@@ -71,9 +75,12 @@ private:
   BOOL OnFocus(int focused, LRESULT &result);
   BOOL FinishStateMessage(LRESULT &result);
   BOOL OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL OnTextRequest(UINT message, WPARAM room, LPARAM buffer, LRESULT &result) const;
 
   void InvalidateWindow(BOOL erase);
   void OnStateChanged();
+  void OnNameChanged();
+  bool HasWindowText() const;
   void BuildToolTip();
   void MakeToolTip();
   void AddToToolTip(HWND root);

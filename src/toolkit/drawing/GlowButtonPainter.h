@@ -32,6 +32,7 @@ public:
 
   void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
   void Attach(Button *newButton) override;
+  std::wstring GetLabel() const override { return text; }
 
   /// Rebuilds the label from the button's size.
   virtual void Layout();

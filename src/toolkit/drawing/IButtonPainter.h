@@ -2,6 +2,8 @@
 // Draws a button in each of its states. The button holds its painter in a shared pointer and attaches itself; the
 // painter borrows the button. User-interface thread only.
 
+#include <string>
+
 #include "toolkit/UIElement.h"
 
 namespace lumenor {
@@ -19,6 +21,9 @@ public:
   /// Ties the painter to `newButton`, which outlives it. Called by the button, when it gets its window and when it
   /// takes a new painter.
   virtual void Attach(Button *newButton) { button = newButton; }
+
+  /// The text that the button shows, by which screen readers name it; empty without one.
+  virtual std::wstring GetLabel() const { return {}; }
 
 protected:
   /// Whether the button's window shows; painters draw nothing where it doesn't.

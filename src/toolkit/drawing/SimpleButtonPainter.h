@@ -26,6 +26,8 @@ public:
   /// Builds the label for the button's size of now; a later change of the size doesn't reach it.
   void Attach(Button *newButton) override;
 
+  std::wstring GetLabel() const override { return text; }
+
 protected:
   using BrushPtr = Microsoft::WRL::ComPtr<ID2D1LinearGradientBrush>;
 

@@ -60,8 +60,8 @@ protected:
 
   bool HasTheFocus() const { return ::GetForegroundWindow() == window.handle && ::GetFocus() == box->GetHandle(); }
 
-  // On a plate, as the field of the bar: where a text makes more of a window visible, some versions of the platform have
-  // all of it painted once more.
+  // On a plate, as the field of the bar: where a text makes more of a window visible, some versions of the platform
+  // have all of it painted once more.
   void Compose() {
     const RECT bounds{20, 30, 104, 42};
     plate = std::make_unique<ColorRectangle>(bounds, window.Target(), Color{0, 0, 0, 1});

@@ -6,12 +6,15 @@ add_library(lumenor_options INTERFACE)
 target_include_directories(lumenor_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_definitions(lumenor_options INTERFACE UNICODE _UNICODE)
 target_compile_options(lumenor_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+  -Wall -Wextra -Wpedantic $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local> -Wnon-virtual-dtor -Woverloaded-virtual -Werror
   -Werror=return-type -fno-omit-frame-pointer
   # Failures tell their source file, and no program holds the builder's folders; a compiler cache may have made the path
   # of a source relative to the build's folder.
   -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/= -fmacro-prefix-map=${way_to_sources}/=
-  $<$<CONFIG:Debug>:-Og -gdwarf-4 -fsanitize=undefined -fsanitize-undefined-trap-on-error>
+  # As in script/lint: attributes are GCC's, and braces may be left away around the parts of a platform structure.
+  $<$<CXX_COMPILER_ID:Clang>:-Wshadow -Wconversion -Wno-sign-conversion -Wno-unknown-attributes -Wno-missing-braces>
+  $<$<CONFIG:Debug>:-Og -gdwarf-4 -fsanitize=undefined
+    $<IF:$<CXX_COMPILER_ID:Clang>,-fsanitize-trap=undefined,-fsanitize-undefined-trap-on-error>>
   $<$<CONFIG:Release>:-Os -ffunction-sections -fdata-sections>)
 target_compile_definitions(lumenor_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 # The time of linking stays out, so that the same sources give the same bytes.

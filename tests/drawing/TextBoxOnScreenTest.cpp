@@ -16,6 +16,7 @@
 #include "drawing/WindowOnScreen.h"
 #include "support/ImportSlot.h"
 #include "system/WindowException.h"
+#include "toolkit/ColorRectangle.h"
 #include "toolkit/EditReading.h"
 
 // The slot through which the program asks for the blink time.
@@ -59,9 +60,14 @@ protected:
 
   bool HasTheFocus() const { return ::GetForegroundWindow() == window.handle && ::GetFocus() == box->GetHandle(); }
 
+  // On a plate, as the field of the bar: where a text makes more of a window visible, some versions of the platform
+  // have all of it painted once more.
   void Compose() {
-    box = std::make_unique<TextBox>(window.Target(), 111);
     const RECT bounds{20, 30, 104, 42};
+    plate = std::make_unique<ColorRectangle>(bounds, window.Target(), Color{0, 0, 0, 1});
+    plate->SetBounds(&bounds);
+    window.canvas.AddChild(plate.get());
+    box = std::make_unique<TextBox>(window.Target(), 111);
     box->SetBounds(&bounds);
     box->MaxLength = 150;
     window.canvas.AddChild(box.get());
@@ -151,6 +157,7 @@ protected:
   }
 
   tests::ImportSlot<decltype(&::GetCaretBlinkTime)> blinkTime{&__imp_GetCaretBlinkTime, &BlinkOnceAMinute};
+  std::unique_ptr<ColorRectangle> plate;
   std::unique_ptr<TextBox> box;
   int paintsBeforePress = 0;
   WPARAM lastPressed = 0; // the key of the last press that came

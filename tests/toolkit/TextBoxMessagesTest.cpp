@@ -267,7 +267,10 @@ TEST_F(TextBoxMessages, OnlyTheKeyThatGoesDownStartsAPress) {
 TEST_F(TextBoxMessages, AddressOutOfAnotherThreadIsntLookedAt) {
   const HWND window = box.handle;
   const auto send = [](void *target) -> DWORD {
-    ::SendMessageW(static_cast<HWND>(target), WM_GETDLGCODE, VK_RETURN, 8); // where no thread has a message
+    // A request with this message would be the second of its press. An address that means nothing even where it is sent
+    // can't be taken: the platform itself may read it.
+    MSG character{static_cast<HWND>(target), WM_CHAR, VK_RETURN, 0, 0, {}};
+    ::SendMessageW(static_cast<HWND>(target), WM_GETDLGCODE, VK_RETURN, reinterpret_cast<LPARAM>(&character));
     return 0;
   };
   const KernelHandle thread(::CreateThread(nullptr, 0, send, window, 0, nullptr));

@@ -82,10 +82,9 @@ void Bar::AddMainButtons(const ButtonMaker &maker) {
   mainButtonPanel->Orientation.Set(lumenor::Orientation::Horizontal);
   AddToBar(*mainButtonPanel, lumenor::Dock::Left);
   for (const Element &element : LoadDocument(mainDocumentName, false)) {
-    const int index = static_cast<int>(mainButtons.size());
-    if (index == maxFixedButtons)
+    if (mainButtons.size() == maxFixedButtons)
       break;
-    const auto button = maker.MakeButton(index, element, MakeBarButtonLayout());
+    const auto button = maker.MakeButton(element, MakeBarButtonLayout());
     button->DesiredWidth.Set(ScaleX(barButtonSize));
     button->DesiredHeight.Set(ScaleY(barButtonSize));
     mainButtonPanel->AddChild(button.get());
@@ -115,7 +114,7 @@ void Bar::PlaceOnCanvas(UIElement &element, const RECT &place) const {
 
 void Bar::AddForYouButton(const ButtonMaker &maker) {
   EnsureDocument(forYouDocumentName);
-  forYouButton = maker.MakeButton(0, MakeForYouElement(false), MakeForYouLayout());
+  forYouButton = maker.MakeButton(MakeForYouElement(false), MakeForYouLayout());
   PlaceOnCanvas(*forYouButton, CanvasRect(152, 12, 36, 64));
 }
 
@@ -134,9 +133,9 @@ void Bar::AddSearchField(const RenderTargetPtr &renderTarget, EventListener<Text
 }
 
 void Bar::AddSearchButtons(const ButtonMaker &maker) {
-  searchProviderButton = maker.MakeButton(0, MakeSearchProviderElement(), MakeSearchButtonLayout());
+  searchProviderButton = maker.MakeButton(MakeSearchProviderElement(), MakeSearchButtonLayout());
   PlaceOnCanvas(*searchProviderButton, CanvasRect(106, 37, 13, 14));
-  searchButton = maker.MakeButton(0, MakeSearchElement(), MakeSearchButtonLayout());
+  searchButton = maker.MakeButton(MakeSearchElement(), MakeSearchButtonLayout());
   PlaceOnCanvas(*searchButton, SearchButtonRect());
   textBox->Name.Set(searchButton->Name.Get());
 }
@@ -145,11 +144,11 @@ void Bar::AddSystemButtons(const ButtonMaker &maker) {
   PlaceOnCanvas(*systemButtonPanel, CanvasRect(148, 2, 60, 16));
   systemButtonPanel->Orientation.Set(lumenor::Orientation::Horizontal);
   systemButtonPanel->BeginUpdate();
-  resetButton = maker.MakeButton(0, MakeResetElement(), MakeSystemButtonLayout());
+  resetButton = maker.MakeButton(MakeResetElement(), MakeSystemButtonLayout());
   AddSystemButton(*resetButton);
   dockPositionButton = maker.MakeDockPositionButton();
   AddSystemButton(*dockPositionButton);
-  closeButton = maker.MakeButton(0, MakeCloseElement(), MakeSystemButtonLayout());
+  closeButton = maker.MakeButton(MakeCloseElement(), MakeSystemButtonLayout());
   AddSystemButton(*closeButton);
 }
 

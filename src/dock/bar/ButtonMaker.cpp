@@ -31,9 +31,8 @@ std::shared_ptr<IButtonPainter> ButtonMaker::MakePainter(const Element &element,
   });
 }
 
-std::shared_ptr<DockButton> ButtonMaker::MakeButton(int index, const Element &element,
-                                                    const ButtonLayout &layout) const {
-  auto button = std::make_shared<DockButton>(MakePainter(element, layout), index, element, flyoutListener);
+std::shared_ptr<DockButton> ButtonMaker::MakeButton(const Element &element, const ButtonLayout &layout) const {
+  auto button = std::make_shared<DockButton>(MakePainter(element, layout), element, flyoutListener);
   button->Click.AddListener(clickListener);
   return button;
 }

@@ -23,9 +23,9 @@ public:
   /// The painter of a button for `element`. A picture that can't be decoded is replaced by the default one.
   std::shared_ptr<IButtonPainter> MakePainter(const Element &element, const ButtonLayout &layout) const;
 
-  /// A button for `element`, the one at `index` of its row. Raises CommandNotFoundException for an element with neither
+  /// A button for `element`. Raises CommandNotFoundException for an element with neither
   /// a picture nor a target that exists.
-  std::shared_ptr<DockButton> MakeButton(int index, const Element &element, const ButtonLayout &layout) const;
+  std::shared_ptr<DockButton> MakeButton(const Element &element, const ButtonLayout &layout) const;
 
   /// The button that moves the bar to the other edge. Checked means a bar at the top, and the picture then offers
   /// the bottom.

@@ -41,8 +41,8 @@ void SetControlId(DockButton &button, std::ptrdiff_t index) {
 UserRow::UserRow(Window &window, const Bar &bar, const ButtonMaker &maker)
     : window(window), bar(bar), maker(maker), elements(savedButtons.Load()) {}
 
-std::shared_ptr<DockButton> UserRow::MakeButton(int index, const Element &element) const {
-  auto button = maker.MakeButton(index, element, MakeBarButtonLayout());
+std::shared_ptr<DockButton> UserRow::MakeButton(const Element &element) const {
+  auto button = maker.MakeButton(element, MakeBarButtonLayout());
   button->Draggable.Set(1);
   button->DesiredWidth.Set(ScaleX(userButtonSize));
   button->DesiredHeight.Set(ScaleY(userButtonSize));
@@ -61,7 +61,7 @@ void UserRow::MakeButtons() {
     if (buttons.size() == idInUse.size())
       break;
     try {
-      const auto button = MakeButton(static_cast<int>(buttons.size()), element);
+      const auto button = MakeButton(element);
       bar.userButtonPanel->AddChild(button.get());
       buttons.push_back(button);
     } catch (const CommandNotFoundException &) {
@@ -87,7 +87,7 @@ void UserRow::Add(const Element &element, std::size_t position) {
   const auto freeId = std::find(idInUse.begin(), idInUse.end(), false);
   *freeId = true;
   elements.insert(At(elements, position), element);
-  const auto button = MakeButton(0, element);
+  const auto button = MakeButton(element);
   buttons.insert(At(buttons, position), button);
   bar.userButtonPanel->InsertChild(button.get(), position);
   SetControlId(*button, freeId - idInUse.begin());

@@ -72,7 +72,7 @@ public:
   void DestroyButtonWindows() const;
 
 private:
-  std::shared_ptr<DockButton> MakeButton(int index, const Element &element) const;
+  std::shared_ptr<DockButton> MakeButton(const Element &element) const;
 
   Window &window;
   const Bar &bar;

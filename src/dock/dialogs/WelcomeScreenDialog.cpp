@@ -194,7 +194,7 @@ std::shared_ptr<DockButton> WelcomeScreenDialog::MakeTourButton() const {
   element.Image = L"..\\resources\\LaunchVideo.png";
   element.ToolTip = tourText->Text.Get();
   auto button = std::make_shared<DockButton>(
-      std::make_shared<DockGlowButtonPainter>(renderTarget, 0, element, MakeTourButtonLayout()), 4, element);
+      std::make_shared<DockGlowButtonPainter>(renderTarget, 0, element, MakeTourButtonLayout()), element);
   button->DesiredWidth.Set(ScaleX(16));
   button->DesiredHeight.Set(ScaleY(16));
   button->Margin.Set({0, 10, 8, 36});

@@ -19,14 +19,14 @@ constexpr int expectedFlyoutHeight = 242;
 } // namespace
 
 // A row without a flyout can't list itself: documents that name each other would open windows without end.
-DockButton::DockButton(std::shared_ptr<IButtonPainter> painter, int index, const Element &element)
-    : Button(std::move(painter)), Draggable(0), DragBegin(L"DragBegin"), index(index), element(element) {
+DockButton::DockButton(std::shared_ptr<IButtonPainter> painter, const Element &element)
+    : Button(std::move(painter)), Draggable(0), DragBegin(L"DragBegin"), element(element) {
   Name.Set(element.ToolTip);
 }
 
-DockButton::DockButton(std::shared_ptr<IButtonPainter> painter, int index, const Element &element,
+DockButton::DockButton(std::shared_ptr<IButtonPainter> painter, const Element &element,
                        EventListener<PropertyChangeEventArgs<lumenor::Visibility>> *flyoutListener)
-    : DockButton(std::move(painter), index, element) {
+    : DockButton(std::move(painter), element) {
   if (element.ActionType != flyoutAction)
     return;
   flyout = std::make_shared<FlyoutWindow>(GetFlyoutRect(), element.Head, LoadDocument(element.ActionParams, false));

@@ -17,12 +17,12 @@ class FlyoutWindow;
 class DockButton : public Button {
 public:
   /// A row of a flyout, which opens no flyout of its own. Takes a copy of `element`.
-  DockButton(std::shared_ptr<IButtonPainter> painter, int index, const Element &element);
+  DockButton(std::shared_ptr<IButtonPainter> painter, const Element &element);
 
   /// A button of the bar. Takes a copy of `element`. An element of action type "xml" loads its document and gets a
   /// flyout, and `flyoutListener`, unless null, is called when it is shown or hidden; the caller keeps the listener
   /// alive.
-  DockButton(std::shared_ptr<IButtonPainter> painter, int index, const Element &element,
+  DockButton(std::shared_ptr<IButtonPainter> painter, const Element &element,
              EventListener<PropertyChangeEventArgs<lumenor::Visibility>> *flyoutListener);
   ~DockButton() override;
 
@@ -51,7 +51,6 @@ private:
   /// Notes the position of a mouse move and begins a drag where one is due; true when the mouse didn't move at all.
   bool OnMouseMove(int x, int y);
 
-  int index;
   Element element;
   std::shared_ptr<FlyoutWindow> flyout;
   int lastMouseX = -1;

@@ -121,7 +121,7 @@ std::shared_ptr<IButtonPainter> FlyoutWindow::MakePainter(const Element &element
 
 void FlyoutWindow::AddItem(const Element &element, const ButtonLayout &layout) {
   const int index = static_cast<int>(items.size());
-  const auto button = std::make_shared<DockButton>(MakePainter(element, layout), index, element);
+  const auto button = std::make_shared<DockButton>(MakePainter(element, layout), element);
   items.push_back(button);
   list.AddChild(button.get());
   ::SetWindowLongW(button->GetHandle(), GWL_ID, FirstFlyoutItemId + index);

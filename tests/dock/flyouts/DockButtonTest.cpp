@@ -32,7 +32,7 @@ protected:
 
   /// A button of the bar, 77 by 77 at (30, 0).
   std::shared_ptr<DockButton> MakeButton(const Element &element) {
-    auto button = std::make_shared<DockButton>(painter, 0, element, &visibilityListener);
+    auto button = std::make_shared<DockButton>(painter, element, &visibilityListener);
     const RECT bounds = {30, 0, 107, 77};
     button->SetBounds(&bounds);
     bar.canvas.AddChild(button.get());
@@ -74,7 +74,7 @@ TEST_F(DockButtonTest, CarriesItsElement) {
 }
 
 TEST_F(DockButtonTest, AttachesItsPainterWithItsWindow) {
-  const auto button = std::make_shared<DockButton>(painter, 0, MakeElement(L"Mail"), nullptr);
+  const auto button = std::make_shared<DockButton>(painter, MakeElement(L"Mail"), nullptr);
   EXPECT_EQ(0, painter->attaches);
   bar.canvas.AddChild(button.get());
   EXPECT_EQ(1, painter->attaches);
@@ -145,7 +145,7 @@ TEST_F(DockButtonTest, CountsOnAUsualFlyoutWhenItHasNone) {
 }
 
 TEST_F(DockButtonTest, TakesItsPlaceForTheScreensWithoutAParent) {
-  DockButton button(painter, 0, MakeElement(L"Mail"), nullptr);
+  DockButton button(painter, MakeElement(L"Mail"), nullptr);
   const RECT bounds = {30, 10, 107, 87};
   button.SetBounds(&bounds);
   EXPECT_EQ(Rect(30, 89, 270, 331), button.GetFlyoutRect());

@@ -46,7 +46,7 @@ protected:
 
   /// A button of the bar's size for `element` in the bar's upper left corner.
   std::shared_ptr<DockButton> MakeButton(const Element &element) {
-    const auto button = std::make_shared<DockButton>(MakePainter(element), 0, element, nullptr);
+    const auto button = std::make_shared<DockButton>(MakePainter(element), element, nullptr);
     const RECT bounds = {0, 0, 77, 77};
     button->SetBounds(&bounds);
     bar.canvas.AddChild(button.get());

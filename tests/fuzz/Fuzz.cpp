@@ -12,7 +12,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <map>
 #include <string>
 #include <thread>
 
@@ -179,6 +178,7 @@ DWORD WaitForEnd(HANDLE process, const Shared &shared) {
 
 void Keep(std::uint64_t seed, std::uint64_t index, const std::wstring &folder) {
   const Scene scene;
+  ::SHCreateDirectoryExW(nullptr, folder.c_str(), nullptr);
   const Target &target = Targets()[index % Targets().size()];
   const std::string name = std::string(target.name) + "-" + std::to_string(seed) + "-" + std::to_string(index);
   tests::WriteBytes(folder + L"\\" + std::wstring(name.begin(), name.end()) + L"." + target.extension,
@@ -215,6 +215,12 @@ int Run(std::chrono::seconds time, std::uint64_t count, std::uint64_t seed, cons
   return findings == 0 ? 0 : 1;
 }
 
+/// The shell takes no other separators.
+std::wstring Path(std::wstring text) {
+  std::ranges::replace(text, L'/', L'\\');
+  return text;
+}
+
 std::uint64_t Number(const wchar_t *text) { return std::wcstoull(text, nullptr, 10); }
 
 } // namespace
@@ -224,9 +230,9 @@ int wmain(int count, wchar_t **words) {
   using namespace lumenor::fuzz;
   const std::wstring task = count > 1 ? words[1] : L"";
   if (task == L"run" && count == 6)
-    return Run(std::chrono::seconds(Number(words[2])), Number(words[3]), Number(words[4]), words[5]);
+    return Run(std::chrono::seconds(Number(words[2])), Number(words[3]), Number(words[4]), Path(words[5]));
   if (task == L"files" && count == 3)
-    return TakeFiles(words[2]);
+    return TakeFiles(Path(words[2]));
   if (task == L"take" && count == 4)
     return TakeInputs(Number(words[2]), *View(OpenShared(words[3])));
   std::printf("fuzz run SECONDS COUNT SEED FOLDER | fuzz files FOLDER\n");

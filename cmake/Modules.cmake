@@ -24,6 +24,32 @@ target_link_options(lumenor_options INTERFACE -Wl,--no-insert-timestamp $<$<CONF
 set(LUMENOR_PLATFORM_LIBRARIES
   ole32 oleaut32 uuid shell32 shlwapi comctl32 advapi32 gdi32 user32 d2d1 dwrite windowscodecs rpcrt4)
 
+# The headers of the platform and of the library, read once for all sources: a third of the time of a build from nothing.
+# The release build goes without, so that a header that a source forgets to include is noticed.
+set(LUMENOR_COMMON_HEADERS ${CMAKE_SOURCE_DIR}/src/system/Windows.h
+  <algorithm> <array> <chrono> <functional> <map> <memory> <optional> <stdexcept> <string> <thread> <vector>
+  <commctrl.h> <d2d1.h> <dwrite.h> <shlobj.h> <shobjidl.h> <wincodec.h> <wrl/client.h>)
+if(CMAKE_BUILD_TYPE STREQUAL Debug AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  option(LUMENOR_PRECOMPILE "Precompile the common headers" ON)
+endif()
+if(LUMENOR_PRECOMPILE AND CCACHE_PROGRAM)
+  # What ccache wants to be told before it keeps objects that were made with a precompiled header.
+  add_compile_options(-fpch-preprocess)
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE_PROGRAM})
+endif()
+
+# lumenor_precompile(<target> <target that makes the header> [<further header>...])
+function(lumenor_precompile target maker)
+  if(NOT LUMENOR_PRECOMPILE)
+    return()
+  elseif(target STREQUAL maker)
+    target_precompile_headers(${target} PRIVATE ${LUMENOR_COMMON_HEADERS} ${ARGN})
+  else()
+    target_precompile_headers(${target} REUSE_FROM ${maker})
+  endif()
+endfunction()
+
 # lumenor_module(<name> <list of folders> [<module it links>...]). The file with the entry function isn't part of its
 # module, so that tests can link the rest.
 function(lumenor_module name folders)
@@ -35,6 +61,7 @@ function(lumenor_module name folders)
   if(sources)
     add_library(${name} STATIC ${sources} ${headers})
     set(scope PUBLIC)
+    lumenor_precompile(${name} system)
   else()
     add_library(${name} INTERFACE)
     set(scope INTERFACE)

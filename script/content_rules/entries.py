@@ -114,7 +114,7 @@ def check_action(found, path, node, actions=ACTIONS):
 
 
 def is_document_name(name):
-    if not re.fullmatch(r"(?:[A-Za-z_]|[^\x00-\x7f])(?:[A-Za-z0-9_.-]|[^\x00-\x7f])*", name):
+    if len(name) > 128 or not re.fullmatch(r"(?:[A-Za-z_]|[^\x00-\x7f])(?:[A-Za-z0-9_.-]|[^\x00-\x7f])*", name):
         return False
     return not re.fullmatch(r"(?i:con|prn|aux|nul|(com|lpt)\d)", name.partition(".")[0])
 

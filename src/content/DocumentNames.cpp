@@ -13,6 +13,9 @@ namespace {
 
 constexpr wchar_t firstBeyondAscii = 0x80;
 
+/// A longer name may not fit into a path, and a document that can't be written keeps the bar from coming up.
+constexpr std::size_t longestName = 128;
+
 /// Files of these names are devices, whatever follows the first dot.
 constexpr std::array<std::wstring_view, 4> devices = {L"con", L"prn", L"aux", L"nul"};
 constexpr std::array<std::wstring_view, 2> numberedDevices = {L"com", L"lpt"};
@@ -50,7 +53,8 @@ bool ParserAllows(const std::wstring &name) {
 } // namespace
 
 bool IsDocumentName(const std::wstring &name) {
-  if (name.empty() || !CanBegin(name[0]) || !std::all_of(name.begin(), name.end(), CanFollow) || IsDevice(name))
+  if (name.empty() || name.size() > longestName || !CanBegin(name[0]) ||
+      !std::all_of(name.begin(), name.end(), CanFollow) || IsDevice(name))
     return false;
   return std::none_of(name.begin(), name.end(), IsBeyondAscii) || ParserAllows(name);
 }

@@ -16,7 +16,8 @@ inline constexpr wchar_t jumpListDocumentName[] = L"Lumenor.MainFrame.Controls.J
 inline constexpr wchar_t forYouListName[] = L"Lumenor.MainFrame.Controls.DockPopup.ForYou";
 
 /// Whether a document can have this name, which is also an element's, a step of an XPath and a file's: one that XML
-/// allows without a prefix, and that isn't the platform's for a device. Needs a thread that has initialised COM.
+/// allows without a prefix, of at most 128 characters, and that isn't the platform's for a device. Needs a thread that
+/// has initialised COM.
 bool IsDocumentName(const std::wstring &name);
 
 } // namespace lumenor

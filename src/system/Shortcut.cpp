@@ -76,15 +76,14 @@ template <typename Character> bool HoldsText(std::string_view part, std::size_t 
   return false;
 }
 
-/// The part that begins at the offset at `at` with its own length, which is at least `least`; empty when the offset is
-/// 0 or the part isn't within `part`, and then `isGood` is false in the second case.
-std::string_view PartAt(std::string_view part, std::size_t at, std::size_t least, bool &isGood) {
-  const auto offset = NumberAt<std::uint32_t>(part, at);
-  if (offset && *offset == 0)
-    return {};
-  const auto length = offset ? NumberAt<std::uint32_t>(part, *offset) : std::nullopt;
-  isGood = isGood && length && *length >= least && part.size() - *offset >= *length;
-  return isGood ? part.substr(*offset, *length) : std::string_view();
+/// Whether the offset at `at` is 0 or that of a part within `whole` which begins with its own length, at least `least`,
+/// and of which `isGood` holds.
+template <typename Check> bool HoldsPart(std::string_view whole, std::size_t at, std::size_t least, Check isGood) {
+  const auto offset = NumberAt<std::uint32_t>(whole, at);
+  if (!offset || *offset == 0)
+    return offset.has_value();
+  const std::uint32_t length = NumberAt<std::uint32_t>(whole, *offset).value_or(0);
+  return length >= least && whole.size() - *offset >= length && isGood(whole.substr(*offset, length));
 }
 
 /// Where the target was: its volume, its path, its server.
@@ -100,11 +99,10 @@ bool TakePlace(std::string_view &bytes) {
   bool isGood = HoldsText<char>(place, 16) && HoldsText<char>(place, 24);
   if (*head >= headWithWideTexts)
     isGood = isGood && HoldsText<char16_t>(place, 28) && HoldsText<char16_t>(place, 32);
-  if (const auto volume = PartAt(place, 12, leastVolume, isGood); !volume.empty())
-    isGood = isGood && HoldsText<char>(volume, 12);
-  if (const auto server = PartAt(place, 20, leastServer, isGood); !server.empty())
-    isGood = isGood && HoldsText<char>(server, 8) && HoldsText<char>(server, 12);
-  return isGood;
+  return isGood &&
+         HoldsPart(place, 12, leastVolume, [](std::string_view volume) { return HoldsText<char>(volume, 12); }) &&
+         HoldsPart(place, 20, leastServer,
+                   [](std::string_view server) { return HoldsText<char>(server, 8) && HoldsText<char>(server, 12); });
 }
 
 bool TakeText(std::string_view &bytes, std::size_t characterBytes) {

@@ -378,11 +378,45 @@ TEST_F(Documents, WithADoctypeReadAsEmpty) {
 }
 
 /// What XML has no element for, what a path would be led astray by, and what the platform keeps for its devices.
-const std::wstring noNames[] = {L"",    L" ",    L"My Tools", L"a ",        L" a",     L"a'b",  L"a\"b",     L"a:b",
-                                L":",   L"..",   L".",        L"..\\Tools", L"a\\b",   L"a/b",  L"../Tools", L"C:\\a",
-                                L"1st", L"-a",   L".a",       L"<",         L"a&b",    L"a><b", L"a*",       L"a?b",
-                                L"a|b", L"a[1]", L"a(b)",     L"a=b",       L"a\tb",   L"a\nb", L"a%b",      L"CON",
-                                L"nul", L"Com1", L"LPT9",     L"aux.Tools", L"PRN.a.b"};
+const std::wstring noNames[] = {L"",
+                                L" ",
+                                L"My Tools",
+                                L"a ",
+                                L" a",
+                                L"a'b",
+                                L"a\"b",
+                                L"a:b",
+                                L":",
+                                L"..",
+                                L".",
+                                L"..\\Tools",
+                                L"a\\b",
+                                L"a/b",
+                                L"../Tools",
+                                L"C:\\a",
+                                L"1st",
+                                L"-a",
+                                L".a",
+                                L"<",
+                                L"a&b",
+                                L"a><b",
+                                L"a*",
+                                L"a?b",
+                                L"a|b",
+                                L"a[1]",
+                                L"a(b)",
+                                L"a=b",
+                                L"a\tb",
+                                L"a\nb",
+                                L"a%b",
+                                L"CON",
+                                L"nul",
+                                L"Com1",
+                                L"LPT9",
+                                L"aux.Tools",
+                                L"PRN.a.b",
+                                std::wstring(129, L'a'),
+                                std::wstring(9000, L'a')};
 
 /// The log can't always show these.
 const std::wstring noNamesBeyondAscii[] = {L"a\u00A0b", L"a\u3000", L"\u2026", L"\uFFFE", L"\u0301", {L'a', 0xD800}};
@@ -429,8 +463,9 @@ TEST_F(Documents, OfNoNameAreNotBuiltFromTheStubsOfAll) {
 }
 
 TEST_F(Documents, OfAnyNameThatAnElementMayHaveAreKept) {
+  const std::wstring longest(128, L'a');
   for (const wchar_t *good : {L"a", L"_", L"A.B-C_9", L"\u00DC\u00E9", L"\u65E5\u672C", L"\u05E9", L"Console", L"COM10",
-                              L"NULL.Tools", L"a.CON"}) {
+                              L"NULL.Tools", L"a.CON", longest.c_str()}) {
     SaveDocument({Named(good, 1)}, good);
     EXPECT_THAT(LoadDocument(good, false), ElementsAre(Named(good, 1))) << tests::Utf8(good);
   }

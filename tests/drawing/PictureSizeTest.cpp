@@ -69,7 +69,8 @@ TEST(ClaimedPictureSize, IsReadFromEachKindOfPicture) {
 
 TEST(ClaimedPictureSize, OfABitmapWithTheTopRowFirstIsWithoutTheSign) {
   EXPECT_EQ((PictureSize{2, 3}), SizeIn(Bmp(2, static_cast<std::uint32_t>(-3))));
-  EXPECT_EQ((PictureSize{0x80000000, 0x7FFFFFFF}), SizeIn(Bmp(0x80000000, 0x7FFFFFFF)));
+  EXPECT_EQ((PictureSize{0x80000000, 0x80000000}), SizeIn(Bmp(0x80000000, 0x80000000)));
+  EXPECT_EQ((PictureSize{0xFFFFFFFF, 2}), SizeIn(Icon(BitmapHeader(0xFFFFFFFF, static_cast<std::uint32_t>(-2)))));
 }
 
 TEST(ClaimedPictureSize, IsUnknownForAllElse) {

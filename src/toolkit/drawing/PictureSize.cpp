@@ -55,7 +55,7 @@ std::optional<PictureSize> BitmapSize(Bytes &bytes, std::uint64_t offset) {
     return PictureSize{bytes.Small(4), bytes.Small(6)};
   if (length < 16 || length > sizeof(BITMAPV5HEADER))
     return {};
-  return PictureSize{Distance(bytes.Number(4)), Distance(bytes.Number(8))};
+  return PictureSize{bytes.Number(4), Distance(bytes.Number(8))};
 }
 
 std::optional<PictureSize> PngSize(Bytes &bytes, std::uint64_t offset) {

@@ -221,8 +221,8 @@ const Lines composedDialog = {
     "    DockPanel 32 334 696 116",
     "      StackPanel 0 0 696 116",
     "        Button 576 8 120 40",
-    "        CheckedButton 0 0 420 28",
-    "        CheckedButton 0 28 420 28",
+    "        CheckBox 0 0 420 28",
+    "        CheckBox 0 28 420 28",
     "        TextElement 20 64", // as wide and high as its font makes it
 };
 
@@ -267,8 +267,8 @@ const Lines composedDenseDialog = {
     "    DockPanel 48 501 1044 174",
     "      StackPanel 0 0 1044 174",
     "        Button 864 12 180 60",
-    "        CheckedButton 0 0 630 42",
-    "        CheckedButton 0 42 630 42",
+    "        CheckBox 0 0 630 42",
+    "        CheckBox 0 42 630 42",
     "        TextElement 20 96",
 };
 

@@ -1,6 +1,7 @@
 #include "e2e/Input.h"
 
 #include <cstring>
+#include <optional>
 
 #include "e2e/Screen.h"
 #include "support/InputEvents.h"
@@ -40,16 +41,32 @@ void SendUnit(wchar_t unit, DWORD flags) {
   Send(input, typingPace);
 }
 
+std::optional<POINT> handPlace; // where the cursor was moved last
+
+/// Takes the cursor back to where the hand is: a receiver that is late with the reports of its display moves it to
+/// where it was before.
+void HoldStill() {
+  if (handPlace && !tests::IsCursorAt(*handPlace))
+    MoveCursor(*handPlace);
+}
+
 } // namespace
 
 void MoveCursor(POINT point) {
+  handPlace = point;
   Send(MoveInput(point));
   WaitFor([&] { return tests::IsCursorAt(point); });
 }
 
-void PressLeftButton() { Send(MouseInput(MOUSEEVENTF_LEFTDOWN)); }
+void PressLeftButton() {
+  HoldStill();
+  Send(MouseInput(MOUSEEVENTF_LEFTDOWN));
+}
 
-void ReleaseLeftButton() { Send(MouseInput(MOUSEEVENTF_LEFTUP)); }
+void ReleaseLeftButton() {
+  HoldStill();
+  Send(MouseInput(MOUSEEVENTF_LEFTUP));
+}
 
 void Click(POINT point) {
   MoveCursor(point);
@@ -63,6 +80,7 @@ void PressKey(WORD virtualKey) {
 }
 
 void ClickAtOnce(POINT point) {
+  handPlace = point;
   INPUT inputs[] = {MoveInput(point), MouseInput(MOUSEEVENTF_LEFTDOWN), MouseInput(MOUSEEVENTF_LEFTUP)};
   ::SendInput(3, inputs, sizeof(INPUT));
 }

@@ -12,9 +12,9 @@ namespace {
 using namespace std::literals;
 
 /// Bytes of a stream by their offset; none where the stream has no more.
-class Bytes {
+class PictureBytes {
 public:
-  explicit Bytes(IStream *stream) : stream(stream) {}
+  explicit PictureBytes(IStream *stream) : stream(stream) {}
 
   /// Reads the `count` bytes from `offset` on; at most as many as the buffer holds. False when they aren't all there.
   bool Read(std::uint64_t offset, std::size_t count) {
@@ -47,7 +47,7 @@ std::uint32_t Distance(std::uint32_t number) {
 }
 
 /// The header of a bitmap, which starts with its own length; the oldest kind has sides of two bytes.
-std::optional<PictureSize> BitmapSize(Bytes &bytes, std::uint64_t offset) {
+std::optional<PictureSize> BitmapSize(PictureBytes &bytes, std::uint64_t offset) {
   if (!bytes.Read(offset, 12))
     return {};
   const std::uint32_t length = bytes.Number(0);
@@ -58,7 +58,7 @@ std::optional<PictureSize> BitmapSize(Bytes &bytes, std::uint64_t offset) {
   return PictureSize{bytes.Number(4), Distance(bytes.Number(8))};
 }
 
-std::optional<PictureSize> PngSize(Bytes &bytes, std::uint64_t offset) {
+std::optional<PictureSize> PngSize(PictureBytes &bytes, std::uint64_t offset) {
   if (!bytes.Read(offset, 24) || !bytes.StartWith("\x89PNG\r\n\x1a\n"sv))
     return {};
   return PictureSize{bytes.NumberFromTop(16), bytes.NumberFromTop(20)};
@@ -66,7 +66,7 @@ std::optional<PictureSize> PngSize(Bytes &bytes, std::uint64_t offset) {
 
 /// The picture that the first entry of an icon's directory points to: a PNG, or a bitmap whose height is that of the
 /// picture and of its mask.
-std::optional<PictureSize> IconSize(Bytes &bytes) {
+std::optional<PictureSize> IconSize(PictureBytes &bytes) {
   if (!bytes.Read(0, 22))
     return {};
   const std::uint32_t offset = bytes.Number(18);
@@ -76,7 +76,7 @@ std::optional<PictureSize> IconSize(Bytes &bytes) {
 
 /// The sizes stand in the frame header, one of the segments that follow the first two bytes.
 /// Pictures have some twenty of these; what has thousands is refused like one that is too large.
-std::optional<PictureSize> JpegSize(Bytes &bytes) {
+std::optional<PictureSize> JpegSize(PictureBytes &bytes) {
   std::uint64_t offset = 2;
   for (int segment = 0; segment < 4096; ++segment) {
     if (!bytes.Read(offset, 9) || bytes.Byte(0) != 0xFF)
@@ -94,7 +94,7 @@ std::optional<PictureSize> JpegSize(Bytes &bytes) {
 } // namespace
 
 std::optional<PictureSize> ClaimedSize(IStream *stream) {
-  Bytes bytes(stream);
+  PictureBytes bytes(stream);
   if (!bytes.Read(0, 10))
     return {};
   if (bytes.StartWith("GIF8"sv))

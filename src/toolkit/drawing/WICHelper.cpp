@@ -77,7 +77,7 @@ ComPtr<IWICBitmapFrameDecode> FirstFrame(IWICBitmapDecoder *decoder) {
   return frame;
 }
 
-PictureSize SizeOf(IWICBitmapSource *source) {
+PictureSize PixelSize(IWICBitmapSource *source) {
   PictureSize size;
   ThrowIfFailed(source->GetSize(&size.width, &size.height));
   return size;
@@ -89,7 +89,7 @@ ComPtr<IWICBitmapFrameDecode> DecodeFile(const std::wstring &path) {
     ThrowIfFailed(GetImagingFactory()->CreateDecoderFromFilename(path.c_str(), nullptr, GENERIC_READ,
                                                                  WICDecodeMetadataCacheOnLoad, &decoder));
   ComPtr<IWICBitmapFrameDecode> frame = FirstFrame(decoder.Get());
-  RequireBearable(SizeOf(frame.Get()), path);
+  RequireBearable(PixelSize(frame.Get()), path);
   return frame;
 }
 
@@ -107,7 +107,7 @@ PictureSize LimitedSize(PictureSize size) {
 }
 
 ComPtr<IWICBitmapSource> LimitToIconSize(IWICBitmapSource *frame) {
-  const PictureSize size = LimitedSize(SizeOf(frame));
+  const PictureSize size = LimitedSize(PixelSize(frame));
   ComPtr<IWICBitmapScaler> scaler;
   ThrowIfFailed(GetImagingFactory()->CreateBitmapScaler(&scaler));
   ThrowIfFailed(scaler->Initialize(frame, size.width, size.height, WICBitmapInterpolationModeCubic));
@@ -249,7 +249,7 @@ void SaveHBitmapAsPng(HBITMAP source, const std::wstring &path) {
 }
 
 HRESULT WritePng(IWICBitmapSource *source, IWICStream *stream) try {
-  const PictureSize size = SizeOf(source);
+  const PictureSize size = PixelSize(source);
   WICPixelFormatGUID pixelFormat{};
   ThrowIfFailed(source->GetPixelFormat(&pixelFormat));
   ComPtr<IWICBitmapEncoder> encoder;

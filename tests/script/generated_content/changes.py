@@ -20,8 +20,8 @@ def twin(node, text=None):
     made = copy.deepcopy(node)
     if text is None:
         return made
-    if made.spec is not None and made.spec.value is not None:
-        made.items = ["777" if made.spec.value.base == "int" else text]
+    if made.declaration is not None and made.declaration.value is not None:
+        made.items = ["777" if made.declaration.value.base == "int" else text]
     made.items = [twin(item, text) if isinstance(item, Node) else item for item in made.items]
     return made
 
@@ -271,7 +271,7 @@ def of_node(node, parent):
         yield name, "", change
     for name, change in WITHIN_ELEMENTS.items():
         yield name, "", lambda _, node, change=change: change(node)
-    if node.spec.value is not None:
+    if node.declaration.value is not None:
         for name, change in OF_TEXTS.items():
             yield name, "", lambda _, node, change=change: change(node)
         yield from of_value(node)
@@ -281,7 +281,7 @@ def of_node(node, parent):
 
 def of_value(node):
     present = node.items[0] if node.items else ""
-    words = PARAMS[node.get("name")] if node.name == "param" else words_for(node.spec.value, present)
+    words = PARAMS[node.get("name")] if node.name == "param" else words_for(node.declaration.value, present)
     for word in words:
         if word != present:
             yield f"value {word}", "", lambda _, node, word=word: setattr(node, "items", [word] if word else [])
@@ -298,7 +298,7 @@ def of_attribute(node, number, name, value):
 
     for change, made in OF_ATTRIBUTES.items():
         yield change, f"@{name}", put(made(name, value))
-    known = next(attribute for attribute in node.spec.attributes if attribute.name == name)
+    known = next(attribute for attribute in node.declaration.attributes if attribute.name == name)
     for word in words_for(known.value, value):
         yield f"value {word}", f"@{name}", put([[name, word]])
 

@@ -41,7 +41,7 @@ class Node:
     name: str
     attributes: list = field(default_factory=list)  # [name, value]
     items: list = field(default_factory=list)  # Node, str or Raw
-    spec: object = None  # what the grammar says of it; None for what it doesn't know
+    declaration: object = None  # what the grammar says of it; None for what it doesn't know
 
     def nodes(self):
         return [item for item in self.items if isinstance(item, Node)]
@@ -84,38 +84,38 @@ class Maker:
         self.name, self.full, self.made_conditions, self.made_texts, self.used = name, full, 0, 0, []
         return self.node(self.grammar.root())
 
-    def node(self, spec):
-        if spec.name == "Condition":
-            return self.condition(spec)
-        node = Node(self.name if spec.name == DOCUMENT else spec.name, spec=spec)
-        for attribute in spec.attributes:
+    def node(self, declaration):
+        if declaration.name == "Condition":
+            return self.condition(declaration)
+        node = Node(self.name if declaration.name == DOCUMENT else declaration.name, declaration=declaration)
+        for attribute in declaration.attributes:
             if attribute.required or self.full or self.random.random() < 0.5:
-                node.attributes.append([attribute.name, self.text(attribute.value, spec.name)])
-        if spec.value is not None:
-            node.items = [text for text in [self.text(spec.value, spec.name)] if text]
-        node.items += self.children(spec)
+                node.attributes.append([attribute.name, self.text(attribute.value, declaration.name)])
+        if declaration.value is not None:
+            node.items = [text for text in [self.text(declaration.value, declaration.name)] if text]
+        node.items += self.children(declaration)
         return node
 
-    def condition(self, spec):
+    def condition(self, declaration):
         kind, params = CONDITIONS[self.made_conditions] if self.full else self.random.choice(CONDITIONS)
         self.made_conditions += 1
-        (param,) = spec.children
+        (param,) = declaration.children
         return Node("Condition", [["type", kind]], [
-            Node("param", [["name", name]], [text] if text else [], param) for name, text in params.items()], spec)
+            Node("param", [["name", name]], [text] if text else [], param) for name, text in params.items()], declaration)
 
-    def children(self, spec):
-        wanted = [child for child in spec.children if not spec.is_choice or child.name == self.name]
+    def children(self, declaration):
+        wanted = [child for child in declaration.children if not declaration.is_choice or child.name == self.name]
         made = [self.node(child) for child in wanted for _ in range(self.count(child))]
-        for name, attribute in spec.distinct:
+        for name, attribute in declaration.distinct:
             self.tell_apart([node for node in made if node.name == name], attribute)
         if not self.full and len(wanted) > 1:
             self.random.shuffle(made)
         return made
 
-    def count(self, spec):
+    def count(self, declaration):
         if self.full:
-            return min(spec.most, max(spec.least, 2))
-        return self.random.randint(spec.least, min(spec.most, max(spec.least, 3)))
+            return min(declaration.most, max(declaration.least, 2))
+        return self.random.randint(declaration.least, min(declaration.most, max(declaration.least, 3)))
 
     def text(self, value, element):
         if value.words and self.full:
@@ -132,7 +132,7 @@ class Maker:
 
     def tell_apart(self, nodes, name):
         """Gives the nodes different values of the attribute."""
-        known = next(attribute.value.words for node in nodes for attribute in node.spec.attributes
+        known = next(attribute.value.words for node in nodes for attribute in node.declaration.attributes
                      if attribute.name == name)
         for node, word in zip(nodes, self.random.sample(known, len(nodes))):
             node.attributes = [[key, word if key == name else value] for key, value in node.attributes]

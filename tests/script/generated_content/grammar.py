@@ -57,24 +57,24 @@ class Grammar:
     def root(self):
         """The element that a file has: the one that no other refers to and that isn't a document."""
         name = "UIRoot" if "UIRoot" in self.elements else next(iter(self.elements))
-        return self.spec(self.elements[name])
+        return self.declaration(self.elements[name])
 
     def documents(self):
         """The documents that the schema knows by name."""
         return [name for name, node in self.elements.items() if node.get("type") == "document"]
 
-    def spec(self, node):
+    def declaration(self, node):
         if node.tag == f"{XS}any":
-            return Spec(DOCUMENT, children=[self.spec(self.elements["Elements"])])
+            return Spec(DOCUMENT, children=[self.declaration(self.elements["Elements"])])
         least, most = int(node.get("minOccurs", 1)), node.get("maxOccurs", "1")
         if node.get("ref"):
             node = self.elements[node.get("ref")]
-        spec = Spec(node.get("name"), least, UNBOUNDED if most == "unbounded" else int(most))
-        self.take_type(spec, node)
-        self.take_constraints(spec, node)
-        return spec
+        declaration = Spec(node.get("name"), least, UNBOUNDED if most == "unbounded" else int(most))
+        self.take_type(declaration, node)
+        self.take_constraints(declaration, node)
+        return declaration
 
-    def take_type(self, spec, node):
+    def take_type(self, declaration, node):
         name = node.get("type")
         if name is None:
             inner = [child for child in node if child.tag in (f"{XS}complexType", f"{XS}simpleType")]
@@ -82,41 +82,41 @@ class Grammar:
         elif name in self.types:
             definition = self.types[name]
         else:
-            spec.value = self.value(name)
+            declaration.value = self.value(name)
             return
         if definition.tag == f"{XS}simpleType":
-            spec.value = self.simple(definition)
+            declaration.value = self.simple(definition)
         else:
-            self.take_content(spec, definition)
+            self.take_content(declaration, definition)
 
-    def take_content(self, spec, definition):
+    def take_content(self, declaration, definition):
         for node in definition:
             tag = node.tag.removeprefix(XS)
             if tag in ("sequence", "all"):
-                spec.children += [self.spec(child) for child in node]
+                declaration.children += [self.declaration(child) for child in node]
             elif tag == "choice":
-                spec.children += [self.spec(child) for child in node]
+                declaration.children += [self.declaration(child) for child in node]
                 if node.get("maxOccurs") == "unbounded":
-                    for child in spec.children:
+                    for child in declaration.children:
                         child.least, child.most = 0, UNBOUNDED
                 else:
-                    spec.is_choice = True
+                    declaration.is_choice = True
             elif tag == "attribute":
                 value = self.value(node.get("type"))
-                spec.attributes.append(Attribute(node.get("name"), value, node.get("use") == "required"))
+                declaration.attributes.append(Attribute(node.get("name"), value, node.get("use") == "required"))
             elif tag in ("simpleContent", "complexContent"):
                 (extension,) = node
                 base = extension.get("base")
                 if tag == "simpleContent":
-                    spec.value = self.value(base)
+                    declaration.value = self.value(base)
                 else:
-                    self.take_content(spec, self.types[base])
-                self.take_content(spec, extension)
+                    self.take_content(declaration, self.types[base])
+                self.take_content(declaration, extension)
             else:
-                raise ValueError(f"{spec.name}: {tag} is new here")
+                raise ValueError(f"{declaration.name}: {tag} is new here")
 
     @staticmethod
-    def take_constraints(spec, node):
+    def take_constraints(declaration, node):
         for constraint in node:
             kind = constraint.tag.removeprefix(XS)
             if kind not in ("unique", "key"):
@@ -124,9 +124,9 @@ class Grammar:
             selector = constraint.find(f"{XS}selector").get("xpath")
             place = constraint.find(f"{XS}field").get("xpath")
             if selector != ".":
-                spec.distinct.add((selector, place.removeprefix("@")))
+                declaration.distinct.add((selector, place.removeprefix("@")))
                 continue
-            for child in spec.children:
+            for child in declaration.children:
                 if child.name == place:
                     child.least, child.most = int(kind == "key"), 1
 

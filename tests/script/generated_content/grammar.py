@@ -23,7 +23,7 @@ class Attribute:
 
 
 @dataclass
-class Spec:
+class Declaration:
     """An element: how often it may stand in its parent, and what it may hold."""
     name: str
     least: int = 1
@@ -65,11 +65,11 @@ class Grammar:
 
     def declaration(self, node):
         if node.tag == f"{XS}any":
-            return Spec(DOCUMENT, children=[self.declaration(self.elements["Elements"])])
+            return Declaration(DOCUMENT, children=[self.declaration(self.elements["Elements"])])
         least, most = int(node.get("minOccurs", 1)), node.get("maxOccurs", "1")
         if node.get("ref"):
             node = self.elements[node.get("ref")]
-        declaration = Spec(node.get("name"), least, UNBOUNDED if most == "unbounded" else int(most))
+        declaration = Declaration(node.get("name"), least, UNBOUNDED if most == "unbounded" else int(most))
         self.take_type(declaration, node)
         self.take_constraints(declaration, node)
         return declaration

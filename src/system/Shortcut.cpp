@@ -1,12 +1,10 @@
 #include "system/Shortcut.h"
 
-#include <array>
 #include <cstdint>
 #include <cstring>
 #include <optional>
 
 #include "system/FileReading.h"
-#include "system/HResultError.h"
 #include "system/Log.h"
 #include "system/Text.h"
 

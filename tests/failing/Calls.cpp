@@ -42,6 +42,20 @@ bool IsCounted(bool isAllocation) {
   return state.kind == Kind::OtherCalls ? !IsMainThread() : IsMainThread() && state.ownCode == 0;
 }
 
+/// A number for the product's nearest functions on the stack: calls of helpers differ by who asks for the help.
+std::uint64_t PathToHere() {
+  constexpr int nearest = 4;
+  std::array<void *, 12> stack = {};
+  const int size = ::CaptureStackBackTrace(1, static_cast<DWORD>(stack.size()), stack.data(), nullptr);
+  std::uint64_t path = 0;
+  for (int i = 0, taken = 0; i < size && taken < nearest; ++i)
+    if (const auto place = stack[static_cast<std::size_t>(i)]; IsProductCode(place)) {
+      path = path * 1'000'003 + reinterpret_cast<std::uintptr_t>(place);
+      ++taken;
+    }
+  return path;
+}
+
 /// Counts one; whether it is the one that fails.
 bool Count(const Site &site) {
   const std::uint64_t number = ++state.counted;
@@ -111,9 +125,11 @@ extern "C" int LumenorFails(PlatformCall *call, void **frame) {
   if (!IsCounted(false) || !IsProductCode(frame[0]))
     return 0;
   ++call->calls;
-  const Site site = {call, frame[0]};
-  if (state.kind == Kind::Calls && state.number == 0)
+  Site site = {call, frame[0]};
+  if (state.kind == Kind::Calls && state.number == 0) {
+    site.path = PathToHere();
     Note(site);
+  }
   if (!Count(site))
     return 0;
   if (call->how->actsAllTheSame) {

@@ -32,6 +32,7 @@ enum class Kind {
 struct Site {
   const PlatformCall *call; // null for an allocation
   const void *from;         // the code behind the call; null for an allocation
+  std::uint64_t path = 0;   // made of that and of the product's functions above, where calls are noted
   bool operator==(const Site &) const = default;
 };
 

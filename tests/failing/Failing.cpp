@@ -107,7 +107,7 @@ public:
     std::vector<std::string> problems = JudgeRun(scenario, traces);
     World::ForgetReports();
     const Traces next = TakeTraces(world, RunPlainNoted());
-    for (std::string &problem : JudgeNextStart(scenario, measure, traces.heads, next))
+    for (std::string &problem : JudgeNextStart(scenario, measure, traces, next))
       problems.push_back(std::move(problem));
     if (const Texts left = world.Leftovers(); !left.empty())
       problems.push_back("files are left: " + Join(left));
@@ -160,10 +160,10 @@ private:
 
   /// The first call of each place.
   std::vector<std::uint64_t> NumbersOfPlaces() const {
-    std::set<std::pair<const void *, const void *>> seen;
+    std::set<std::pair<const void *, std::uint64_t>> seen;
     std::vector<std::uint64_t> numbers;
     for (std::uint64_t number = 1; number <= sites.size(); ++number)
-      if (const Site &site = sites[number - 1]; seen.emplace(site.call, site.from).second)
+      if (const Site &site = sites[number - 1]; seen.emplace(site.call, site.path).second)
         numbers.push_back(number);
     return numbers;
   }

@@ -29,8 +29,8 @@ struct Measure {
 /// What is wrong with a run in which a call failed; nothing when it went as a failure has to.
 std::vector<std::string> JudgeRun(const Scenario &scenario, const Traces &traces);
 
-/// What is wrong with the start after that, where nothing failed. `heads` is what was on the disk.
-std::vector<std::string> JudgeNextStart(const Scenario &scenario, const Measure &measure, const Texts &heads,
+/// What is wrong with the start after that, where nothing failed.
+std::vector<std::string> JudgeNextStart(const Scenario &scenario, const Measure &measure, const Traces &failed,
                                         const Traces &next);
 
 /// What was left behind beyond the measure, in words; empty when nothing was.

@@ -253,6 +253,7 @@ const Texts &World::Launches() { return launches; }
 IDropTarget *World::DropTarget() { return dropTarget; }
 
 Holdings World::CountHoldings() {
+  usageTracker = UsageTracker(); // ends with the process
   return {tests::CountKernelHandles(), tests::CountGdiObjects(), CountThreadWindows(), LiveBlocks()};
 }
 

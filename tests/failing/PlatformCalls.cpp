@@ -221,6 +221,14 @@ constexpr Reason reasons[] = {
      "RtlLookupFunctionEntry RtlUnwindEx RtlVirtualUnwind SetProcessAffinityMask SetThreadContext "
      "SetThreadPriority SetUnhandledExceptionFilter TlsAlloc TlsGetValue TlsSetValue "
      "TryEnterCriticalSection VirtualProtect VirtualQuery __C_specific_handler"},
+    {"only the test and the run-time libraries call it",
+     "AcquireSRWLockExclusive CopyFileW CreateFileMappingW CreateProcessW EnumChildWindows "
+     "EnumThreadWindows FindWindowExW FormatMessageA GetClassNameW GetCurrentDirectoryW GetExitCodeProcess "
+     "GetFileSize GetModuleHandleA GetProcessTimes GetSystemTimeAdjustment GetTempPathW GetThreadTimes "
+     "GlobalAlloc GlobalLock GlobalUnlock MapViewOfFile PeekMessageW QueryPerformanceCounter "
+     "QueryPerformanceFrequency RegCopyTreeW RegDeleteTreeW RegGetValueW ReleaseSRWLockExclusive "
+     "RemoveDirectoryW RtlCaptureStackBackTrace SetEnvironmentVariableW SetSystemTime TerminateProcess "
+     "UnmapViewOfFile VirtualAlloc lstrcmpW lstrcmpiW wsprintfW"},
     // clang-format on
 };
 

@@ -1,11 +1,11 @@
 #include "app/Cycles.h"
 
+#include "app/FailedStart.h"
 #include "app/JumpListPlatform.h"
 #include "dock/bar/MainDlg.h"
 #include "dock/DockMessages.h"
-#include "system/EventLog.h"
-#include "system/Guard.h"
 #include "system/Log.h"
+#include "system/WindowException.h"
 #include "system/Windows.h"
 
 namespace lumenor {
@@ -16,8 +16,6 @@ namespace {
 /// must not flood the log meanwhile. After a cycle that ends sooner, such as one whose pictures can't be drawn, the
 /// next one waits for the rest of it.
 constexpr DWORD cyclePauseMs = 1000;
-
-constexpr wchar_t failureText[] = L"Failed to initialize Lumenor";
 
 /// Runs until WM_QUIT. Window handlers handle their own failures; any other exception ends the cycle.
 void RunMessageLoop(CMainDlg &dock, MSG &message) {
@@ -48,9 +46,7 @@ bool TryCycle(MSG &message) {
     RunCycle(message);
     return true;
   } catch (...) {
-    ReportEventLogError(failureText);
-    LogFatal("%S", failureText);
-    LogFailedCall(failureText);
+    ReportFailedStart();
     return false;
   }
 }

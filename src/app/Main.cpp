@@ -4,6 +4,7 @@
 
 #include "app/CommandLine.h"
 #include "app/Cycles.h"
+#include "app/FailedStart.h"
 #include "app/SharedServices.h"
 #include "app/SingleInstance.h"
 #include "dock/bar/MainDlg.h"
@@ -57,11 +58,7 @@ int RunDock() {
   return exitCode;
 }
 
-} // namespace
-
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int) {
-  ::CoInitialize(nullptr);
-  const ScopeExit leaveCom([] { ::CoUninitialize(); });
+int Start(PCWSTR commandLine) {
   EnsureLogFolder();
   LogInfo("Dock Startup");
   if (!CheckCommandLine(commandLine))
@@ -70,4 +67,18 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int) {
   if (dockActivateMessage == 0)
     return RefusedExitCode;
   return RunDock();
+}
+
+} // namespace
+
+/// Cycles handle their own failures; one ahead of the first cycle ends the process.
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int) {
+  ::CoInitialize(nullptr);
+  const ScopeExit leaveCom([] { ::CoUninitialize(); });
+  try {
+    return Start(commandLine);
+  } catch (...) {
+    ReportFailedStart();
+    return RefusedExitCode;
+  }
 }

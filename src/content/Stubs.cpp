@@ -1,11 +1,13 @@
 #include "content/Stubs.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "content/DocumentFile.h"
 #include "content/DocumentNames.h"
 #include "content/ElementXml.h"
 #include "system/Handles.h"
+#include "system/HResultError.h"
 #include "system/Locale.h"
 #include "system/Log.h"
 #include "system/Paths.h"
@@ -51,6 +53,16 @@ void ProcessStub(const std::wstring &documentName, const std::wstring &path, Ele
   }
 }
 
+/// After a search that found nothing more: raises HResultError when that is a failure. A document built of the files
+/// before it would lack the others for good, and a rebuilt one would replace the user's.
+void RequireEndOfFiles() {
+  constexpr DWORD endings[] = {ERROR_NO_MORE_FILES, ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_DIRECTORY,
+                               ERROR_INVALID_NAME};
+  const DWORD error = ::GetLastError();
+  if (std::find(std::begin(endings), std::end(endings), error) == std::end(endings))
+    throw HResultError(HResultFromError(error));
+}
+
 } // namespace
 
 void ApplyStubs(const std::wstring &documentName) {
@@ -71,11 +83,14 @@ std::vector<std::wstring> FindStubFiles(const std::wstring &documentName, const 
   std::vector<std::wstring> names;
   WIN32_FIND_DATAW found = {};
   const FindHandle find(::FindFirstFileW(StubFilePath(locale, documentName + stubSuffix).c_str(), &found));
-  if (!find)
+  if (!find) {
+    RequireEndOfFiles();
     return names;
+  }
   do
     names.emplace_back(found.cFileName);
   while (::FindNextFileW(find.Get(), &found));
+  RequireEndOfFiles();
   return names;
 }
 

@@ -21,7 +21,8 @@ public:
 /// no document can have is logged, and nothing is written. Raises HResultError; the document's file is then unchanged.
 void ApplyStubs(const std::wstring &documentName);
 
-/// The bare file names of the document's stubs in a locale folder, in the order in which the platform lists them.
+/// The bare file names of the document's stubs in a locale folder, in the order in which the platform lists them; none
+/// without the folder. Raises HResultError when the folder can't be listed to its end.
 std::vector<std::wstring> FindStubFiles(const std::wstring &documentName, const std::wstring &locale);
 
 /// The full path of a stub file.

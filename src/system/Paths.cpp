@@ -50,7 +50,8 @@ bool PathIsMissing(const std::wstring &path) {
   if (PathExists(path))
     return false;
   const DWORD error = ::GetLastError();
-  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+  // A path that could not be expanded is another one than that of the file.
+  return !path.starts_with(L'%') && (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND);
 }
 
 bool FileExists(const std::wstring &path) {

@@ -16,7 +16,8 @@ std::wstring ExpandPath(const std::wstring &text);
 bool PathExists(const std::wstring &path);
 
 /// Whether the platform says that nothing is at the expanded `path`. False also when it doesn't know, as with a folder
-/// on a server that doesn't respond: a file that may be there must not be replaced.
+/// on a server that doesn't respond, or when the path still begins with a variable: a file that may be there must not
+/// be replaced.
 bool PathIsMissing(const std::wstring &path);
 
 /// Whether the platform finds a file at the expanded `path`; a folder isn't one.

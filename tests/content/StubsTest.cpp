@@ -4,10 +4,14 @@
 
 #include "content/Documents.h"
 #include "support/ComApartment.h"
+#include "support/ImportSlot.h"
 #include "support/KeptRegistryKey.h"
 #include "support/LogCapture.h"
 #include "support/TestFolders.h"
 #include "system/HResultError.h"
+
+extern "C" decltype(&::FindFirstFileW) __imp_FindFirstFileW;
+extern "C" decltype(&::FindNextFileW) __imp_FindNextFileW;
 
 namespace lumenor {
 namespace {
@@ -85,6 +89,36 @@ TEST_F(Stubs, FilesThatBeginWithTheNameAndEndInDstbAreFound) {
 }
 
 TEST_F(Stubs, WithoutTheFolderNoneIsFound) { EXPECT_THAT(FindStubFiles(name, L"xx_xx"), IsEmpty()); }
+
+HANDLE WINAPI FailToSearch(LPCWSTR, LPWIN32_FIND_DATAW) {
+  ::SetLastError(ERROR_ACCESS_DENIED);
+  return INVALID_HANDLE_VALUE;
+}
+
+BOOL WINAPI FailToGoOn(HANDLE, LPWIN32_FIND_DATAW) {
+  ::SetLastError(ERROR_ACCESS_DENIED);
+  return FALSE;
+}
+
+TEST_F(Stubs, AFolderThatCannotBeSearchedLeavesTheDocument) {
+  SaveDocument({Entry(L"mine", 1)}, name);
+  Write(L"xx_xx", L"1", ElementXml("stub", 1));
+  {
+    const tests::ImportSlot search(&__imp_FindFirstFileW, &FailToSearch);
+    EXPECT_THROW(ApplyStubs(name), HResultError);
+  }
+  EXPECT_THAT(LoadDocument(name, false), ElementsAre(Entry(L"mine", 1)));
+}
+
+TEST_F(Stubs, AFolderThatCannotBeListedToItsEndLeavesTheDocument) {
+  SaveDocument({Entry(L"mine", 1)}, name);
+  Write(L"xx_xx", L"1", ElementXml("stub", 1));
+  {
+    const tests::ImportSlot next(&__imp_FindNextFileW, &FailToGoOn);
+    EXPECT_THROW(ApplyStubs(name), HResultError);
+  }
+  EXPECT_THAT(LoadDocument(name, false), ElementsAre(Entry(L"mine", 1)));
+}
 
 TEST_F(Stubs, NoStubAnywhereWritesAnEmptyDocument) {
   ApplyStubs(name);

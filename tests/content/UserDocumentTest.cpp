@@ -6,9 +6,12 @@
 #include "support/ComApartment.h"
 #include "support/FailingDisk.h"
 #include "support/HeldFile.h"
+#include "support/ImportSlot.h"
 #include "support/LogCapture.h"
 #include "support/TestFolders.h"
 #include "system/HResultError.h"
+
+extern "C" decltype(&::ExpandEnvironmentStringsW) __imp_ExpandEnvironmentStringsW;
 
 namespace lumenor {
 namespace {
@@ -50,6 +53,32 @@ TEST_F(UserDocumentTest, ThatWasReadIsReplacedByAnyList) {
     EXPECT_EQ(list, Stored());
   }
   EXPECT_THAT(Files(), ElementsAre(FileName()));
+}
+
+int expansionsToSucceed = 0;
+decltype(&::ExpandEnvironmentStringsW) platformExpand = nullptr;
+
+DWORD WINAPI FailToExpandOnce(LPCWSTR text, LPWSTR expanded, DWORD size) {
+  return expansionsToSucceed-- == 0 ? 0 : platformExpand(text, expanded, size);
+}
+
+TEST_F(UserDocumentTest, WhosePathCannotBeExpandedOnceStays) {
+  int failing = 0;
+  for (bool hasFailed = true; hasFailed; ++failing) {
+    SaveDocument(Named({L"a", L"b"}), userDocumentName);
+    {
+      const ImportSlot expansions(&__imp_ExpandEnvironmentStringsW, &FailToExpandOnce);
+      platformExpand = expansions.Former();
+      expansionsToSucceed = failing;
+      UserDocument unsteady;
+      const ElementList list = unsteady.Load();
+      hasFailed = expansionsToSucceed < 0;
+      expansionsToSucceed = -1;
+      unsteady.Save(list);
+    }
+    EXPECT_EQ(Named({L"a", L"b"}), Stored()) << failing;
+  }
+  EXPECT_LT(2, failing);
 }
 
 TEST_F(UserDocumentTest, ThatWasMissingIsBuiltAndReplaced) {

@@ -16,6 +16,7 @@
 #include <thread>
 
 #include "fuzz/Targets.h"
+#include "support/ChildProcess.h"
 #include "support/ComApartment.h"
 #include "support/HandleCounts.h"
 #include "support/ProcessorTime.h"
@@ -38,30 +39,12 @@ constexpr auto longestSilence = std::chrono::seconds(60);
 constexpr ULONGLONG mostProcessorMs = 5'000; // of one input
 constexpr SIZE_T mostMemory = SIZE_T{1} << 30;
 constexpr int mostHandles = 100; // more than after the first inputs
-constexpr int crashStatus = 70;
 
 /// What the two processes know of each other.
 struct Shared {
   std::atomic<std::uint64_t> index; // of the input that is being taken
   std::atomic<std::uint64_t> end;   // before which input to end
 };
-
-KernelHandle OpenShared(const std::wstring &name) {
-  return KernelHandle(
-      ::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(Shared), name.c_str()));
-}
-
-Shared *View(const KernelHandle &mapping) {
-  return static_cast<Shared *>(::MapViewOfFile(mapping.Get(), FILE_MAP_ALL_ACCESS, 0, 0, sizeof(Shared)));
-}
-
-LONG WINAPI EndOnCrash(EXCEPTION_POINTERS *pointers) {
-  std::printf("crash: exception %08lx at %p\n", pointers->ExceptionRecord->ExceptionCode,
-              pointers->ExceptionRecord->ExceptionAddress);
-  std::fflush(stdout);
-  ::TerminateProcess(::GetCurrentProcess(), crashStatus);
-  return EXCEPTION_EXECUTE_HANDLER;
-}
 
 SIZE_T PeakMemory() {
   PROCESS_MEMORY_COUNTERS counters{};
@@ -92,7 +75,7 @@ std::string Take(const Target &target, const std::string &bytes) {
 class Scene {
 public:
   Scene() {
-    ::SetUnhandledExceptionFilter(EndOnCrash);
+    tests::EndOnCrash();
     ::SHCreateDirectoryExW(nullptr, ExpandPath(product::userFolder).c_str(), nullptr);
   }
 
@@ -145,37 +128,6 @@ int TakeFiles(const std::wstring &folder) {
   return findings == 0 && taken > 0 ? 0 : 1;
 }
 
-/// Starts this program again with these words; its handle.
-KernelHandle StartAgain(const std::wstring &words) {
-  wchar_t path[MAX_PATH] = {};
-  ::GetModuleFileNameW(nullptr, path, MAX_PATH);
-  std::wstring commandLine = L"\"" + std::wstring(path) + L"\" " + words;
-  STARTUPINFOW start = {};
-  start.cb = sizeof(start);
-  PROCESS_INFORMATION started = {};
-  ::CreateProcessW(path, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &started);
-  const KernelHandle thread(started.hThread);
-  return KernelHandle(started.hProcess);
-}
-
-/// Waits for the end of the process that takes inputs, and ends it when nothing moves; its status.
-DWORD WaitForEnd(HANDLE process, const Shared &shared) {
-  std::uint64_t last = shared.index;
-  Clock::time_point moved = Clock::now();
-  while (::WaitForSingleObject(process, 100) == WAIT_TIMEOUT) {
-    if (shared.index != last) {
-      last = shared.index;
-      moved = Clock::now();
-    } else if (Clock::now() - moved > longestSilence) {
-      std::printf("hung\n");
-      ::TerminateProcess(process, crashStatus);
-    }
-  }
-  DWORD status = crashStatus;
-  ::GetExitCodeProcess(process, &status);
-  return status;
-}
-
 void Keep(std::uint64_t seed, std::uint64_t index, const std::wstring &folder) {
   const Scene scene;
   ::SHCreateDirectoryExW(nullptr, folder.c_str(), nullptr);
@@ -188,20 +140,20 @@ void Keep(std::uint64_t seed, std::uint64_t index, const std::wstring &folder) {
 
 int Run(std::chrono::seconds time, std::uint64_t count, std::uint64_t seed, const std::wstring &folder) {
   const std::wstring name = L"LumenorFuzz" + std::to_wstring(::GetCurrentProcessId());
-  const KernelHandle mapping = OpenShared(name);
-  Shared &shared = *View(mapping);
+  const tests::SharedMemory<Shared> memory(name);
+  Shared &shared = memory.Get();
   const Clock::time_point end = Clock::now() + time;
   int findings = 0;
   while (shared.index < count && Clock::now() < end) {
     const std::uint64_t first = shared.index;
     shared.end = std::min(count, first + inputsOfAProcess);
-    const KernelHandle process = StartAgain(L"take " + std::to_wstring(seed) + L" " + name);
+    const KernelHandle process = tests::StartAgain(L"take " + std::to_wstring(seed) + L" " + name);
     std::thread stop([&, handle = process.Get()] { // no more inputs when the time is over
       const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
       if (::WaitForSingleObject(handle, static_cast<DWORD>(std::max<long long>(left, 0))) == WAIT_TIMEOUT)
         shared.end = 0;
     });
-    const DWORD status = WaitForEnd(process.Get(), shared);
+    const DWORD status = tests::WaitForChild(process.Get(), shared.index, longestSilence);
     stop.join();
     if (status == 0)
       continue;
@@ -234,7 +186,7 @@ int wmain(int count, wchar_t **words) {
   if (task == L"files" && count == 3)
     return TakeFiles(Path(words[2]));
   if (task == L"take" && count == 4)
-    return TakeInputs(Number(words[2]), *View(OpenShared(words[3])));
+    return TakeInputs(Number(words[2]), lumenor::tests::SharedMemory<Shared>(words[3]).Get());
   std::printf("fuzz run SECONDS COUNT SEED FOLDER | fuzz files FOLDER\n");
   return 2;
 }

@@ -82,6 +82,8 @@ void DragOff(Scene &scene) {
     Grab(buttons[from]);
     e2e::MoveCursor(farAway);
     e2e::LetGo(farAway);
+    // While it is dragged it looks like one that is gone.
+    Scene::Await([&] { return ::IsWindowVisible(buttons[from]) || !::IsWindow(buttons[from]); }, "a drag doesn't end");
   });
 }
 

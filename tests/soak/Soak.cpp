@@ -5,7 +5,7 @@
 //                                    wrong. FOLDER, as this program sees it, gets the list of the actions, the figures,
 //                                    and a picture of the screen when something went wrong
 //
-// The actions follow from SEED: the same seed with the number of a bad action as COUNT plays it again.
+// The actions follow from SEED and COUNT, which decides how often samples are taken: the same two play a run again.
 
 #include <algorithm>
 #include <cstdio>

@@ -62,11 +62,14 @@ void Type(Scene &scene) {
   AwaitText(scene);
 }
 
+// Pasting and selecting all come by the messages of the field's own menu: a window that is late to hear that it has the
+// focus forgets on the test platform which keys of the keyboard are held.
+
 void Paste(Scene &scene) {
   Enter(scene);
   const std::wstring word = Word(scene.random);
   e2e::CopyToClipboard(word);
-  e2e::PressKeyWith(VK_CONTROL, L'V');
+  ::PostMessageW(scene.dock->Field(), WM_PASTE, 0, 0);
   scene.model.text += word;
   AwaitText(scene);
 }
@@ -80,7 +83,7 @@ void EraseLetter(Scene &scene) {
 
 void ClearField(Scene &scene) {
   Enter(scene);
-  e2e::PressKeyWith(VK_SHIFT, VK_HOME);
+  ::SendMessageW(scene.dock->Field(), EM_SETSEL, 0, -1);
   e2e::PressKey(VK_DELETE);
   scene.model.text.clear();
   AwaitText(scene);

@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+#include <gtest/gtest.h>
+
 #include "e2e/Screen.h"
 #include "system/Handles.h"
 #include "system/Paths.h"
@@ -29,6 +31,16 @@ constexpr auto longestUse = std::chrono::seconds(20);
 
 bool OtherProgramCopies(const std::wstring &from, const std::wstring &to) {
   return WaitFor([&] { return Runs(L"cmd.exe /c copy /y \"" + from + L"\" \"" + to + L"\""); }, longestUse);
+}
+
+void Overwrite(const std::wstring &path, const std::string &bytes) {
+  ASSERT_TRUE(WaitFor([&] {
+    const FileHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD written = 0;
+    return file && ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+           written == bytes.size();
+  }));
 }
 
 bool OtherProgramDeletes(const std::wstring &path) {

@@ -1,11 +1,13 @@
 #include "e2e/ProcessFigures.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
 #include <psapi.h>
 #include <tlhelp32.h>
 
+#include "support/HandleCounts.h"
 #include "system/Handles.h"
 
 namespace lumenor::e2e {
@@ -43,6 +45,21 @@ std::vector<std::byte> ReadHandleTable() {
   return bytes;
 }
 
+KernelHandle OpenForReading(DWORD processId) {
+  return KernelHandle(::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId));
+}
+
+/// Zeros when the platform refuses to tell.
+PROCESS_MEMORY_COUNTERS CountersOf(DWORD processId) {
+  const KernelHandle process = OpenForReading(processId);
+  PROCESS_MEMORY_COUNTERS counters = {};
+  if (process)
+    ::K32GetProcessMemoryInfo(process.Get(), &counters, sizeof(counters));
+  return counters;
+}
+
+double Megabytes(SIZE_T bytes) { return static_cast<double>(bytes) / (1024 * 1024); }
+
 } // namespace
 
 int ThreadCount(DWORD processId) {
@@ -64,12 +81,32 @@ int HandleCount(DWORD processId) {
   return count;
 }
 
-double PrivateMegabytes(DWORD processId) {
-  const KernelHandle process(::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId));
-  PROCESS_MEMORY_COUNTERS counters = {};
-  if (!process || !::K32GetProcessMemoryInfo(process.Get(), &counters, sizeof(counters)))
-    return 0;
-  return static_cast<double>(counters.PagefileUsage) / (1024 * 1024);
+double PrivateMegabytes(DWORD processId) { return Megabytes(CountersOf(processId).PagefileUsage); }
+
+double WorkingSetMegabytes(DWORD processId) { return Megabytes(CountersOf(processId).WorkingSetSize); }
+
+int GdiObjectCount(DWORD processId) {
+  const KernelHandle process = OpenForReading(processId);
+  const auto told = static_cast<int>(::GetGuiResources(process.Get(), GR_GDIOBJECTS));
+  return told != 0 ? told : tests::CountGdiObjects(process.Get()); // the test platform tells nothing
+}
+
+int WindowCount(DWORD processId) {
+  std::vector<HWND> windows;
+  ::EnumChildWindows(
+      ::GetDesktopWindow(),
+      [](HWND window, LPARAM parameter) -> BOOL {
+        reinterpret_cast<std::vector<HWND> *>(parameter)->push_back(window);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&windows));
+  for (HWND window = nullptr; (window = ::FindWindowExW(HWND_MESSAGE, window, nullptr, nullptr)) != nullptr;)
+    windows.push_back(window);
+  return static_cast<int>(std::count_if(windows.begin(), windows.end(), [&](HWND window) {
+    DWORD owner = 0;
+    ::GetWindowThreadProcessId(window, &owner);
+    return owner == processId;
+  }));
 }
 
 } // namespace lumenor::e2e

@@ -11,11 +11,11 @@
 
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
+#include "e2e/OtherProgram.h"
 #include "e2e/OtherWindow.h"
 #include "e2e/ProcessFigures.h"
 #include "e2e/Screen.h"
 #include "e2e/UserSteps.h"
-#include "system/Handles.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -25,17 +25,6 @@ using std::chrono::seconds;
 using std::chrono::steady_clock;
 
 constexpr RECT elsewhere = {300, 700, 900, 950};
-
-/// Replaces the content of the file by `bytes`, and tries again while a reader has it open.
-void Overwrite(const std::wstring &path, const std::string &bytes) {
-  ASSERT_TRUE(WaitFor([&] {
-    const FileHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
-                                        FILE_ATTRIBUTE_NORMAL, nullptr));
-    DWORD written = 0;
-    return file && ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
-           written == bytes.size();
-  }));
-}
 
 struct Figures {
   int threads;

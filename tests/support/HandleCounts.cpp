@@ -2,8 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
-
-#include "system/Windows.h"
+#include <vector>
 
 #include <winternl.h>
 
@@ -24,15 +23,40 @@ struct GdiEntry {
 constexpr std::ptrdiff_t gdiTableInProcessBlock = 0xf8;
 constexpr int gdiEntryCount = 16384;
 
-} // namespace
-
-int CountGdiObjects() {
-  const auto *block = reinterpret_cast<const std::byte *>(::NtCurrentTeb()->ProcessEnvironmentBlock);
-  const auto *table = *reinterpret_cast<GdiEntry *const *>(block + gdiTableInProcessBlock);
+int CountUsed(const GdiEntry *table) {
   int count = 0;
   for (int i = 0; i < gdiEntryCount; ++i)
     count += table[i].type != 0;
   return count;
+}
+
+/// Where the block of another process is; null when the platform doesn't tell.
+const std::byte *ProcessBlock(HANDLE process) {
+  using Query = decltype(&::NtQueryInformationProcess);
+  const auto query = reinterpret_cast<Query>(
+      reinterpret_cast<void *>(::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "NtQueryInformationProcess")));
+  PROCESS_BASIC_INFORMATION information = {};
+  if (query(process, ProcessBasicInformation, &information, sizeof information, nullptr) != 0)
+    return nullptr;
+  return reinterpret_cast<const std::byte *>(information.PebBaseAddress);
+}
+
+} // namespace
+
+int CountGdiObjects() {
+  const auto *block = reinterpret_cast<const std::byte *>(::NtCurrentTeb()->ProcessEnvironmentBlock);
+  return CountUsed(*reinterpret_cast<GdiEntry *const *>(block + gdiTableInProcessBlock));
+}
+
+int CountGdiObjects(HANDLE process) {
+  const std::byte *const block = ProcessBlock(process);
+  const GdiEntry *table = nullptr;
+  std::vector<GdiEntry> copy(gdiEntryCount);
+  if (block == nullptr ||
+      !::ReadProcessMemory(process, block + gdiTableInProcessBlock, &table, sizeof table, nullptr) ||
+      !::ReadProcessMemory(process, table, copy.data(), copy.size() * sizeof(GdiEntry), nullptr))
+    return 0;
+  return CountUsed(copy.data());
 }
 
 int CountWindows() {

@@ -3,6 +3,9 @@
 // The record is one line of UTF-8, the command line as it came, a tab and the working folder, appended to the file that
 // the environment variable LUMENOR_RECORD names or, without one, to lumenor-recorder.log in the folder for temporary
 // files. Several recorders may write at the same time. Ends with 0 when the line was written.
+//
+// LUMENOR_RECORDER_WAIT, the name of an event, makes it a program that takes its time: it ends when the event is set,
+// or after two minutes.
 
 #include <string>
 
@@ -51,10 +54,20 @@ bool Append(const std::wstring &path, const std::string &line) {
          written == line.size();
 }
 
+void WaitForEvent(const std::wstring &name) {
+  constexpr DWORD longestMs = 120'000;
+  if (name.empty())
+    return;
+  if (const KernelHandle event(::OpenEventW(SYNCHRONIZE, FALSE, name.c_str())); event)
+    ::WaitForSingleObject(event.Get(), longestMs);
+}
+
 } // namespace
 } // namespace lumenor
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   const std::wstring line = std::wstring(::GetCommandLineW()) + L'\t' + lumenor::CurrentFolder() + L'\n';
-  return lumenor::Append(lumenor::RecordPath(), lumenor::Utf8(line)) ? 0 : 1;
+  const bool written = lumenor::Append(lumenor::RecordPath(), lumenor::Utf8(line));
+  lumenor::WaitForEvent(lumenor::EnvironmentText(L"LUMENOR_RECORDER_WAIT"));
+  return written ? 0 : 1;
 }

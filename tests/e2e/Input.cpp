@@ -43,11 +43,12 @@ void SendUnit(wchar_t unit, DWORD flags) {
 
 std::optional<POINT> handPlace; // where the cursor was moved last
 
-/// Takes the cursor back to where the hand is: a receiver that is late with the reports of its display moves it to
-/// where it was before.
-void HoldStill() {
-  if (handPlace && !tests::IsCursorAt(*handPlace))
-    MoveCursor(*handPlace);
+/// Sends a change of a button together with where the hand is: a receiver that is late with the reports of its display
+/// may have moved the cursor to where it was before, or to where the display's own pointer lies.
+void SendButton(DWORD change) {
+  INPUT input = handPlace ? MoveInput(*handPlace) : MouseInput(0);
+  input.mi.dwFlags |= change;
+  Send(input);
 }
 
 } // namespace
@@ -58,15 +59,9 @@ void MoveCursor(POINT point) {
   WaitFor([&] { return tests::IsCursorAt(point); });
 }
 
-void PressLeftButton() {
-  HoldStill();
-  Send(MouseInput(MOUSEEVENTF_LEFTDOWN));
-}
+void PressLeftButton() { SendButton(MOUSEEVENTF_LEFTDOWN); }
 
-void ReleaseLeftButton() {
-  HoldStill();
-  Send(MouseInput(MOUSEEVENTF_LEFTUP));
-}
+void ReleaseLeftButton() { SendButton(MOUSEEVENTF_LEFTUP); }
 
 void Click(POINT point) {
   MoveCursor(point);

@@ -53,14 +53,28 @@ void ProcessStub(const std::wstring &documentName, const std::wstring &path, Ele
   }
 }
 
-/// After a search that found nothing more: raises HResultError when that is a failure. A document built of the files
-/// before it would lack the others for good, and a rebuilt one would replace the user's.
+/// After a search that found nothing more: raises HResultError when that is a failure.
 void RequireEndOfFiles() {
   constexpr DWORD endings[] = {ERROR_NO_MORE_FILES, ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_DIRECTORY,
                                ERROR_INVALID_NAME};
   const DWORD error = ::GetLastError();
   if (std::find(std::begin(endings), std::end(endings), error) == std::end(endings))
     throw HResultError(HResultFromError(error));
+}
+
+/// The stubs of a folder that may not let itself be listed. A document that is to be built anew then stays as it is,
+/// since the new one would replace the user's buttons by what is left; where there is none yet, the bar comes up with
+/// what the other folders have.
+std::vector<std::wstring> StubFilesAsFarAsListed(const std::wstring &documentName, const std::wstring &locale) {
+  try {
+    return FindStubFiles(documentName, locale);
+  } catch (const HResultError &error) {
+    if (!PathIsMissing(DocumentPath(documentName)))
+      throw;
+    LogError("DockStub: %S can't be listed, error %x", LocaleFolder(locale).c_str(),
+             static_cast<unsigned>(error.Result()));
+    return {};
+  }
 }
 
 } // namespace
@@ -99,7 +113,7 @@ std::wstring StubFilePath(const std::wstring &locale, const std::wstring &fileNa
 }
 
 void ProcessStubsInLocale(const std::wstring &documentName, const std::wstring &locale, ElementList &elements) {
-  for (const std::wstring &name : FindStubFiles(documentName, locale))
+  for (const std::wstring &name : StubFilesAsFarAsListed(documentName, locale))
     ProcessStub(documentName, StubFilePath(locale, name), elements);
 }
 

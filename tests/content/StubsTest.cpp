@@ -120,6 +120,16 @@ TEST_F(Stubs, AFolderThatCannotBeListedToItsEndLeavesTheDocument) {
   EXPECT_THAT(LoadDocument(name, false), ElementsAre(Entry(L"mine", 1)));
 }
 
+TEST_F(Stubs, AFolderThatCannotBeSearchedIsLeftOutOfANewDocument) {
+  Write(L"xx_xx", L"1", ElementXml("stub", 1));
+  {
+    const tests::ImportSlot search(&__imp_FindFirstFileW, &FailToSearch);
+    ApplyStubs(name);
+  }
+  EXPECT_TRUE(DocumentExists(name));
+  EXPECT_THAT(log.Lines(), testing::Contains(testing::EndsWith("xx_xx can't be listed, error 80070005")));
+}
+
 TEST_F(Stubs, NoStubAnywhereWritesAnEmptyDocument) {
   ApplyStubs(name);
   EXPECT_TRUE(DocumentExists(name));

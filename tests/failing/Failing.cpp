@@ -1,9 +1,8 @@
 // Lets each call of the platform fail once while the dock is used, and tells what comes of that.
 //
 //   failing run EVERY MOST [SCENARIO...]   every EVERY-th call and allocation, or for 0 one call of each place in the
-//   code
-//                                          and every 50th allocation; of each scenario and kind at most MOST, spread
-//                                          over all of them, or all for 0
+//                                          code and every 50th allocation; of each scenario and kind at most MOST,
+//                                          spread over all of them, or all for 0
 //   failing one SCENARIO KIND NUMBER       the call with the number, and where the memory comes from that is left
 //
 // A KIND is 0 for functions, 1 for memory, 2 for functions on other threads.

@@ -83,6 +83,10 @@ void EraseLetter(Scene &scene) {
 
 void ClearField(Scene &scene) {
   Enter(scene);
+  // A message overtakes input, which would then take the selection away: a letter more says that all of it has arrived.
+  TypeAtOnce(L"x");
+  scene.model.text += L'x';
+  AwaitText(scene);
   ::SendMessageW(scene.dock->Field(), EM_SETSEL, 0, -1);
   e2e::PressKey(VK_DELETE);
   scene.model.text.clear();

@@ -65,7 +65,7 @@ void RequireEndOfFiles() {
 /// The stubs of a folder that may not let itself be listed. A document that is to be built anew then stays as it is,
 /// since the new one would replace the user's buttons by what is left; where there is none yet, the bar comes up with
 /// what the other folders have.
-std::vector<std::wstring> StubFilesAsFarAsListed(const std::wstring &documentName, const std::wstring &locale) {
+std::vector<std::wstring> StubFilesIfListed(const std::wstring &documentName, const std::wstring &locale) {
   try {
     return FindStubFiles(documentName, locale);
   } catch (const HResultError &error) {
@@ -113,7 +113,7 @@ std::wstring StubFilePath(const std::wstring &locale, const std::wstring &fileNa
 }
 
 void ProcessStubsInLocale(const std::wstring &documentName, const std::wstring &locale, ElementList &elements) {
-  for (const std::wstring &name : StubFilesAsFarAsListed(documentName, locale))
+  for (const std::wstring &name : StubFilesIfListed(documentName, locale))
     ProcessStub(documentName, StubFilePath(locale, name), elements);
 }
 

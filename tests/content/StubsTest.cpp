@@ -100,24 +100,17 @@ BOOL WINAPI FailToGoOn(HANDLE, LPWIN32_FIND_DATAW) {
   return FALSE;
 }
 
-TEST_F(Stubs, AFolderThatCannotBeSearchedLeavesTheDocument) {
-  SaveDocument({Entry(L"mine", 1)}, name);
-  Write(L"xx_xx", L"1", ElementXml("stub", 1));
-  {
-    const tests::ImportSlot search(&__imp_FindFirstFileW, &FailToSearch);
-    EXPECT_THROW(ApplyStubs(name), HResultError);
-  }
+template <typename Function> void ExpectToLeaveTheDocument(Function *slot, Function failing) {
+  const tests::ImportSlot failed(slot, failing);
+  EXPECT_THROW(ApplyStubs(name), HResultError);
   EXPECT_THAT(LoadDocument(name, false), ElementsAre(Entry(L"mine", 1)));
 }
 
 TEST_F(Stubs, AFolderThatCannotBeListedToItsEndLeavesTheDocument) {
   SaveDocument({Entry(L"mine", 1)}, name);
   Write(L"xx_xx", L"1", ElementXml("stub", 1));
-  {
-    const tests::ImportSlot next(&__imp_FindNextFileW, &FailToGoOn);
-    EXPECT_THROW(ApplyStubs(name), HResultError);
-  }
-  EXPECT_THAT(LoadDocument(name, false), ElementsAre(Entry(L"mine", 1)));
+  ExpectToLeaveTheDocument(&__imp_FindFirstFileW, &FailToSearch);
+  ExpectToLeaveTheDocument(&__imp_FindNextFileW, &FailToGoOn);
 }
 
 TEST_F(Stubs, AFolderThatCannotBeSearchedIsLeftOutOfANewDocument) {

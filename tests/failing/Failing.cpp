@@ -25,6 +25,7 @@
 #include "failing/Scenarios.h"
 #include "failing/Watchdog.h"
 #include "failing/World.h"
+#include "support/Arguments.h"
 #include "support/ChildProcess.h"
 #include "system/Desktop.h"
 
@@ -298,7 +299,13 @@ void PrintFunctions(const Shared &shared) {
   std::printf("%8llu operator new\n", static_cast<unsigned long long>(shared.madeOf[calls.size()]));
 }
 
+/// Ends with 1 also when no call was made to fail, which shows nothing.
 int Run(Sample sample, const std::vector<std::string> &names) {
+  for (const std::string &name : names)
+    if (FindScenario(name) == nullptr) {
+      std::printf("failing: there is no scenario %s\n", name.c_str());
+      return 2;
+    }
   const std::wstring name = L"LumenorFailing" + std::to_wstring(::GetCurrentProcessId());
   const Memory memory(name);
   Shared &shared = memory.Get();
@@ -310,7 +317,7 @@ int Run(Sample sample, const std::vector<std::string> &names) {
   std::printf("failing: %llu calls made to fail, %llu that didn't come, %llu findings\n",
               static_cast<unsigned long long>(shared.made), static_cast<unsigned long long>(shared.missed),
               static_cast<unsigned long long>(shared.findings));
-  return shared.findings == 0 ? 0 : 1;
+  return shared.findings == 0 && shared.made > 0 ? 0 : 1;
 }
 
 std::string Narrow(const wchar_t *text) {
@@ -318,24 +325,23 @@ std::string Narrow(const wchar_t *text) {
   return {wide.begin(), wide.end()};
 }
 
-std::uint64_t Number(const wchar_t *text) { return std::wcstoull(text, nullptr, 10); }
-
 } // namespace
 } // namespace lumenor::failing
 
 int wmain(int count, wchar_t **words) {
   using namespace lumenor::failing;
+  using lumenor::tests::NumberOf;
   const std::wstring task = count > 1 ? words[1] : L"";
   if (task == L"run" && count >= 4) {
     std::vector<std::string> names;
     for (int i = 4; i < count; ++i)
       names.push_back(Narrow(words[i]));
-    return Run({Number(words[2]), Number(words[3])}, names);
+    return Run({NumberOf(words[2]), NumberOf(words[3])}, names);
   }
   if (task == L"one" && count == 5)
-    return TakeOne(Narrow(words[2]), static_cast<Kind>(Number(words[3])), Number(words[4]));
+    return TakeOne(Narrow(words[2]), static_cast<Kind>(NumberOf(words[3])), NumberOf(words[4]));
   if (task == L"take" && count == 6)
-    return TakeCalls(Narrow(words[2]), {Number(words[3]), Number(words[4])}, Memory(words[5]).Get());
+    return TakeCalls(Narrow(words[2]), {NumberOf(words[3]), NumberOf(words[4])}, Memory(words[5]).Get());
   std::printf("failing run EVERY MOST [SCENARIO...] | failing one SCENARIO KIND NUMBER\n");
   return 2;
 }

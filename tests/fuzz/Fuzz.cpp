@@ -16,6 +16,7 @@
 #include <thread>
 
 #include "fuzz/Targets.h"
+#include "support/Arguments.h"
 #include "support/ChildProcess.h"
 #include "support/ComApartment.h"
 #include "support/HandleCounts.h"
@@ -167,26 +168,20 @@ int Run(std::chrono::seconds time, std::uint64_t count, std::uint64_t seed, cons
   return findings == 0 ? 0 : 1;
 }
 
-/// The shell takes no other separators.
-std::wstring Path(std::wstring text) {
-  std::ranges::replace(text, L'/', L'\\');
-  return text;
-}
-
-std::uint64_t Number(const wchar_t *text) { return std::wcstoull(text, nullptr, 10); }
-
 } // namespace
 } // namespace lumenor::fuzz
 
 int wmain(int count, wchar_t **words) {
   using namespace lumenor::fuzz;
+  using lumenor::tests::NumberOf;
+  using lumenor::tests::PathOf;
   const std::wstring task = count > 1 ? words[1] : L"";
   if (task == L"run" && count == 6)
-    return Run(std::chrono::seconds(Number(words[2])), Number(words[3]), Number(words[4]), Path(words[5]));
+    return Run(std::chrono::seconds(NumberOf(words[2])), NumberOf(words[3]), NumberOf(words[4]), PathOf(words[5]));
   if (task == L"files" && count == 3)
-    return TakeFiles(Path(words[2]));
+    return TakeFiles(PathOf(words[2]));
   if (task == L"take" && count == 4)
-    return TakeInputs(Number(words[2]), lumenor::tests::SharedMemory<Shared>(words[3]).Get());
+    return TakeInputs(NumberOf(words[2]), lumenor::tests::SharedMemory<Shared>(words[3]).Get());
   std::printf("fuzz run SECONDS COUNT SEED FOLDER | fuzz files FOLDER\n");
   return 2;
 }

@@ -1,9 +1,8 @@
 // Uses the dock at random and for long, by real input for the most part, and tells whether it stays what it was.
 //
 //   soak MINUTES COUNT SEED FOLDER   as many actions as fit into the time, at most COUNT; ends with 1 when something
-//   went
-//                                    wrong. FOLDER, as this program sees it, gets the list of the actions, the figures,
-//                                    and a picture of the screen when something went wrong
+//                                    went wrong, or the run was too short to tell. FOLDER, as this program sees it,
+//                                    gets the list of the actions, the figures, and a picture of what went wrong
 //
 // The actions follow from SEED and COUNT, which decides how often samples are taken: the same two play a run again.
 
@@ -20,6 +19,7 @@
 #include "soak/Actions.h"
 #include "soak/Figures.h"
 #include "soak/LogWatch.h"
+#include "support/Arguments.h"
 
 #include <shlobj.h>
 
@@ -197,14 +197,8 @@ int Soak(const Task &task) {
   } catch (const std::exception &error) {
     std::printf("soak: the dock can't be started: %s\n", error.what());
   }
-  std::printf("soak: %s\n", succeeded ? "nothing found" : "FOUND SOMETHING");
+  std::printf("soak: %s\n", succeeded ? "nothing found" : "something found, or too little done");
   return succeeded ? 0 : 1;
-}
-
-/// The shell takes no other separators.
-std::wstring Path(std::wstring text) {
-  std::ranges::replace(text, L'/', L'\\');
-  return text;
 }
 
 } // namespace
@@ -216,7 +210,7 @@ int wmain(int count, wchar_t **words) {
     std::printf("soak MINUTES COUNT SEED FOLDER\n");
     return 2;
   }
-  return Soak({std::chrono::minutes(std::wcstol(words[1], nullptr, 10)),
-               static_cast<int>(std::wcstol(words[2], nullptr, 10)), std::wcstoull(words[3], nullptr, 10),
-               Path(words[4])});
+  using lumenor::tests::NumberOf;
+  return Soak({std::chrono::minutes(NumberOf(words[1])), static_cast<int>(NumberOf(words[2])), NumberOf(words[3]),
+               lumenor::tests::PathOf(words[4])});
 }

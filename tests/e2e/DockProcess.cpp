@@ -1,5 +1,6 @@
 #include "e2e/DockProcess.h"
 
+#include <cstdio>
 #include <stdexcept>
 
 #include "e2e/Input.h"
@@ -126,7 +127,26 @@ HWND DockProcess::WaitForPopup() const {
 }
 
 bool DockProcess::WaitForNoPopup() const {
-  return WaitFor([&] { return Popups().empty(); });
+  if (WaitFor([&] { return Popups().empty(); }))
+    return true;
+  PrintActivation();
+  return false;
+}
+
+// A popup that stays is nearly always a matter of which window is the active one.
+void DockProcess::PrintActivation() const {
+  GUITHREADINFO thread = {};
+  thread.cbSize = sizeof(thread);
+  ::GetGUIThreadInfo(::GetWindowThreadProcessId(Bar(), nullptr), &thread);
+  POINT cursor = {};
+  ::GetCursorPos(&cursor);
+  std::printf("bar %p, foreground %p, active %p, focus %p, capture %p, cursor %ld,%ld, popups",
+              static_cast<void *>(Bar()), static_cast<void *>(::GetForegroundWindow()),
+              static_cast<void *>(thread.hwndActive), static_cast<void *>(thread.hwndFocus),
+              static_cast<void *>(thread.hwndCapture), cursor.x, cursor.y);
+  for (const HWND popup : Popups())
+    std::printf(" %p", static_cast<void *>(popup));
+  std::printf("\n");
 }
 
 std::vector<HWND> DockProcess::TopLevelWindows() const {

@@ -85,7 +85,7 @@ public:
   /// come.
   HWND WaitForPopup() const;
 
-  /// Waits until no flyout and no dialog is open any more; false when one stays.
+  /// Waits until no flyout and no dialog is open any more; false when one stays, and prints which windows are active.
   bool WaitForNoPopup() const;
 
   /// Visible top-level windows of the process other than the bar and its tool tips, topmost first.
@@ -101,6 +101,7 @@ private:
   HWND Row() const;
   HWND Arrow(bool left) const;
   bool WaitForPaint(const RECT &area) const;
+  void PrintActivation() const;
   std::vector<HWND> TopLevelWindows() const;
 
   KernelHandle process;

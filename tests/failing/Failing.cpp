@@ -35,6 +35,8 @@ namespace {
 constexpr auto longestSilence = std::chrono::seconds(150); // a busy machine needs long for one start
 constexpr std::size_t mostFunctions = 1000;
 constexpr std::uint64_t allocationStep = 50;
+constexpr ULONGLONG longestEndingMs = 5000; // of a thread that nothing keeps any more
+constexpr int unchangedToSettle = 100;      // counts, a millisecond or more apart
 
 /// What the two processes know of each other.
 struct Shared {
@@ -48,6 +50,25 @@ struct Shared {
 };
 
 using Memory = tests::SharedMemory<Shared>;
+
+/// Runs over and over until it returns true, for a few seconds at most.
+template <typename Condition> void WaitUntil(Condition &&condition) {
+  const ULONGLONG end = ::GetTickCount64() + longestEndingMs;
+  while (!condition() && ::GetTickCount64() < end)
+    ::Sleep(10);
+}
+
+/// What the process holds once the threads that a run has left on their way out are gone.
+Holdings CountSettled() {
+  Holdings last = World::CountHoldings();
+  int unchanged = 0;
+  WaitUntil([&] {
+    const Holdings former = std::exchange(last, World::CountHoldings());
+    unchanged = last == former ? unchanged + 1 : 0;
+    return unchanged == unchangedToSettle;
+  });
+  return last;
+}
 
 Traces TakeTraces(const World &world, Ending ending) {
   return {std::move(ending), World::Reports(), world.FailureLines(), world.Heads(), world.Records()};
@@ -65,7 +86,7 @@ public:
     for (const Kind kind : {Kind::OtherCalls, Kind::Memory, Kind::Calls}) {
       if (!CountCalls(kind))
         return false;
-      const Holdings former = std::exchange(holdings, World::CountHoldings());
+      const Holdings former = std::exchange(holdings, CountSettled());
       measure.growth = {
           std::max(0, holdings.handles - former.handles), std::max(0, holdings.gdiObjects - former.gdiObjects),
           std::max(0, holdings.windows - former.windows), std::max<std::int64_t>(0, holdings.blocks - former.blocks)};
@@ -111,13 +132,25 @@ public:
       problems.push_back(std::move(problem));
     if (const Texts left = world.Leftovers(); !left.empty())
       problems.push_back("files are left: " + Join(left));
-    const Holdings former = std::exchange(holdings, World::CountHoldings());
-    if (const std::string growth = DescribeGrowth(measure, former, holdings); !growth.empty())
+    if (const std::string growth = WaitForNoGrowth(); !growth.empty())
       problems.push_back(growth);
     Print(kind, number, traces, problems, tells);
   }
 
 private:
+  /// What the process has come to hold since the former call, and still does when all threads of the run had the time
+  /// to end.
+  std::string WaitForNoGrowth() {
+    const Holdings former = holdings;
+    std::string growth;
+    WaitUntil([&] {
+      holdings = World::CountHoldings();
+      growth = DescribeGrowth(measure, former, holdings);
+      return growth.empty();
+    });
+    return growth;
+  }
+
   Ending RunPlainNoted() {
     Ending ending = RunPlain(world);
     ++shared.progress;

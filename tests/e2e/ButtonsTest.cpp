@@ -47,8 +47,6 @@ protected:
         return false;
     return true;
   }
-
-  static constexpr POINT firstButton = {190 + 38, 1 + 32};
 };
 
 TEST_F(FirstInstant, AClickOpensTheFlyoutWithItsRows) {
@@ -56,10 +54,10 @@ TEST_F(FirstInstant, AClickOpensTheFlyoutWithItsRows) {
   DockProcess dock(installation);
   ASSERT_TRUE(WaitForWindow(dock));
 
-  ClickAtOnce(firstButton);
+  ClickAtOnce(dock.MainButton(0));
 
-  EXPECT_TRUE(StandsAt(AwaitPopup(dock), {190, 80, 430, 80 + 3 * 40}));
-  EXPECT_TRUE(ChooseRow(dock, 2));
+  EXPECT_TRUE(StandsAt(AwaitPopup(dock), FlyoutBelow(dock, 3)));
+  EXPECT_TRUE(ChooseRow(dock, 1));
   EXPECT_EQ(Texts{installation.RecorderCommand(L"entry 1")}, installation.WaitForCommandLines(1));
 }
 
@@ -67,7 +65,7 @@ TEST_F(FirstInstant, ACursorThatRestsOnAButtonGetsItsToolTip) {
   DockProcess dock(installation);
   ASSERT_TRUE(WaitForWindow(dock));
 
-  MoveCursor(firstButton);
+  MoveCursor(dock.MainButton(0));
 
   EXPECT_TRUE(WaitFor([&] { return dock.ToolTip() != nullptr; }));
   MoveCursor(farAway);
@@ -117,7 +115,7 @@ TEST_F(Buttons, AnXmlButtonOpensItsFlyoutBelowTheBarAndAClickElsewhereClosesIt) 
 
   const HWND flyout = OpenPopup(dock, dock.MainButton(0));
 
-  EXPECT_TRUE(StandsAt(flyout, {190, 80, 430, 80 + 4 * 40}));
+  EXPECT_TRUE(StandsAt(flyout, FlyoutBelow(dock, 4)));
   SaveShot("flyout-top");
 
   const OtherWindow other({600, 500, 900, 700});
@@ -129,11 +127,11 @@ TEST_F(Buttons, AtTheBottomEdgeTheFlyoutOpensAboveTheBar) {
   MakeFlyoutButton(3);
   SetDockValue(L"DockPosition", L"Bottom");
   ShownDock dock(installation);
-  ASSERT_EQ(1024 - 77, dock.BarRect().top);
+  ASSERT_EQ(::GetSystemMetrics(SM_CYSCREEN) - Scaled(77), dock.BarRect().top);
 
   const HWND flyout = OpenPopup(dock, dock.MainButton(0));
 
-  EXPECT_TRUE(StandsAt(flyout, {190, 1024 - 77 - 2 - 160, 430, 1024 - 77 - 2}));
+  EXPECT_TRUE(StandsAt(flyout, FlyoutAbove(dock, 4)));
   SaveShot("flyout-bottom");
 }
 
@@ -142,7 +140,7 @@ TEST_F(Buttons, AnEntryOfTheFlyoutHidesItAndStartsItsProgram) {
   ShownDock dock(installation);
   OpenPopup(dock, dock.MainButton(0));
 
-  EXPECT_TRUE(ChooseRow(dock, 2));
+  EXPECT_TRUE(ChooseRow(dock, 1));
 
   EXPECT_EQ(Texts{installation.RecorderCommand(L"entry 1")}, installation.WaitForCommandLines(1));
 }

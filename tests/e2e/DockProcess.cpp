@@ -184,14 +184,7 @@ HWND DockProcess::ToolTip() const {
 
 RECT DockProcess::BarRect() const { return RectOf(Bar()); }
 
-HWND DockProcess::Control(int controlId) const {
-  HWND found = nullptr;
-  ForEachChild(Bar(), [&](HWND window) {
-    if (found == nullptr && ::GetWindowLongW(window, GWL_ID) == controlId)
-      found = window;
-  });
-  return found;
-}
+HWND DockProcess::Control(int controlId) const { return DescendantOf(Bar(), controlId); }
 
 POINT DockProcess::MainButton(int index) const { return Center(RectOf(Control(1000 + index))); }
 
@@ -245,6 +238,15 @@ ShownDock::ShownDock(const Installation &installation, const std::wstring &argum
     : DockProcess(installation, arguments, program) {
   if (WaitForBar() == nullptr)
     throw std::runtime_error("the dock has started without showing its bar");
+}
+
+HWND DescendantOf(HWND window, int controlId) {
+  HWND found = nullptr;
+  ForEachChild(window, [&](HWND below) {
+    if (found == nullptr && ::GetWindowLongW(below, GWL_ID) == controlId)
+      found = below;
+  });
+  return found;
 }
 
 RECT RectOf(HWND window) {

@@ -118,6 +118,9 @@ public:
                      const std::wstring &program = L"");
 };
 
+/// The window of the control `controlId` anywhere below `window`; null without one.
+HWND DescendantOf(HWND window, int controlId);
+
 /// A window's rectangle on the screen.
 RECT RectOf(HWND window);
 LONG HeightOf(HWND window);

@@ -68,8 +68,8 @@ protected:
   }
 
   /// On the left and on the right half of the button that stands at `index`.
-  static POINT FirstHalf(const DockProcess &dock, int index) { return At(dock, index, 15); }
-  static POINT SecondHalf(const DockProcess &dock, int index) { return At(dock, index, 60); }
+  static POINT FirstHalf(const DockProcess &dock, int index) { return At(dock, index, Scaled(15)); }
+  static POINT SecondHalf(const DockProcess &dock, int index) { return At(dock, index, Scaled(60)); }
 
   static POINT At(const DockProcess &dock, int index, LONG right) {
     const Ids order = Order(dock);
@@ -133,7 +133,7 @@ TEST_F(Drags, OffTheBarRemoveTheButtonAndFreeItsId) {
   ShownDock dock(installation);
   DragThrough({FirstHalf(dock, 1), SecondHalf(dock, 1), farAway});
   EXPECT_TRUE(StaysAt(dock, {2000, 2002, 2003, 2004}));
-  EXPECT_EQ(nullptr, dock.Control(2001));
+  EXPECT_TRUE(WaitFor([&] { return dock.Control(2001) == nullptr; }));
 
   const DragProgram other(Texts{MakeFile(L"New.txt")});
   ASSERT_TRUE(other.IsUp());

@@ -95,7 +95,8 @@ TEST_F(End, ResetAsksRebuildsAndComesBackInTheSameProcess) {
   ShownDock dock(installation);
   const HWND oldBar = dock.Bar();
   const HWND dialog = OpenResetDialog(dock);
-  EXPECT_TRUE(StandsAt(dialog, {640 - 200, 77, 640 + 200, 249}));
+  const LONG middle = ::GetSystemMetrics(SM_CXSCREEN) / 2, top = Scaled(77);
+  EXPECT_TRUE(StandsAt(dialog, {middle - Scaled(200), top, middle + Scaled(200), top + Scaled(172)}));
   SaveShot("reset-dialog");
   const auto buttons = DialogButtons(dialog);
   ASSERT_EQ(2u, buttons.size());

@@ -99,7 +99,7 @@ TEST_F(ForYou, TheListShowsWithinTwoSecondsWhatAnotherProgramWrote) {
   EXPECT_EQ(80, flyout.top);
   CaptureSettled(flyout);
   SaveShot("foryou");
-  ClickRow(dock, 3);
+  ClickRow(dock, 2);
   EXPECT_EQ(Texts{installation.RecorderCommand(L"new 2")}, installation.WaitForCommandLines(1));
   EXPECT_TRUE(dock.Popups().empty());
 }

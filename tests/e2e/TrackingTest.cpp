@@ -84,7 +84,7 @@ protected:
   void ClickInFlyout(const DockProcess &dock) const {
     const std::size_t before = installation.RecordedStarts().size();
     OpenPopup(dock, dock.MainButton(1));
-    EXPECT_TRUE(ChooseRow(dock, 1));
+    EXPECT_TRUE(ChooseRow(dock, 0));
     EXPECT_EQ(before + 1, installation.WaitForCommandLines(before + 1).size());
   }
 

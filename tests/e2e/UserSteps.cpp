@@ -11,8 +11,10 @@ namespace lumenor::e2e {
 
 namespace {
 
-constexpr LONG rowHeight = 40;
-constexpr LONG withinRow = 100; // from its left end
+constexpr int rowHeight = 40;
+constexpr int flyoutWidth = 240;
+constexpr int firstRowId = 3000;
+constexpr LONG gapToTheBar = 2; // at every density
 
 } // namespace
 
@@ -32,9 +34,22 @@ HWND OpenForYou(const DockProcess &dock) { return OpenPopup(dock, dock.ForYouBut
 
 HWND OpenSearchProviders(const DockProcess &dock) { return OpenPopup(dock, dock.SearchProviderButton()); }
 
+RECT FlyoutAt(LONG left, LONG top, int rows) {
+  return {left, top, left + Scaled(flyoutWidth), top + rows * Scaled(rowHeight)};
+}
+
+RECT FlyoutBelow(const DockProcess &dock, int rows) {
+  const RECT bar = dock.BarRect();
+  return FlyoutAt(bar.left, bar.bottom + gapToTheBar, rows);
+}
+
+RECT FlyoutAbove(const DockProcess &dock, int rows) {
+  const RECT bar = dock.BarRect();
+  return FlyoutAt(bar.left, bar.top - gapToTheBar - rows * Scaled(rowHeight), rows);
+}
+
 void ClickRow(const DockProcess &dock, int row) {
-  const RECT flyout = RectOf(dock.Popups().at(0));
-  Click({flyout.left + withinRow, flyout.top + row * rowHeight + rowHeight / 2});
+  Click(Center(RectOf(DescendantOf(dock.Popups().at(0), firstRowId + row))));
 }
 
 bool ChooseRow(const DockProcess &dock, int row) {

@@ -17,7 +17,13 @@ HWND OpenPopup(const DockProcess &dock, POINT button);
 HWND OpenForYou(const DockProcess &dock);
 HWND OpenSearchProviders(const DockProcess &dock);
 
-/// Clicks the row of the open flyout, counted from 0 at its top; a title is a row too.
+/// Where a flyout of so many rows, its title among them, stands at a density: from its corner, and where the bar's
+/// first button opens it at either edge.
+RECT FlyoutAt(LONG left, LONG top, int rows);
+RECT FlyoutBelow(const DockProcess &dock, int rows);
+RECT FlyoutAbove(const DockProcess &dock, int rows);
+
+/// Clicks the row of the open flyout, counted from 0; its title is none.
 void ClickRow(const DockProcess &dock, int row);
 
 /// Clicks a row and waits until the flyout has closed; false when it stays.

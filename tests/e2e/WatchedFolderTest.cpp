@@ -170,7 +170,7 @@ TEST_F(WatchedFolder, TenThousandWritesLoseNoLastStateWhileTheListIsClicked) {
     Click(dock.ForYouButton());
     if (dock.WaitForPopup() == nullptr)
       return false;
-    ClickRow(dock, 1);
+    ClickRow(dock, 0);
     return WaitFor([&] { return !installation.RecordedCommandLines().empty(); }, seconds(10));
   };
   ASSERT_TRUE(choose() || choose() || choose());

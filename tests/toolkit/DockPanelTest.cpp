@@ -188,6 +188,14 @@ TEST_F(DockPanelTest, RemoveChildTakesItsDockAlong) {
   EXPECT_EQ(BoxOf(right), (Box{185, 0, 15, 150}));
 }
 
+TEST_F(DockPanelTest, RemoveChildTakesTheDockOfTheFirstAlong) {
+  Add(left, Dock::Left);
+  Add(top, Dock::Top);
+  panel.RemoveChild(&left);
+  EXPECT_EQ(panel.GetChildren(), Children{&top});
+  EXPECT_EQ(panel.AllDocks(), Docks{Dock::Top});
+}
+
 TEST_F(DockPanelTest, InsertedChildTakesTheDockThatStoodAtItsPlace) {
   Add(left, Dock::Left);
   Add(top, Dock::Top);

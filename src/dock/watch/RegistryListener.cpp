@@ -15,6 +15,7 @@ namespace lumenor {
 
 namespace {
 
+constexpr DWORD startLimitMs = 1000; // the bar comes up also when the thread can't tell that it listens
 constexpr DWORD endingLimitMs = 1000;
 
 /// Asks for the next change. A notification is good for one only.
@@ -84,7 +85,7 @@ KernelHandle StartRegistryListener(KernelHandle event, HWND window, HANDLE sleep
     return thread;
   context.release();
   const std::array<HANDLE, 2> either = {sleeping, thread.Get()};
-  ::WaitForMultipleObjects(static_cast<DWORD>(either.size()), either.data(), FALSE, INFINITE);
+  ::WaitForMultipleObjects(static_cast<DWORD>(either.size()), either.data(), FALSE, startLimitMs);
   return thread;
 }
 

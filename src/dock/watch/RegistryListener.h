@@ -26,6 +26,7 @@ DWORD WINAPI RegistryListenerThread(void *context);
 /// Starts the thread on `event` for the dock's `window` and returns the thread's handle, empty when there is none to be
 /// had. `sleeping` is a manual-reset event that is set while the thread sleeps; it outlives the thread. Comes back when
 /// the thread has read the present value and its watch stands, or when it has ended: from then on no change is missed.
+/// Waits a second for that at most.
 KernelHandle StartRegistryListener(KernelHandle event, HWND window, HANDLE sleeping);
 
 /// Kills the thread with TerminateThread, in its sleep, where it holds no lock; one that doesn't come back to its sleep

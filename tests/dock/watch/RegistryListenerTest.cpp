@@ -17,6 +17,7 @@
 
 extern "C" decltype(&::TerminateThread) __imp_TerminateThread;
 extern "C" decltype(&::RegNotifyChangeKeyValue) __imp_RegNotifyChangeKeyValue;
+extern "C" decltype(&::SetEvent) __imp_SetEvent;
 
 namespace lumenor {
 
@@ -43,6 +44,8 @@ BOOL WINAPI KillIfAsleep(HANDLE thread, DWORD exitCode) {
   wasAsleep.push_back(::WaitForSingleObject(toBeAsleep, 0) == WAIT_OBJECT_0);
   return wasAsleep.back() ? platformTerminateThread(thread, exitCode) : FALSE;
 }
+
+BOOL WINAPI FailToSet(HANDLE) { return FALSE; }
 
 /// A thread that watches a registry of the test's own and posts to a window of the test.
 class RegistryListener : public ::testing::Test {
@@ -251,6 +254,16 @@ TEST_F(RegistryListener, HasReadTheValueWhenItsStartComesBack) {
     registry.SetText(positionValue, L"Bottom");
     ASSERT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
   }
+}
+
+TEST_F(RegistryListener, HasItsStartComeBackThoughItCannotTellThatItListens) {
+  registry.SetText(positionValue, L"Top");
+  {
+    const tests::ImportSlot untold(&__imp_SetEvent, &FailToSet);
+    Start();
+  }
+  registry.SetText(positionValue, L"Bottom");
+  EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
 }
 
 TEST_F(RegistryListener, LeavesItsEventOpenWhenItIsKilled) {

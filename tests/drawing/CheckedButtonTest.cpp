@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "drawing/Scene.h"
+#include "drawing/TestWindow.h"
 #include "support/Desk.h"
 
 namespace lumenor {

@@ -8,7 +8,7 @@
 
 #include "drawing/ButtonOnScreen.h"
 #include "drawing/Pictures.h"
-#include "drawing/Scene.h"
+#include "drawing/TestWindow.h"
 #include "support/Desk.h"
 #include "support/FailingClass.h"
 #include "support/OperationSpy.h"
@@ -16,8 +16,8 @@
 #include "system/HResultError.h"
 #include "system/WindowException.h"
 #include "toolkit/AnimationServices.h"
-#include "toolkit/Scene.h"
 #include "toolkit/StackPanel.h"
+#include "toolkit/TestElements.h"
 
 namespace lumenor {
 

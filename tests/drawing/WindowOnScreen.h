@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "drawing/Scene.h"
+#include "drawing/TestWindow.h"
 #include "support/Desk.h"
 #include "system/EventLog.h"
 

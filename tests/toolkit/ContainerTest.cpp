@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "support/RenderSurface.h"
-#include "toolkit/Scene.h"
+#include "toolkit/TestElements.h"
 
 namespace lumenor {
 

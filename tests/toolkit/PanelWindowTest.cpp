@@ -11,8 +11,8 @@
 #include "toolkit/Canvas.h"
 #include "toolkit/DockPanel.h"
 #include "toolkit/MessageRecorder.h"
-#include "toolkit/Scene.h"
 #include "toolkit/StackPanel.h"
+#include "toolkit/TestElements.h"
 
 namespace lumenor {
 

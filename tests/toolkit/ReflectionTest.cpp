@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "toolkit/MessageRecorder.h"
-#include "toolkit/Scene.h"
+#include "toolkit/TestElements.h"
 
 namespace lumenor {
 

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "toolkit/Scene.h"
+#include "toolkit/TestElements.h"
 
 namespace lumenor {
 

@@ -13,7 +13,7 @@
 #include "support/RenderSurface.h"
 #include "toolkit/EditTextElement.h"
 #include "toolkit/Scale.h"
-#include "toolkit/Scene.h"
+#include "toolkit/TestElements.h"
 #include "toolkit/TextBox.h"
 
 namespace lumenor::tests {

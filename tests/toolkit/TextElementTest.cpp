@@ -11,8 +11,8 @@
 #include "support/OperationSpy.h"
 #include "support/RenderSurface.h"
 #include "system/HResultError.h"
-#include "toolkit/Scene.h"
 #include "toolkit/StatusFont.h"
+#include "toolkit/TestElements.h"
 
 namespace lumenor {
 

@@ -8,7 +8,7 @@
 #include "support/OperationSpy.h"
 #include "support/RenderSurface.h"
 #include "toolkit/ColorRectangle.h"
-#include "toolkit/Scene.h"
+#include "toolkit/TestElements.h"
 
 namespace lumenor {
 

@@ -10,7 +10,7 @@
 #include "support/MessagePump.h"
 #include "system/WindowException.h"
 #include "toolkit/MessageRecorder.h"
-#include "toolkit/Scene.h"
+#include "toolkit/TestElements.h"
 
 namespace lumenor {
 

@@ -13,7 +13,7 @@
 
 #include "content/Documents.h"
 #include "dock/bar/BarFixture.h"
-#include "dock/Scene.h"
+#include "dock/TestBar.h"
 #include "support/Desk.h"
 #include "support/ImportSlot.h"
 #include "system/ComObject.h"

@@ -5,7 +5,7 @@
 #include "content/Documents.h"
 #include "dock/bar/BarFixture.h"
 #include "dock/flyouts/FlyoutWindow.h"
-#include "dock/Scene.h"
+#include "dock/TestBar.h"
 #include "drawing/Pictures.h"
 #include "support/Desk.h"
 #include "toolkit/drawing/CommandNotFoundException.h"

@@ -12,7 +12,7 @@
 #include "dock/flyouts/FakeProvider.h"
 #include "dock/flyouts/FlyoutWindow.h"
 #include "dock/flyouts/SearchProviderFlyout.h"
-#include "dock/Scene.h"
+#include "dock/TestBar.h"
 #include "support/Desk.h"
 #include "support/OptIn.h"
 #include "system/HResultError.h"

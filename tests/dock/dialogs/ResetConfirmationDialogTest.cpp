@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "dock/Rectangles.h"
-#include "dock/Scene.h"
+#include "dock/TestBar.h"
 #include "drawing/Pictures.h"
 #include "toolkit/drawing/Button.h"
 

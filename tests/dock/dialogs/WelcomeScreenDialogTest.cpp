@@ -10,7 +10,7 @@
 #include "dock/dialogs/UserLocale.h"
 #include "dock/flyouts/DockButton.h"
 #include "dock/Rectangles.h"
-#include "dock/Scene.h"
+#include "dock/TestBar.h"
 #include "drawing/Pictures.h"
 #include "toolkit/Scale.h"
 

@@ -9,7 +9,7 @@
 #include "dock/flyouts/DockButton.h"
 #include "dock/flyouts/FakeProvider.h"
 #include "dock/Rectangles.h"
-#include "dock/Scene.h"
+#include "dock/TestBar.h"
 #include "drawing/Pictures.h"
 #include "support/HandleCounts.h"
 #include "support/ProcessorTime.h"

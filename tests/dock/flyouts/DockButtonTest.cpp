@@ -6,7 +6,7 @@
 #include "dock/dragdrop/DragState.h"
 #include "dock/flyouts/FlyoutWindow.h"
 #include "dock/Rectangles.h"
-#include "dock/Scene.h"
+#include "dock/TestBar.h"
 #include "toolkit/drawing/IButtonPainter.h"
 
 namespace lumenor {

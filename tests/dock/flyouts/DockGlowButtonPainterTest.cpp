@@ -5,7 +5,7 @@
 #include "content/Documents.h"
 #include "dock/flyouts/DockButton.h"
 #include "dock/flyouts/FlyoutWindow.h"
-#include "dock/Scene.h"
+#include "dock/TestBar.h"
 #include "drawing/Pictures.h"
 #include "toolkit/drawing/CommandNotFoundException.h"
 

@@ -9,7 +9,7 @@
 #include "dock/flyouts/DockButton.h"
 #include "dock/flyouts/FlyoutWindow.h"
 #include "dock/Rectangles.h"
-#include "dock/Scene.h"
+#include "dock/TestBar.h"
 #include "support/FailingClass.h"
 #include "system/WindowException.h"
 #include "toolkit/drawing/WICHelper.h"

@@ -4,7 +4,7 @@
 
 #include "dock/flyouts/DockButton.h"
 #include "dock/Rectangles.h"
-#include "dock/Scene.h"
+#include "dock/TestBar.h"
 #include "drawing/Pictures.h"
 
 namespace lumenor {

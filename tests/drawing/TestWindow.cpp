@@ -1,4 +1,4 @@
-#include "drawing/Scene.h"
+#include "drawing/TestWindow.h"
 
 #include <utility>
 

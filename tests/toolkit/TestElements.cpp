@@ -1,4 +1,4 @@
-#include "toolkit/Scene.h"
+#include "toolkit/TestElements.h"
 
 #include "system/HResultError.h"
 

@@ -1,4 +1,4 @@
-#include "dock/Scene.h"
+#include "dock/TestBar.h"
 
 #include <gtest/gtest.h>
 

@@ -6,11 +6,14 @@
 #include <gtest/gtest.h>
 
 #include "dock/Rectangles.h"
+#include "support/ImportSlot.h"
 #include "support/KeptRegistryKey.h"
 #include "support/LogCapture.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
 #include "system/HResultError.h"
+
+extern "C" decltype(&::RegSetValueExW) __imp_RegSetValueExW;
 
 namespace lumenor {
 
@@ -287,6 +290,18 @@ TEST_F(DockPosition, CannotBeWrittenWithoutTheKey) {
   EXPECT_EQ(std::vector<std::string>({"ERROR: SetDockPosition: Failed to open the dockposition in the registry"}),
             Logged());
   EXPECT_EQ(std::nullopt, key.Text(L"DockPosition"));
+}
+
+LSTATUS WINAPI RefuseValue(HKEY, LPCWSTR, DWORD, DWORD, const BYTE *, DWORD) { return ERROR_ACCESS_DENIED; }
+
+TEST_F(DockPosition, StaysWhatItWasWhereTheValueCannotBeWritten) {
+  SetDockPosition(L"Top");
+  {
+    const tests::ImportSlot slot(&__imp_RegSetValueExW, &RefuseValue);
+    SetDockPosition(L"Bottom");
+  }
+  EXPECT_EQ(std::vector<std::string>({"ERROR: Failed to set the dockposition in the registry"}), Logged());
+  EXPECT_EQ(L"Top", key.Text(L"DockPosition"));
 }
 
 // The display of the tests is 1280 by 1024 at 96 dots per inch, and its task bar is taken to be at the bottom.

@@ -11,8 +11,14 @@
 #include <oleacc.h>
 
 #include "drawing/ButtonOnScreen.h"
+#include "support/ImportSlot.h"
+#include "support/LogCapture.h"
+#include "support/TestFolders.h"
+#include "toolkit/Accessibility.h"
 #include "toolkit/drawing/CheckBox.h"
 #include "toolkit/TextBox.h"
+
+extern "C" decltype(&::CoCreateInstance) __imp_CoCreateInstance;
 
 namespace lumenor {
 
@@ -132,6 +138,22 @@ protected:
 
   TestWindow root;
 };
+
+HRESULT WINAPI RefuseClass(REFCLSID, IUnknown *, DWORD, REFIID, void **) { return REGDB_E_CLASSNOTREG; }
+
+TEST_F(Annotated, ControlIsNotWithoutTheService) {
+  TextBox field(root.Target(), 7);
+  Show(field);
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  {
+    const tests::ImportSlot slot(&__imp_CoCreateInstance, &RefuseClass);
+    AnnotateName(field.GetHandle(), L"Search");
+  }
+  EXPECT_EQ(log.Lines(),
+            std::vector<std::string>{"ERROR: Accessibility: a control can't be annotated, error 80040154"});
+  EXPECT_EQ(NameOf(field.GetHandle()), L"");
+}
 
 TEST_F(Annotated, CheckBoxIsOneAndTellsWhetherItIsChecked) {
   CheckBox box(std::make_shared<LabelPainter>(L"Update"));

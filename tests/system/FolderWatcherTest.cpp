@@ -17,6 +17,7 @@
 #include "system/EventLog.h"
 
 extern "C" {
+extern decltype(&::CreateEventW) __imp_CreateEventW;
 extern decltype(&::CreateThread) __imp_CreateThread;
 extern decltype(&::SendMessageW) __imp_SendMessageW;
 }
@@ -311,6 +312,18 @@ TEST_F(FolderWatcher, LogsAThreadThatCantBeStarted) {
   const tests::ImportSlot createThread(&__imp_CreateThread, &RefuseThread);
   EXPECT_FALSE(StartFolderWatch(userFolder, window.Get(), told));
   EXPECT_THAT(log.Lines(), ElementsAre("ERROR: FolderWatcher: can't start a thread, error 8"));
+}
+
+HANDLE WINAPI RefuseEvent(SECURITY_ATTRIBUTES *, BOOL, BOOL, LPCWSTR) {
+  ::SetLastError(ERROR_NO_SYSTEM_RESOURCES);
+  return nullptr;
+}
+
+TEST_F(FolderWatcher, StartsNoThreadThatCouldNotBeEnded) {
+  const tests::LogCapture log(folders);
+  const tests::ImportSlot createEvent(&__imp_CreateEventW, &RefuseEvent);
+  EXPECT_FALSE(StartFolderWatch(userFolder, window.Get(), told));
+  EXPECT_THAT(log.Lines(), ElementsAre("ERROR: FolderWatcher: can't start a thread, error 1450"));
 }
 
 TEST_F(FolderWatcher, KeepsNothingOfAThreadThatCantBeStarted) {

@@ -42,6 +42,17 @@ TEST(HResultError, TellsWhereTheCallStands) {
   EXPECT_EQ(Here(), PlaceOf([] { throw HResultError(E_FAIL); }));
 }
 
+TEST(HResultError, OfANullHandleIsTheThreadsLastError) {
+  ::SetLastError(ERROR_ACCESS_DENIED);
+  try {
+    ThrowIfNull(HANDLE());
+    FAIL() << "nothing was raised";
+  } catch (const HResultError &error) {
+    EXPECT_EQ(E_ACCESSDENIED, error.Result());
+    EXPECT_STREQ("HResultError", static_cast<const std::exception &>(error).what());
+  }
+}
+
 TEST(HResultError, NamesItsFileFromTheModulesFolderOn) {
   EXPECT_TRUE(PlaceOf([] { SplitRegistryPath(L""); }).starts_with("system/Registry.cpp:"));
 }

@@ -37,12 +37,22 @@ std::string Place() {
          Number(56, 4) + volume + "C:\\a.bc\0"s + "d.e\0"s;
 }
 
+/// A place on a server, with texts of both widths.
+std::string ServerPlace() {
+  const std::string server =
+      Number(26, 4) + Number(2, 4) + Number(20, 4) + Number(23, 4) + Number(0, 4) + "sv\0"s + "X:\0"s;
+  const auto head = static_cast<std::uint32_t>(36), behind = head + static_cast<std::uint32_t>(server.size());
+  return Number(behind + 2 + 4, 4) + Number(head, 4) + Number(2, 4) + Number(0, 4) + Number(0, 4) + Number(head, 4) +
+         Number(behind, 4) + Number(0, 4) + Number(behind + 2, 4) + server + "a\0"s + "b\0\0\0"s;
+}
+
 constexpr std::uint32_t target = 1, place = 2, description = 4, arguments = 0x20, wide = 0x80;
 
 TEST(WholeShortcut, HasAHeadAndWhatItsFlagsTell) {
   EXPECT_TRUE(IsWholeShortcut(ShortcutOf(0, "")));
   EXPECT_TRUE(IsWholeShortcut(ShortcutOf(target, Target(Item("abc") + Item("d") + Number(0, 2)))));
   EXPECT_TRUE(IsWholeShortcut(ShortcutOf(place, Place())));
+  EXPECT_TRUE(IsWholeShortcut(ShortcutOf(place, ServerPlace())));
   EXPECT_TRUE(IsWholeShortcut(ShortcutOf(description | arguments, Number(2, 2) + "ab" + Number(0, 2))));
   EXPECT_TRUE(IsWholeShortcut(ShortcutOf(description | wide, Number(2, 2) + "a\0b\0"s)));
   EXPECT_TRUE(IsWholeShortcut(ShortcutOf(0, Number(12, 4) + "12345678" + Number(0, 4) + "what is behind is nobody's")));
@@ -78,6 +88,11 @@ TEST(WholeShortcut, IsNotOneWhosePlacePointsOutOfItself) {
         continue; // a text may begin anywhere in it
       EXPECT_FALSE(IsWholeShortcut(ShortcutOf(place, bytes))) << number << " at " << at;
     }
+  for (const std::size_t at : {20, 28, 32, 36, 44, 48}) {
+    std::string bytes = ServerPlace();
+    bytes.replace(at, 4, Number(0x7F, 4));
+    EXPECT_FALSE(IsWholeShortcut(ShortcutOf(place, bytes))) << at;
+  }
   std::string endless = Place();
   endless.back() = 'x';
   EXPECT_FALSE(IsWholeShortcut(ShortcutOf(place, endless)));

@@ -11,7 +11,10 @@
 #include "dock/dragdrop/DragState.h"
 #include "dock/flyouts/FlyoutWindow.h"
 #include "support/Desk.h"
+#include "support/ImportSlot.h"
 #include "toolkit/Animation.h"
+
+extern "C" decltype(&::GetCursorPos) __imp_GetCursorPos;
 
 namespace lumenor {
 
@@ -62,6 +65,22 @@ bool StaysAt(const CMainDlg &dock, int opacity) {
   const ULONGLONG end = ::GetTickCount64() + 400;
   desk::PumpUntil([&] { return dock.Opacity.Get() != opacity || ::GetTickCount64() > end; });
   return dock.Opacity.Get() == opacity;
+}
+
+BOOL WINAPI HaveNoCursor(POINT *) {
+  ::SetLastError(ERROR_ACCESS_DENIED);
+  return FALSE;
+}
+
+// As in a locked session.
+TEST_F(Fade, WaitsWhileAnotherDesktopHasTheCursor) {
+  StartWithoutTimer();
+  {
+    const tests::ImportSlot slot(&__imp_GetCursorPos, &HaveNoCursor);
+    Step(40);
+    EXPECT_TRUE(StaysAt(*dock, 255));
+  }
+  Dim();
 }
 
 TEST_F(Fade, BeginsWithTheTickAfterTwentyOneWithoutTheCursor) {

@@ -265,6 +265,36 @@ TEST(CopiedMedium, HoldsAStreamOnceMore) {
   ::ReleaseStgMedium(&medium);
 }
 
+TEST(CopiedMedium, HoldsAStreamBesideItsOwner) {
+  const tests::ComApartment com;
+  CountedObject owner;
+  STGMEDIUM medium = {};
+  medium.tymed = TYMED_ISTREAM;
+  ASSERT_EQ(S_OK, ::CreateStreamOnHGlobal(nullptr, TRUE, &medium.pstm));
+  medium.pUnkForRelease = &owner;
+  const ULONG references = owner.references;
+  STGMEDIUM copy = {};
+  EXPECT_EQ(S_OK, CopyMedium(medium, copy));
+  EXPECT_EQ(2U, CountReferences(medium.pstm));
+  EXPECT_EQ(references + 1, owner.references);
+  ::ReleaseStgMedium(&copy);
+  EXPECT_EQ(1U, CountReferences(medium.pstm));
+  EXPECT_EQ(references, owner.references);
+  medium.pstm->Release();
+}
+
+HANDLE WINAPI DuplicateNothing(HANDLE, CLIPFORMAT, UINT) { return nullptr; }
+
+TEST(CopiedMedium, IsEmptyWhereItCannotBeCopied) {
+  const tests::ImportSlot slot(&__imp_OleDuplicateData, &DuplicateNothing);
+  STGMEDIUM medium = MakeMemory("text");
+  STGMEDIUM copy = medium;
+  EXPECT_EQ(E_OUTOFMEMORY, CopyMedium(medium, copy));
+  EXPECT_EQ(static_cast<DWORD>(TYMED_NULL), copy.tymed);
+  EXPECT_EQ(nullptr, copy.hGlobal);
+  ::ReleaseStgMedium(&medium);
+}
+
 TEST(CopiedMedium, HasAFileNameOfItsOwn) {
   wchar_t name[] = L"C:\\file.txt";
   STGMEDIUM medium = {};

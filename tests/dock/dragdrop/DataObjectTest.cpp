@@ -321,6 +321,24 @@ TEST(CopiedMedium, HasABitmapOfItsOwn) {
   ::ReleaseStgMedium(&medium);
 }
 
+CLIPFORMAT duplicatedAs = 0;
+
+HANDLE WINAPI NoteFormat(HANDLE, CLIPFORMAT format, UINT) {
+  duplicatedAs = format;
+  return nullptr;
+}
+
+// The test platform can't duplicate one.
+TEST(CopiedMedium, IsAskedForAsAMetafilePicture) {
+  const tests::ImportSlot slot(&__imp_OleDuplicateData, &NoteFormat);
+  STGMEDIUM medium = MakeMemory("any memory");
+  medium.tymed = TYMED_MFPICT;
+  STGMEDIUM copy = {};
+  CopyMedium(medium, copy);
+  EXPECT_EQ(CF_METAFILEPICT, duplicatedAs);
+  ::GlobalFree(medium.hGlobal);
+}
+
 /// Notes what is duplicated as plain memory while it lives.
 class DuplicationSpy {
 public:

@@ -54,6 +54,17 @@ TEST_F(ProgramAppearance, AFileWithoutAnIconHasAnImageToo) {
   }
 }
 
+TEST_F(ProgramAppearance, ADamagedShortcutHasNoImage) {
+  const std::wstring path = folders.Root() + L"\\damaged.lnk";
+  WriteBytes(path, "no shortcut");
+  try {
+    ProgramImage(path);
+    FAIL() << "nothing was raised";
+  } catch (const HResultError &error) {
+    EXPECT_EQ(HResultFromError(ERROR_FILE_CORRUPT), error.Result());
+  }
+}
+
 TEST_F(ProgramAppearance, AMissingProgramHasNoImage) {
   EXPECT_THROW(ProgramImage(folders.Root() + L"\\nowhere.exe"), HResultError);
 }

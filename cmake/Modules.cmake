@@ -20,6 +20,11 @@ target_compile_definitions(lumenor_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_
 # The time of linking stays out, so that the same sources give the same bytes.
 target_link_options(lumenor_options INTERFACE -Wl,--no-insert-timestamp $<$<CONFIG:Release>:-s -Wl,--gc-sections>)
 
+# Only the product's own sources count their lines; whatever links them needs the library that writes the counts.
+option(LUMENOR_COVERAGE "Count how often each line of src runs" OFF)
+set(lumenor_counting $<$<BOOL:${LUMENOR_COVERAGE}>:--coverage>)
+target_link_options(lumenor_options INTERFACE ${lumenor_counting})
+
 # The platform's import libraries; the linker takes of them only what is called.
 set(LUMENOR_PLATFORM_LIBRARIES
   ole32 oleaut32 uuid shell32 shlwapi comctl32 advapi32 gdi32 user32 d2d1 dwrite windowscodecs rpcrt4)
@@ -60,6 +65,7 @@ function(lumenor_module name folders)
   list(FILTER sources EXCLUDE REGEX "/Main\\.cpp$")
   if(sources)
     add_library(${name} STATIC ${sources} ${headers})
+    target_compile_options(${name} PRIVATE ${lumenor_counting})
     set(scope PUBLIC)
     lumenor_precompile(${name} system)
   else()
@@ -79,6 +85,7 @@ function(lumenor_program name entry)
   endforeach()
   add_executable(${name} WIN32 ${entry} ${CMAKE_SOURCE_DIR}/src/resources/LumenorDock.rc)
   target_link_libraries(${name} PRIVATE ${ARGN})
+  target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${lumenor_counting}>)
   target_link_options(${name} PRIVATE -municode)
   target_include_directories(${name} PRIVATE ${generated})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/resources/*)

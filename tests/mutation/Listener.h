@@ -1,9 +1,8 @@
+#pragma once
 // Writes which places each test reached, for script/mutate, which appends this to the copy of the entry function's
 // source: a line each of the test, its source, its milliseconds and the places, with tabs between them.
 
 #include <fstream>
-
-#include "system/Mutants.h"
 
 namespace {
 

@@ -89,6 +89,7 @@ TEST_F(Reflection, MenusAndStrangersAreLeftAlone) {
   draw.hwndItem = control.handle; // of a menu this is the menu's handle
   ExpectLeftAlone(WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&draw));
   MEASUREITEMSTRUCT measure{};
+  measure.CtlID = controlId; // a command of the menu may have the same number
   ExpectLeftAlone(WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&measure));
   ExpectLeftAlone(WM_COMMAND, 1, 0);
   ExpectLeftAlone(WM_COMMAND, 1, 0x7FFFFF0);

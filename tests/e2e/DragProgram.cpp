@@ -2,20 +2,13 @@
 
 #include "e2e/DockProcess.h"
 #include "e2e/Screen.h"
+#include "support/TestFolders.h"
 
 namespace lumenor::e2e {
 namespace {
 
 constexpr wchar_t windowClass[] = L"LumenorDragSource";
 constexpr wchar_t place[] = L"500 600 ";
-
-/// It lies beside the program of the tests.
-std::wstring ProgramPath() {
-  wchar_t path[MAX_PATH] = {};
-  ::GetModuleFileNameW(nullptr, path, MAX_PATH);
-  const std::wstring tests = path;
-  return tests.substr(0, tests.rfind(L'\\') + 1) + L"drag_source.exe";
-}
 
 std::wstring Arguments(const std::vector<std::wstring> &paths) {
   if (paths.empty())
@@ -35,7 +28,7 @@ std::wstring TitleOf(HWND window) {
 } // namespace
 
 DragProgram::DragProgram(const std::vector<std::wstring> &paths) {
-  std::wstring commandLine = L"\"" + ProgramPath() + L"\" " + place + Arguments(paths);
+  std::wstring commandLine = L"\"" + tests::BesideThisProgram(L"drag_source.exe") + L"\" " + place + Arguments(paths);
   STARTUPINFOW start = {};
   start.cb = sizeof(start);
   PROCESS_INFORMATION started = {};

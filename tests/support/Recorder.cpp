@@ -10,14 +10,6 @@ namespace {
 constexpr DWORD waitMs = 60000;
 constexpr DWORD stepMs = 10;
 
-/// The recorder is built beside the test programs.
-std::wstring RecorderExe() {
-  wchar_t path[MAX_PATH] = {};
-  ::GetModuleFileNameW(nullptr, path, MAX_PATH);
-  const std::wstring program = path;
-  return program.substr(0, program.find_last_of(L'\\')) + L"\\recorder.exe";
-}
-
 } // namespace
 
 std::vector<RecordedStart> ReadRecordedStarts(const std::wstring &path) {
@@ -35,7 +27,7 @@ Recorder::Recorder(const TestFolders &folders)
 
 void Recorder::InstallAs(const std::wstring &path) const {
   MakeFolders(path.substr(0, path.find_last_of(L'\\')));
-  if (!::CopyFileW(RecorderExe().c_str(), path.c_str(), FALSE))
+  if (!::CopyFileW(BesideThisProgram(L"recorder.exe").c_str(), path.c_str(), FALSE))
     std::abort(); // no test can run without it
 }
 

@@ -148,6 +148,13 @@ void DeleteTree(const std::wstring &folder) {
 
 bool Exists(const std::wstring &path) { return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
+std::wstring BesideThisProgram(const std::wstring &name) {
+  wchar_t path[MAX_PATH] = {};
+  ::GetModuleFileNameW(nullptr, path, MAX_PATH);
+  const std::wstring program = path;
+  return program.substr(0, program.find_last_of(L'\\') + 1) + name;
+}
+
 std::string Utf8(const std::wstring &text) {
   const int length = static_cast<int>(text.size());
   const int size = ::WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);

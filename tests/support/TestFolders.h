@@ -93,6 +93,9 @@ void DeleteTree(const std::wstring &folder);
 
 bool Exists(const std::wstring &path);
 
+/// The path of a file that is built beside this program.
+std::wstring BesideThisProgram(const std::wstring &name);
+
 std::string Utf8(const std::wstring &text);
 std::wstring FromUtf8(const std::string &bytes);
 

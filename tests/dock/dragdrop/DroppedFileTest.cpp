@@ -7,6 +7,7 @@
 
 #include "dock/dragdrop/DroppedFile.h"
 #include "support/ImportSlot.h"
+#include "support/TestFolders.h"
 #include "system/Handles.h"
 
 #include <shellapi.h>
@@ -120,6 +121,14 @@ TEST_F(LocalizedFile, RunsNoCodeOfTheLibrary) {
   wasLoadedAsProgram = true;
   EXPECT_EQ(text, LabelOf(L"C:\\windows\\notepad.exe"));
   EXPECT_FALSE(wasLoadedAsProgram);
+}
+
+// Many programs keep their names in libraries for 32 bits. Windows would refuse to load one as a program here; Wine 8
+// takes it, so there RunsNoCodeOfTheLibrary alone tells how it was loaded.
+TEST_F(LocalizedFile, HasTheNameOfALibraryForAnotherProcessor) {
+  nameModule = tests::BesideThisProgram(L"library32.dll");
+  nameId = 7;
+  EXPECT_EQ(L"Text of a 32-bit library", LabelOf(L"C:\\windows\\notepad.exe"));
 }
 
 TEST_F(LocalizedFile, WhoseLibraryIsMissingHasAnEmptyLabel) {

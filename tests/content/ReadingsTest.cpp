@@ -107,7 +107,7 @@ TEST_F(Readings, TakeTheExamplesOfTheGuide) {
               testing::ElementsAre(L"My tools"));
   // The test platform is a Windows 7 without calc.exe, and with a key of policies only in some prefixes.
   EXPECT_THAT(HeadsOf(LoadDocument(L"My.Tools", false)),
-              testing::IsSupersetOf({L"Notepad", L"Calculator", L"Mail", L"Control panel"}));
+              testing::IsSupersetOf({L"Notepad", L"Calculator", L"Mail", L"Control Panel"}));
   EXPECT_THAT(HeadsOf(LoadDocument(L"My.Tools", false)), testing::Not(testing::Contains(L"Settings")));
   const ElementList icons = LoadDocument(L"Lumenor.MainFrame.Controls.JumpList.Main", false);
   ASSERT_EQ(1U, icons.size());

@@ -74,12 +74,12 @@ TEST_F(AccessibleNames, OfTheListsAreThoseOfTheirRows) {
     return Lines(controls);
   };
   EXPECT_EQ(controlsBehind(dock.MainButton(1)),
-            Lines({L"button This computer", L"button Documents", L"button Downloads", L"button Pictures",
-                   L"button Music", L"button Videos", L"button Recycle bin"}));
+            Lines({L"button This PC", L"button Documents", L"button Downloads", L"button Pictures", L"button Music",
+                   L"button Videos", L"button Recycle Bin"}));
   EXPECT_EQ(
       controlsBehind(dock.MainButton(2)),
-      Lines({L"button Health and security", L"button Action center", L"button Control panel", L"button Task manager",
-             L"button System information", L"button Command prompt", L"button About Windows"}));
+      Lines({L"button Health and security", L"button Action Center", L"button Control Panel", L"button Task Manager",
+             L"button System Information", L"button Command Prompt", L"button About Windows"}));
   EXPECT_EQ(controlsBehind(dock.ForYouButton()),
             Lines({L"button Holidays", L"button Only a tip", L"button Bed & breakfast"}));
   EXPECT_EQ(controlsBehind(dock.SearchProviderButton()),

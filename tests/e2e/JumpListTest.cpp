@@ -177,8 +177,8 @@ TEST_F(JumpList, OfTheFactoryContentLeadsToFilesThatAreThere) {
     EXPECT_TRUE(Exists(task.path) && Exists(task.icon)) << ::testing::PrintToString(task);
   }
   EXPECT_EQ(
-      (std::vector<std::wstring>{L"Health and security", L"Action center", L"Control panel", L"Task manager",
-                                 L"System information", L"Command prompt", L"About Windows", L"Notepad", L"Player"}),
+      (std::vector<std::wstring>{L"Health and security", L"Action Center", L"Control Panel", L"Task Manager",
+                                 L"System Information", L"Command Prompt", L"About Windows", L"Notepad", L"Player"}),
       titles);
 }
 

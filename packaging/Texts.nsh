@@ -75,7 +75,7 @@ LangString NotPlaced ${LANG_ARABIC} "تعذّر وضع الملفات في مك�
 LangString NotPlaced ${LANG_PORTUGUESEBR} "Não foi possível gravar os arquivos: o disco está cheio ou não é possível gravar em um arquivo ou pasta. Nada foi alterado."
 LangString NotPlaced ${LANG_ITALIAN} "Impossibile copiare i file: il disco è pieno oppure non è possibile scrivere in un file o in una cartella. Non è stato modificato nulla."
 LangString NotPlaced ${LANG_POLISH} "Nie można umieścić plików: dysk jest pełny albo nie można zapisać pliku lub folderu. Niczego nie zmieniono."
-LangString NotPlaced ${LANG_SIMPCHINESE} "无法复制文件: 磁盘已满，或者无法写入某个文件或文件夹。未做任何更改。"
+LangString NotPlaced ${LANG_SIMPCHINESE} "无法复制文件：磁盘已满，或者无法写入某个文件或文件夹。未做任何更改。"
 LangString NotPlaced ${LANG_KOREAN} "파일을 복사할 수 없습니다. 디스크가 꽉 찼거나 파일 또는 폴더에 쓸 수 없습니다. 변경된 내용은 없습니다."
 LangString NotPlaced ${LANG_RUSSIAN} "Не удалось разместить файлы: диск заполнен, либо файл или папка недоступны для записи. Ничего не изменено."
 

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <optional>
+#include <string_view>
 
 #include "e2e/Screen.h"
 #include "support/InputEvents.h"
@@ -19,9 +20,33 @@ namespace {
 constexpr auto handPace = std::chrono::milliseconds(50);
 constexpr auto typingPace = std::chrono::milliseconds(20);
 
+constexpr int messagesOfAnInput = 4; // a move, a button, and two for what the display reports of them
+constexpr UINT answerLimitMs = 10'000;
+
+/// Waits until the window's thread has taken what is in its queue of input. A thread answers what is sent to it before
+/// it takes the next message of its queue; so that many answers tell that it has taken as many but one.
+void WaitUntilTaken(HWND window) {
+  DWORD_PTR answer = 0;
+  for (int i = 0; i <= messagesOfAnInput; ++i)
+    if (::SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, answerLimitMs, &answer) == 0)
+      return; // it has gone, or it has stopped for another reason than a busy machine
+}
+
+HWND WindowBelowCursor() {
+  POINT cursor = {};
+  ::GetCursorPos(&cursor);
+  return ::WindowFromPoint(cursor);
+}
+
+/// Sends an input as a user does, who goes on once the last one has had its effect: without the wait, a machine that
+/// stops the receiver for a while would make several inputs one.
 void Send(INPUT input, std::chrono::milliseconds pace = handPace) {
   ::SendInput(1, &input, sizeof(input));
   std::this_thread::sleep_for(pace);
+  const HWND below = WindowBelowCursor(), foreground = ::GetForegroundWindow();
+  WaitUntilTaken(below);
+  if (foreground != below)
+    WaitUntilTaken(foreground);
 }
 
 /// The keys beside the number pad, which shift takes for digits otherwise.
@@ -55,11 +80,23 @@ void SendButton(DWORD change) {
 
 void MoveCursor(POINT point) {
   handPlace = point;
-  Send(MoveInput(point));
-  WaitFor([&] { return tests::IsCursorAt(point); });
+  // A late report of the display may take the cursor back once.
+  WaitFor([&] {
+    Send(MoveInput(point));
+    return tests::IsCursorAt(point);
+  });
 }
 
-void PressLeftButton() { SendButton(MOUSEEVENTF_LEFTDOWN); }
+// A tip that came late may lie between the cursor and what is to be pressed. Windows looks through it, but the test
+// platform drops the press. It goes by itself after some seconds.
+void PressLeftButton() {
+  WaitFor([] {
+    wchar_t name[32] = {};
+    ::GetClassNameW(WindowBelowCursor(), name, 32);
+    return std::wstring_view(name) != L"tooltips_class32";
+  });
+  SendButton(MOUSEEVENTF_LEFTDOWN);
+}
 
 void ReleaseLeftButton() { SendButton(MOUSEEVENTF_LEFTUP); }
 

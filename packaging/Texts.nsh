@@ -117,3 +117,9 @@ LangString PurgeToo ${LANG_POLISH} "Usuń także &przyciski wszystkich użytkown
 LangString PurgeToo ${LANG_SIMPCHINESE} "同时删除所有用户的按钮(&B)"
 LangString PurgeToo ${LANG_KOREAN} "모든 사용자의 단추도 제거(&B)"
 LangString PurgeToo ${LANG_RUSSIAN} "Удалить также &кнопки всех пользователей"
+
+; The text that NSIS has is wider than its button.
+!pragma warning push
+!pragma warning disable 6030 ; set a second time
+LangString ^ShowDetailsBtn ${LANG_ITALIAN} "Mostra dettagli"
+!pragma warning pop

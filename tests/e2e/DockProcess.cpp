@@ -12,12 +12,6 @@ namespace {
 constexpr wchar_t barTitle[] = L"Lumenor Dock";
 constexpr DWORD exitLimitMs = 60'000;
 
-std::wstring ClassOf(HWND window) {
-  wchar_t name[64] = {};
-  ::GetClassNameW(window, name, 64);
-  return name;
-}
-
 std::wstring TitleOf(HWND window) {
   wchar_t text[64] = {};
   ::InternalGetWindowText(window, text, 64); // from outside the process, without waiting for its thread
@@ -170,14 +164,14 @@ HWND DockProcess::Bar() const {
 std::vector<HWND> DockProcess::Popups() const {
   std::vector<HWND> popups;
   for (const HWND window : TopLevelWindows())
-    if (TitleOf(window) != barTitle && ClassOf(window) != L"tooltips_class32")
+    if (TitleOf(window) != barTitle && !IsToolTip(window))
       popups.push_back(window);
   return popups;
 }
 
 HWND DockProcess::ToolTip() const {
   for (const HWND window : TopLevelWindows())
-    if (ClassOf(window) == L"tooltips_class32")
+    if (IsToolTip(window))
       return window;
   return nullptr;
 }

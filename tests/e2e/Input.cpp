@@ -78,6 +78,12 @@ void SendButton(DWORD change) {
 
 } // namespace
 
+bool IsToolTip(HWND window) {
+  wchar_t name[64] = {};
+  ::GetClassNameW(window, name, 64);
+  return std::wstring_view(name) == L"tooltips_class32";
+}
+
 void MoveCursor(POINT point) {
   handPlace = point;
   // A late report of the display may take the cursor back once.
@@ -90,11 +96,7 @@ void MoveCursor(POINT point) {
 // A tip that came late may lie between the cursor and what is to be pressed. Windows looks through it, but the test
 // platform drops the press. It goes by itself after some seconds.
 void PressLeftButton() {
-  WaitFor([] {
-    wchar_t name[32] = {};
-    ::GetClassNameW(WindowBelowCursor(), name, 32);
-    return std::wstring_view(name) != L"tooltips_class32";
-  });
+  WaitFor([] { return !IsToolTip(WindowBelowCursor()); });
   SendButton(MOUSEEVENTF_LEFTDOWN);
 }
 

@@ -8,6 +8,9 @@
 
 namespace lumenor::e2e {
 
+/// Whether the window is a tip.
+bool IsToolTip(HWND window);
+
 /// Moves the cursor to `point` (screen coordinates) and waits until the platform says it is there.
 void MoveCursor(POINT point);
 

@@ -1,46 +1,30 @@
 #include "dock/dragdrop/DataObject.h"
 
-#include <cstring>
-#include <cwchar>
+#include <algorithm>
 #include <new>
 #include <utility>
 
-#include "dock/dragdrop/EnumFormatEtc.h"
+#include "system/HResultError.h"
+
+#include <shlwapi.h>
 
 namespace lumenor {
 
 namespace {
 
-/// The clipboard format by which the platform knows what kind of handle a medium holds; 0 for plain memory.
-CLIPFORMAT HandleFormat(DWORD tymed) {
-  switch (tymed) {
+/// A duplicate of the handle in `medium`; null when there is none to be had. The clipboard format tells the platform
+/// what kind of handle it is.
+HANDLE DuplicateMediumHandle(const STGMEDIUM &medium) {
+  switch (medium.tymed) {
+  case TYMED_ENHMF: // which the platform's duplication takes for memory
+    return ::CopyEnhMetaFileW(medium.hEnhMetaFile, nullptr);
   case TYMED_GDI:
-    return CF_BITMAP;
+    return ::OleDuplicateData(medium.hGlobal, CF_BITMAP, GMEM_MOVEABLE);
   case TYMED_MFPICT:
-    return CF_METAFILEPICT;
+    return ::OleDuplicateData(medium.hGlobal, CF_METAFILEPICT, GMEM_MOVEABLE);
   default:
-    return 0;
+    return ::OleDuplicateData(medium.hGlobal, 0, GMEM_MOVEABLE);
   }
-}
-
-HRESULT CopyFileName(const STGMEDIUM &from, STGMEDIUM &to) {
-  const std::size_t bytes = (std::wcslen(from.lpszFileName) + 1) * sizeof(wchar_t);
-  to.lpszFileName = static_cast<LPOLESTR>(::CoTaskMemAlloc(bytes));
-  if (to.lpszFileName == nullptr)
-    return E_OUTOFMEMORY;
-  std::memcpy(to.lpszFileName, from.lpszFileName, bytes);
-  return S_OK;
-}
-
-HRESULT CopyHandle(const STGMEDIUM &from, STGMEDIUM &to) {
-  to.hGlobal = ::OleDuplicateData(from.hGlobal, HandleFormat(from.tymed), GMEM_MOVEABLE);
-  return to.hGlobal == nullptr ? E_OUTOFMEMORY : S_OK;
-}
-
-/// The platform's duplication knows all handles but this one, which it takes for memory.
-HRESULT CopyMetafile(const STGMEDIUM &from, STGMEDIUM &to) {
-  to.hEnhMetaFile = ::CopyEnhMetaFileW(from.hEnhMetaFile, nullptr);
-  return to.hEnhMetaFile == nullptr ? E_OUTOFMEMORY : S_OK;
 }
 
 bool IsSameFormat(const FORMATETC &one, const FORMATETC &other) {
@@ -54,15 +38,14 @@ HRESULT CopyContent(const STGMEDIUM &from, STGMEDIUM &to) {
   case TYMED_NULL:
     return S_OK;
   case TYMED_FILE:
-    return CopyFileName(from, to);
-  case TYMED_ENHMF:
-    return CopyMetafile(from, to);
+    return ::SHStrDupW(from.lpszFileName, &to.lpszFileName);
   case TYMED_ISTREAM:
   case TYMED_ISTORAGE:
     static_cast<IUnknown *>(from.pstm)->AddRef();
     return S_OK;
   default:
-    return CopyHandle(from, to);
+    to.hGlobal = DuplicateMediumHandle(from);
+    return to.hGlobal == nullptr ? E_OUTOFMEMORY : S_OK;
   }
 }
 
@@ -98,8 +81,6 @@ HRESULT CDataObject::GetData(FORMATETC *format, STGMEDIUM *medium) noexcept {
   return DV_E_FORMATETC;
 }
 
-HRESULT CDataObject::GetDataHere(FORMATETC *, STGMEDIUM *) noexcept { return E_NOTIMPL; }
-
 HRESULT CDataObject::QueryGetData(FORMATETC *format) noexcept {
   if (format == nullptr)
     return DV_E_FORMATETC;
@@ -115,8 +96,6 @@ HRESULT CDataObject::QueryGetData(FORMATETC *format) noexcept {
   }
   return result;
 }
-
-HRESULT CDataObject::GetCanonicalFormatEtc(FORMATETC *, FORMATETC *) noexcept { return E_NOTIMPL; }
 
 HRESULT CDataObject::SetData(FORMATETC *format, STGMEDIUM *medium, BOOL release) noexcept try {
   if (format == nullptr || medium == nullptr)
@@ -148,22 +127,44 @@ void CDataObject::Keep(const FORMATETC &format, const STGMEDIUM &medium) noexcep
   media.push_back(medium);
 }
 
-HRESULT CDataObject::EnumFormatEtc(DWORD direction, IEnumFORMATETC **enumerator) noexcept try {
+HRESULT CDataObject::EnumFormatEtc(DWORD direction, IEnumFORMATETC **enumerator) noexcept {
   if (enumerator == nullptr)
     return E_POINTER;
   *enumerator = nullptr;
   if (direction != DATADIR_GET)
     return OLE_S_USEREG;
-  *enumerator = new CEnumFormatEtc(formats);
-  return S_OK;
-} catch (const std::bad_alloc &) {
-  return E_OUTOFMEMORY;
+  return HResultOf([&] { *enumerator = new CEnumFormatEtc(formats); });
 }
 
-HRESULT CDataObject::DAdvise(FORMATETC *, DWORD, IAdviseSink *, DWORD *) noexcept { return E_NOTIMPL; }
+HRESULT CEnumFormatEtc::Next(ULONG wanted, FORMATETC *out, ULONG *fetched) noexcept {
+  if (fetched != nullptr)
+    *fetched = 0;
+  if (wanted == 0 || out == nullptr || Remaining() == 0 || (fetched == nullptr && wanted != 1))
+    return S_FALSE;
+  const std::size_t count = std::min<std::size_t>(wanted, Remaining());
+  std::copy_n(formats.data() + cursor, count, out);
+  cursor += count;
+  if (fetched != nullptr)
+    *fetched = static_cast<ULONG>(count);
+  return count == wanted ? S_OK : S_FALSE;
+}
 
-HRESULT CDataObject::DUnadvise(DWORD) noexcept { return E_NOTIMPL; }
+HRESULT CEnumFormatEtc::Skip(ULONG skipped) noexcept {
+  const std::size_t count = std::min<std::size_t>(skipped, Remaining());
+  cursor += count;
+  return count == skipped ? S_OK : S_FALSE;
+}
 
-HRESULT CDataObject::EnumDAdvise(IEnumSTATDATA **) noexcept { return E_NOTIMPL; }
+HRESULT CEnumFormatEtc::Reset() noexcept {
+  cursor = 0;
+  return S_OK;
+}
+
+HRESULT CEnumFormatEtc::Clone(IEnumFORMATETC **clone) noexcept {
+  if (clone == nullptr)
+    return E_POINTER;
+  *clone = nullptr;
+  return HResultOf([&] { *clone = new CEnumFormatEtc(formats, cursor); });
+}
 
 } // namespace lumenor

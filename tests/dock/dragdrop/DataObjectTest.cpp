@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "dock/dragdrop/DragObjects.h"
-#include "dock/dragdrop/EnumFormatEtc.h"
 #include "support/ComApartment.h"
 #include "support/ImportSlot.h"
 

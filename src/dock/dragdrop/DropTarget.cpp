@@ -20,33 +20,6 @@ constexpr UINT allFiles = 0xFFFFFFFF;
 /// A screen point as messages carry it: x in the low half, y in the high one.
 DWORD PackedPoint(POINTL point) { return static_cast<DWORD>(MAKELONG(point.x, point.y)); }
 
-POINT ToPoint(POINTL point) { return {point.x, point.y}; }
-
-/// A medium that is released when it goes out of scope, filled or not.
-class OwnedMedium {
-public:
-  OwnedMedium() = default;
-  ~OwnedMedium() { ::ReleaseStgMedium(&medium); }
-  OwnedMedium(const OwnedMedium &) = delete;
-  OwnedMedium &operator=(const OwnedMedium &) = delete;
-
-  STGMEDIUM medium = {};
-};
-
-/// The effect that the keys ask for; 0 for none.
-DWORD RequestedEffect(DWORD keyState) {
-  switch (keyState & (MK_CONTROL | MK_SHIFT)) {
-  case MK_CONTROL | MK_SHIFT:
-    return DROPEFFECT_LINK;
-  case MK_CONTROL:
-    return DROPEFFECT_COPY;
-  case MK_SHIFT:
-    return DROPEFFECT_MOVE;
-  default:
-    return 0;
-  }
-}
-
 /// The effect where the keys ask for none.
 DWORD DefaultEffect(DWORD allowed) {
   if ((allowed & DROPEFFECT_COPY) != 0)
@@ -56,8 +29,19 @@ DWORD DefaultEffect(DWORD allowed) {
   return allowed & DROPEFFECT_LINK;
 }
 
-/// A link is never made on request.
-DWORD GrantedEffect(DWORD requested, DWORD allowed) { return requested != DROPEFFECT_LINK ? allowed & requested : 0; }
+/// The one of the `allowed` effects that a drop would have with these keys; 0 for none.
+DWORD PossibleEffect(DWORD keyState, DWORD allowed) {
+  switch (keyState & (MK_CONTROL | MK_SHIFT)) {
+  case MK_CONTROL | MK_SHIFT: // a link, which is never made on request
+    return 0;
+  case MK_CONTROL:
+    return allowed & DROPEFFECT_COPY;
+  case MK_SHIFT:
+    return allowed & DROPEFFECT_MOVE;
+  default:
+    return DefaultEffect(allowed);
+  }
+}
 
 } // namespace
 
@@ -70,7 +54,7 @@ HRESULT CDropTarget::DragEnter(IDataObject *data, DWORD keyState, POINTL point, 
   return Shielded([&] {
     if (data == nullptr || effect == nullptr)
       return E_INVALIDARG;
-    POINT place = ToPoint(point);
+    POINT place = {point.x, point.y};
     helper->DragEnter(window, data, &place, *effect);
     inDrag = true;
     if (draggedButton != nullptr)
@@ -86,7 +70,7 @@ HRESULT CDropTarget::DragOver(DWORD keyState, POINTL point, DWORD *effect) noexc
   return Shielded([&] {
     if (effect == nullptr)
       return E_INVALIDARG;
-    POINT place = ToPoint(point);
+    POINT place = {point.x, point.y};
     helper->DragOver(&place, *effect);
     ComputeEffect(keyState, *effect);
     Notify(DragOverNotification, PackedPoint(point));
@@ -110,7 +94,7 @@ HRESULT CDropTarget::Drop(IDataObject *data, DWORD keyState, POINTL point, DWORD
   return Shielded([&] {
     if (data == nullptr || effect == nullptr)
       return E_INVALIDARG;
-    POINT place = ToPoint(point);
+    POINT place = {point.x, point.y};
     helper->Drop(data, &place, *effect);
     inDrag = false;
     const bool isPossible = ComputeEffect(keyState, *effect);
@@ -121,22 +105,21 @@ HRESULT CDropTarget::Drop(IDataObject *data, DWORD keyState, POINTL point, DWORD
 
 /// Makes of the allowed effects the one that a drop would have; false when it would have none.
 bool CDropTarget::ComputeEffect(DWORD keyState, DWORD &effect) const {
-  const DWORD requested = RequestedEffect(keyState);
-  const DWORD possible = requested != 0 ? GrantedEffect(requested, effect) : DefaultEffect(effect);
-  effect = acceptsData ? possible : 0;
+  effect = acceptsData ? PossibleEffect(keyState, effect) : 0;
   return effect != 0;
 }
 
 HRESULT CDropTarget::Take(IDataObject &data, POINTL point) const {
   FORMATETC format = fileListFormat;
-  OwnedMedium files;
-  const HRESULT result = data.GetData(&format, &files.medium);
+  STGMEDIUM files = {};
+  const ScopeExit release([&files] { ::ReleaseStgMedium(&files); }); // filled or not
+  const HRESULT result = data.GetData(&format, &files);
   if (FAILED(result))
     return result;
   if (draggedButton != nullptr)
     Notify(DropNotification, PackedPoint(point));
-  else if (files.medium.tymed == TYMED_HGLOBAL && files.medium.hGlobal != nullptr)
-    AddDroppedFiles(static_cast<HDROP>(files.medium.hGlobal), point);
+  else if (files.tymed == TYMED_HGLOBAL && files.hGlobal != nullptr)
+    AddDroppedFiles(static_cast<HDROP>(files.hGlobal), point);
   return result;
 }
 

@@ -75,32 +75,11 @@ void SetDragPicture(IDragSourceHelper &helper, IDataObject &data, const BitmapHa
   helper.InitializeFromBitmap(&image, &data);
 }
 
-POINT MapPoint(HWND from, HWND to, POINT point) {
-  ::ClientToScreen(from, &point);
-  ::ScreenToClient(to, &point);
-  return point;
-}
-
-/// The marker's height is that of the bar on the screen, taken for a place in the bar: with the bar at the bottom the
-/// marker lies below all that the bar shows, which is intentional.
-RECT IndicatorPlace(HWND bar, LONG left, LONG right) {
-  RECT place = {};
-  ::GetWindowRect(bar, &place);
-  return {left, place.top + indicatorInset, right, place.bottom - indicatorInset};
-}
-
 bool IsAnyMouseButtonDown() {
   for (const int button : {VK_LBUTTON, VK_RBUTTON, VK_MBUTTON})
     if (::GetAsyncKeyState(button) < 0)
       return true;
   return false;
-}
-
-/// The screen point that a notification carries in `packed`, in the client coordinates of `window`.
-POINT ClientPoint(HWND window, UINT_PTR packed) {
-  POINT point = UnpackedPoint(packed);
-  ::ScreenToClient(window, &point);
-  return point;
 }
 
 } // namespace
@@ -179,14 +158,9 @@ void RowDrag::FinishButtonDrag(HRESULT dragResult) {
 }
 
 void RowDrag::RestoreDraggedButton() {
-  const std::size_t index = DraggedIndex();
+  const std::size_t index = row.IndexOf(draggedButton);
   if (index < row.GetButtons().size())
     row.GetButtons()[index]->Visibility.Set(lumenor::Visibility::Visible);
-}
-
-/// The number of buttons when none is dragged.
-std::size_t RowDrag::DraggedIndex() const {
-  return draggedButton != nullptr ? row.IndexOf(draggedButton) : row.GetButtons().size();
 }
 
 // What the drop target reports.
@@ -197,25 +171,27 @@ bool RowDrag::OnNotify(const NMHDR &header) {
     return true;
   case DragEnterNotification:
   case DragOverNotification:
-    OnDragOver(ClientPoint(window.GetHandle(), header.idFrom));
+    OnDragOver(UnpackedPoint(header.idFrom));
     return true;
   case DragLeaveNotification:
     OnDragLeave(header.idFrom);
     return true;
   case DropNotification:
-    OnButtonDrop(ClientPoint(window.GetHandle(), header.idFrom));
+    OnButtonDrop(UnpackedPoint(header.idFrom));
     return true;
   default:
     return false;
   }
 }
 
-void RowDrag::OnDragOver(POINT point) {
+void RowDrag::OnDragOver(POINT screenPoint) {
+  POINT point = screenPoint;
+  ::ScreenToClient(window.GetHandle(), &point);
   bar.HideIndicator();
   const LONG left = bar.scrollViewer->Left.Get();
   dragOverButtons = left <= point.x && point.x < left + bar.scrollViewer->Width.Get();
   dragOutside = !dragOverButtons;
-  if (const auto index = GetInsertionIndex(ToRow(point)))
+  if (const auto index = GetInsertionIndex(screenPoint))
     ShowIndicatorFor(*index);
   Repaint();
 }
@@ -228,11 +204,11 @@ void RowDrag::OnDragLeave(UINT_PTR buttonId) {
   Repaint();
 }
 
-void RowDrag::OnButtonDrop(POINT point) {
+void RowDrag::OnButtonDrop(POINT screenPoint) {
   if (draggedButton == nullptr)
     return;
-  const std::size_t from = DraggedIndex();
-  const auto to = GetInsertionIndex(ToRow(point));
+  const std::size_t from = row.IndexOf(draggedButton);
+  const auto to = GetInsertionIndex(screenPoint);
   if (!to || *to > row.GetButtons().size())
     return;
   if (from < *to)
@@ -252,7 +228,6 @@ void RowDrag::OnDragAdd(const std::wstring &path, POINT screenPoint) {
 /// it. A file whose icon the shell can't load must not end the bar either.
 void RowDrag::AddDroppedFile(const std::wstring &path, POINT screenPoint) {
   const Window::RepaintHold hold(window);
-  ::ScreenToClient(bar.userButtonPanel->GetHandle(), &screenPoint);
   const auto position = GetInsertionIndex(screenPoint);
   if (!position || !row.CanAdd(*position))
     return;
@@ -289,21 +264,18 @@ void RowDrag::HideForgottenIndicator() {
 
 // Places.
 
-POINT RowDrag::ToRow(POINT point) const {
-  return MapPoint(window.GetHandle(), bar.userButtonPanel->GetHandle(), point);
-}
-
 /// Empty off the row.
-std::optional<std::size_t> RowDrag::GetInsertionIndex(POINT rowPoint) const {
+std::optional<std::size_t> RowDrag::GetInsertionIndex(POINT screenPoint) const {
   if (!dragOverButtons)
     return std::nullopt;
-  return InsertionIndex(rowPoint.x, row.GetSpans(), DraggedIndex());
+  ::ScreenToClient(bar.userButtonPanel->GetHandle(), &screenPoint);
+  return InsertionIndex(screenPoint.x, row.GetSpans(), row.IndexOf(draggedButton));
 }
 
 /// Both gaps beside a dragged button are its own place, which shows no marker.
 void RowDrag::ShowIndicatorFor(std::size_t index) {
   const std::vector<ButtonSpan> spans = row.GetSpans();
-  const std::size_t dragged = DraggedIndex();
+  const std::size_t dragged = row.IndexOf(draggedButton);
   if (dragged < spans.size() && (index == dragged || index == dragged + 1))
     return;
   if (index < spans.size())
@@ -312,10 +284,15 @@ void RowDrag::ShowIndicatorFor(std::size_t index) {
     ShowIndicatorAt(spans[index - 1].right, indicatorNearSide, indicatorFarSide);
 }
 
-/// Shows the marker around `rowX` on the row, `before` to its left and `behind` to its right.
+/// Shows the marker around `rowX` on the row, `before` to its left and `behind` to its right. Its height is that of the
+/// bar on the screen, taken for a place in the bar: with the bar at the bottom the marker lies below all that the bar
+/// shows, which is intentional.
 void RowDrag::ShowIndicatorAt(LONG rowX, LONG before, LONG behind) {
-  const POINT edge = MapPoint(bar.userButtonPanel->GetHandle(), window.GetHandle(), {rowX, 0});
-  const RECT place = IndicatorPlace(window.GetHandle(), edge.x - before, edge.x + behind);
+  POINT edge = {rowX, 0};
+  ::MapWindowPoints(bar.userButtonPanel->GetHandle(), window.GetHandle(), &edge, 1);
+  RECT place = {};
+  ::GetWindowRect(window.GetHandle(), &place);
+  place = {edge.x - before, place.top + indicatorInset, edge.x + behind, place.bottom - indicatorInset};
   bar.dragIndicator->SetBounds(&place);
 }
 

@@ -5,7 +5,7 @@
 // The platform's loop of a button's drag runs inside a mouse message of that button, and every message of the dock may
 // come within it, the end of the dock's window too.
 //
-// A member of the dock. Points are in the dock's client coordinates, if not told otherwise. User-interface thread.
+// A member of the dock. User-interface thread.
 
 #include <cstddef>
 #include <memory>
@@ -51,17 +51,15 @@ private:
   void RemoveVanishedButton(HWND buttonWindow);
   void FinishButtonDrag(HRESULT dragResult);
   void RestoreDraggedButton();
-  void OnDragOver(POINT point);
+  void OnDragOver(POINT screenPoint);
   void OnDragLeave(UINT_PTR buttonId);
-  void OnButtonDrop(POINT point);
+  void OnButtonDrop(POINT screenPoint);
   void AddDroppedFile(const std::wstring &path, POINT screenPoint);
   void FinishDrop();
 
-  std::optional<std::size_t> GetInsertionIndex(POINT rowPoint) const;
-  POINT ToRow(POINT point) const;
+  std::optional<std::size_t> GetInsertionIndex(POINT screenPoint) const;
   void ShowIndicatorFor(std::size_t index);
   void ShowIndicatorAt(LONG rowX, LONG before, LONG behind);
-  std::size_t DraggedIndex() const;
   void Repaint();
 
   Window &window;

@@ -78,13 +78,13 @@ void UserRow::AssignControlIds() {
 }
 
 bool UserRow::CanAdd(std::size_t position) const {
-  return position <= elements.size() && std::find(idInUse.begin(), idInUse.end(), false) != idInUse.end();
+  return position <= elements.size() && std::ranges::find(idInUse, false) != idInUse.end();
 }
 
 void UserRow::Add(const Element &element, std::size_t position) {
   if (!CanAdd(position))
     return;
-  const auto freeId = std::find(idInUse.begin(), idInUse.end(), false);
+  const auto freeId = std::ranges::find(idInUse, false);
   *freeId = true;
   elements.insert(At(elements, position), element);
   const auto button = MakeButton(element);
@@ -96,15 +96,14 @@ void UserRow::Add(const Element &element, std::size_t position) {
 }
 
 std::size_t UserRow::IndexOf(HWND buttonWindow) const {
-  const auto found = std::find_if(buttons.begin(), buttons.end(),
-                                  [buttonWindow](const auto &button) { return button->GetHandle() == buttonWindow; });
+  if (buttonWindow == nullptr) // which a button without a window has too
+    return buttons.size();
+  const auto found = std::ranges::find(buttons, buttonWindow, [](const auto &button) { return button->GetHandle(); });
   return static_cast<std::size_t>(found - buttons.begin());
 }
 
 /// The row closes up at once.
 void UserRow::Remove(HWND buttonWindow) {
-  if (buttonWindow == nullptr)
-    return;
   const std::size_t index = IndexOf(buttonWindow);
   if (index == buttons.size())
     return;
@@ -115,7 +114,7 @@ void UserRow::Remove(HWND buttonWindow) {
 
 void UserRow::TakeOut(HWND buttonWindow) {
   const std::size_t index = IndexOf(buttonWindow);
-  if (buttonWindow == nullptr || index == buttons.size())
+  if (index == buttons.size())
     return;
   const int idIndex = ::GetDlgCtrlID(buttonWindow) - FirstUserButtonId;
   // An open flyout would be destroyed with the button's window without a word, and the bar would stay awake for ever.

@@ -60,7 +60,7 @@ public:
   /// Moves a button and its record; `to` is the index after the removal.
   void Move(std::size_t from, std::size_t to);
 
-  /// The number of buttons when the window isn't one of theirs.
+  /// The number of buttons when the window is null or isn't one of theirs.
   std::size_t IndexOf(HWND buttonWindow) const;
 
   /// The extents of the buttons on the row, from left to right.

@@ -13,7 +13,6 @@
 #include "dock/bar/ButtonMaker.h"
 #include "dock/bar/RowDrag.h"
 #include "dock/bar/UserRow.h"
-#include "dock/dragdrop/OleApartment.h"
 #include "dock/flyouts/DockButton.h"
 #include "dock/watch/RegistryListener.h"
 #include "system/Windows.h"

@@ -24,6 +24,15 @@ namespace lumenor {
 
 class CDropTarget;
 
+/// OLE on the thread of the user interface, which drag and drop needs. Entered and left with the dock.
+class OleApartment {
+public:
+  OleApartment() { ::OleInitialize(nullptr); }
+  ~OleApartment() { ::OleUninitialize(); }
+  OleApartment(const OleApartment &) = delete;
+  OleApartment &operator=(const OleApartment &) = delete;
+};
+
 class RowDrag {
 public:
   /// All three are borrowed: the dock's window, its tree with the marker, and the row, whose buttons report their drags

@@ -1,5 +1,6 @@
 #include "dock/Placement.h"
 
+#include <algorithm>
 #include <optional>
 
 #include <shellapi.h>
@@ -56,75 +57,58 @@ DesignScale ScreenScale() { return {ScaleX(96), ScaleY(96)}; }
 
 int BarWidth(int fullScreenWidth, const DesignScale &scale) {
   // The screen's width counts device pixels already and is scaled all the same: dense screens reach the limit sooner.
-  const int width = scale.X(fullScreenWidth - 330);
-  if (width < scale.X(400))
-    return scale.X(400);
-  return width < scale.X(900) ? width : scale.X(900);
+  return std::clamp(scale.X(fullScreenWidth - 330), scale.X(400), scale.X(900));
 }
 
 bool IsTaskBarAtTop(const RECT &taskBar) { return taskBar.top == taskBar.left && taskBar.bottom < taskBar.right; }
 
 RECT BarRect(const ScreenMetrics &screen, const DesignScale &scale) {
   const int width = BarWidth(screen.fullScreenWidth, scale);
-  RECT bar = {};
-  bar.left = static_cast<LONG>(static_cast<unsigned>(screen.fullScreenWidth) >> 1) - width / 2;
-  bar.right = bar.left + width;
-  bar.top = IsTaskBarAtTop(screen.taskBar) ? screen.trayWindow.bottom : topWithoutTaskBar;
-  bar.bottom = bar.top + scale.Y(barHeight);
-  return bar;
+  const LONG left = static_cast<LONG>(static_cast<unsigned>(screen.fullScreenWidth) >> 1) - width / 2;
+  const LONG top = IsTaskBarAtTop(screen.taskBar) ? screen.trayWindow.bottom : topWithoutTaskBar;
+  return {left, top, left + width, top + scale.Y(barHeight)};
 }
 
 void PlaceHorizontally(RECT &rect, LONG left, const RECT &workArea, const DesignScale &scale) {
   const LONG width = scale.X(flyoutWidth);
+  if (left < workArea.left)
+    left = workArea.left;
+  else if (left + width > workArea.right)
+    left = workArea.right - width;
   rect.left = left;
   rect.right = left + width;
-  if (rect.left < workArea.left) {
-    rect.left = workArea.left;
-    rect.right = rect.left + width;
-  } else if (rect.right > workArea.right) {
-    rect.right = workArea.right;
-    rect.left = rect.right - width;
-  }
+}
+
+/// A flyout with its top at `under`, or with its bottom at `over` where it would leave the work area otherwise.
+RECT FlyoutRect(LONG left, LONG under, LONG over, LONG height, const RECT &workArea, const DesignScale &scale) {
+  RECT flyout = {0, under, 0, under + height};
+  if (flyout.bottom > workArea.bottom)
+    flyout = {0, over - height, 0, over};
+  PlaceHorizontally(flyout, left, workArea, scale);
+  return flyout;
 }
 
 RECT ForYouFlyoutRect(const RECT &window, int barWidth, LONG desiredHeight, const RECT &workArea,
                       const DesignScale &scale) {
-  RECT flyout = {};
-  flyout.top = window.bottom + flyoutGap;
-  flyout.bottom = flyout.top + desiredHeight;
-  if (flyout.bottom > workArea.bottom) {
-    flyout.bottom = window.top - flyoutGap;
-    flyout.top = flyout.bottom - desiredHeight;
-  }
-  PlaceHorizontally(flyout, barWidth - scale.X(62) + window.left, workArea, scale);
-  return flyout;
+  return FlyoutRect(barWidth - scale.X(62) + window.left, window.bottom + flyoutGap, window.top - flyoutGap,
+                    desiredHeight, workArea, scale);
 }
 
 RECT SearchProviderFlyoutRect(const RECT &window, int barWidth, LONG desiredHeight, const RECT &workArea,
                               const DesignScale &scale) {
-  RECT flyout = {};
-  flyout.top = scale.Y(searchFieldTop) + scale.Y(searchFieldHeight) + window.top;
+  const LONG over = scale.Y(searchFieldTop) + window.top;
+  const LONG under = over + scale.Y(searchFieldHeight);
   // Scaled on the way down and not on the way up; the rows depend on both.
-  flyout.bottom = flyout.top + scale.Y(desiredHeight);
-  if (flyout.bottom > workArea.bottom) {
-    flyout.bottom = scale.Y(searchFieldTop) + window.top;
-    flyout.top = flyout.bottom - desiredHeight;
-  }
+  RECT flyout = {0, under, 0, under + scale.Y(desiredHeight)};
+  if (flyout.bottom > workArea.bottom)
+    flyout = {0, over - desiredHeight, 0, over};
   PlaceHorizontally(flyout, window.left - scale.X(95) + barWidth, workArea, scale);
   return flyout;
 }
 
 RECT ButtonFlyoutRect(POINT corner, LONG buttonHeight, LONG flyoutHeight, const RECT &workArea,
                       const DesignScale &scale) {
-  RECT flyout = {};
-  flyout.top = corner.y + flyoutGap;
-  flyout.bottom = flyout.top + flyoutHeight;
-  if (flyout.bottom > workArea.bottom) {
-    flyout.top = corner.y - buttonHeight - flyoutHeight - flyoutGap;
-    flyout.bottom = flyout.top + flyoutHeight;
-  }
-  PlaceHorizontally(flyout, corner.x, workArea, scale);
-  return flyout;
+  return FlyoutRect(corner.x, corner.y + flyoutGap, corner.y - buttonHeight - flyoutGap, flyoutHeight, workArea, scale);
 }
 
 // The position button says bottom of a bar that another program has sent to the top. A modal dialog over that bar would
@@ -177,10 +161,7 @@ RECT GetWindowRect() {
   LogInfo("GetWindowRect() winCoord.cx = %d, winCoord.cy = %d", width, ScaleY(barHeight));
   LogInfo("GetWindowRect() workingWidth = %d, workingHeight = %d", screen.fullScreenWidth,
           ::GetSystemMetrics(SM_CYFULLSCREEN));
-  if (IsTaskBarAtTop(screen.taskBar))
-    LogInfo("GetWindowRect() ABE_TOP");
-  else
-    LogInfo("GetWindowRect() ABE_BOTTOM");
+  LogInfo("GetWindowRect() %s", IsTaskBarAtTop(screen.taskBar) ? "ABE_TOP" : "ABE_BOTTOM");
   const RECT bar = BarRect(screen, ScreenScale());
   LogInfo("GetWindowRect() left = %d, right = %d, top = %d, bottom = %d", bar.left, bar.right, bar.top, bar.bottom);
   return bar;

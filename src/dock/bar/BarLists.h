@@ -8,7 +8,6 @@
 #include "dock/bar/Bar.h"
 #include "dock/bar/ButtonMaker.h"
 #include "dock/flyouts/DataProviderFlyout.h"
-#include "dock/flyouts/SearchProviderFlyout.h"
 #include "system/Windows.h"
 #include "toolkit/drawing/Window.h"
 #include "toolkit/Event.h"

@@ -1,8 +1,17 @@
 #include "dock/flyouts/DataProviderFlyout.h"
 
 #include "content/ActionDataProvider.h"
+#include "dock/DockMessages.h"
 
 namespace lumenor {
+
+namespace {
+
+bool IsSearchProvider(const Element &element) {
+  return element.ActionType == urlAction || element.ActionType == helpSearchAction;
+}
+
+} // namespace
 
 DataProviderFlyout::DataProviderFlyout(const RECT &bounds, const std::wstring &title, IActionDataProvider &provider,
                                        UINT refreshMessage)
@@ -13,8 +22,6 @@ void DataProviderFlyout::InitializeComponent() {
   CreateItems();
 }
 
-void DataProviderFlyout::Refresh() { CreateItems(); }
-
 void DataProviderFlyout::CreateItems() {
   if (::IsWindow(handle)) {
     // The watch starts before the reading, so that a write after the reading is reported.
@@ -22,6 +29,19 @@ void DataProviderFlyout::CreateItems() {
     elements = provider->GetElements();
   }
   FlyoutWindow::CreateItems();
+}
+
+SearchProviderFlyout::SearchProviderFlyout(const RECT &bounds, const std::wstring &title, IActionDataProvider &provider)
+    : DataProviderFlyout(bounds, title, provider, RefreshSearchProviderMessage) {
+  header->DesiredHeight.Set(0);
+}
+
+void SearchProviderFlyout::OnItemChosen(const Element &element) {
+  // Sent, not posted: the element lives only as long as this call.
+  if (IsSearchProvider(element))
+    SendAddress(::GetParent(handle), SetSearchProviderMessage, &element);
+  else
+    DataProviderFlyout::OnItemChosen(element);
 }
 
 } // namespace lumenor

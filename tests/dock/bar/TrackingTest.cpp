@@ -11,7 +11,6 @@
 #include "dock/bar/HelpPanes.h"
 #include "dock/flyouts/FakeProvider.h"
 #include "dock/flyouts/FlyoutWindow.h"
-#include "dock/flyouts/SearchProviderFlyout.h"
 #include "dock/TestBar.h"
 #include "support/Desk.h"
 #include "support/OptIn.h"

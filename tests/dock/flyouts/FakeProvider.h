@@ -8,7 +8,6 @@
 
 #include "content/ActionDataProvider.h"
 #include "dock/flyouts/DataProviderFlyout.h"
-#include "dock/flyouts/SearchProviderFlyout.h"
 #include "support/AnsweringWindow.h"
 #include "toolkit/TextElement.h"
 

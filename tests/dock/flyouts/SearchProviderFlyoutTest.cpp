@@ -1,4 +1,4 @@
-#include "dock/flyouts/SearchProviderFlyout.h"
+#include "dock/flyouts/DataProviderFlyout.h"
 
 #include <string>
 #include <vector>

@@ -20,7 +20,7 @@ constexpr int expectedFlyoutHeight = 242;
 
 // A row without a flyout can't list itself: documents that name each other would open windows without end.
 DockButton::DockButton(std::shared_ptr<IButtonPainter> painter, const Element &element)
-    : Button(std::move(painter)), Draggable(0), DragBegin(L"DragBegin"), element(element) {
+    : Button(std::move(painter)), element(element) {
   Name.Set(element.ToolTip);
 }
 
@@ -32,8 +32,6 @@ DockButton::DockButton(std::shared_ptr<IButtonPainter> painter, const Element &e
   flyout = std::make_shared<FlyoutWindow>(GetFlyoutRect(), element.Head, LoadDocument(element.ActionParams, false));
   flyout->Visible.AddListener(flyoutListener);
 }
-
-DockButton::~DockButton() = default;
 
 RECT DockButton::GetFlyoutRect() {
   POINT corner = {Left.Get(), Top.Get() + Height.Get()};

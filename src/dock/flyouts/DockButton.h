@@ -24,13 +24,12 @@ public:
   /// alive.
   DockButton(std::shared_ptr<IButtonPainter> painter, const Element &element,
              EventListener<PropertyChangeEventArgs<lumenor::Visibility>> *flyoutListener);
-  ~DockButton() override;
 
   /// 1 for buttons that the user can drag.
-  Property<int> Draggable;
+  Property<int> Draggable{0};
 
   /// Fired when a press turns into a drag.
-  Event<ButtonEventArgs> DragBegin;
+  Event<ButtonEventArgs> DragBegin{L"DragBegin"};
 
   const Element &GetElement() const { return element; }
 

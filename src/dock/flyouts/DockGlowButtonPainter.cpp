@@ -1,7 +1,5 @@
 #include "dock/flyouts/DockGlowButtonPainter.h"
 
-#include <utility>
-
 #include "dock/flyouts/DockButton.h"
 #include "dock/flyouts/FlyoutWindow.h"
 #include "system/Launch.h"
@@ -9,28 +7,14 @@
 
 namespace lumenor {
 
-namespace {
-
-/// The program that an icon is taken from: the first part of the action's command line.
-std::wstring ProgramOf(const Element &element) {
-  return element.ActionParams.empty() ? std::wstring() : SplitCommandLine(element.ActionParams).program;
-}
-
-} // namespace
-
 DockGlowButtonPainter::DockGlowButtonPainter(RenderTargetPtr renderTarget, unsigned insetImage, const Element &element,
                                              const ButtonLayout &layout)
-    : GlowButtonPainter(renderTarget, insetImage, element.Head, element.Image, layout, ProgramOf(element)),
-      element(element) {
+    : GlowButtonPainter(renderTarget, insetImage, element.Head, element.Image, layout,
+                        SplitCommandLine(element.ActionParams).program) {
   if (element.ActionType != flyoutAction)
     return;
   arrowDown = std::make_shared<ImageElement>(L"..\\resources\\arrow-down.png", renderTarget);
   arrowUp = std::make_shared<ImageElement>(L"..\\resources\\arrow-up.png", renderTarget);
-}
-
-void DockGlowButtonPainter::Attach(Button *newButton) {
-  owner = static_cast<DockButton *>(newButton);
-  GlowButtonPainter::Attach(newButton);
 }
 
 void DockGlowButtonPainter::Layout() {
@@ -43,14 +27,14 @@ void DockGlowButtonPainter::Layout() {
 }
 
 void DockGlowButtonPainter::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
-  if (!::IsWindowVisible(owner->GetHandle()))
+  if (!IsButtonVisible())
     return;
   GlowButtonPainter::Paint(target, rect);
-  const FlyoutWindow *flyout = owner->GetFlyout();
+  const FlyoutWindow *flyout = static_cast<const DockButton *>(button)->GetFlyout();
   if (!arrowDown || flyout == nullptr)
     return;
   const bool open = flyout->Visibility.Get() == lumenor::Visibility::Visible;
-  owner->PaintChild(target, (open ? arrowUp : arrowDown).get(), rect);
+  button->PaintChild(target, (open ? arrowUp : arrowDown).get(), rect);
 }
 
 } // namespace lumenor

@@ -11,22 +11,17 @@
 
 namespace lumenor {
 
-class DockButton;
-
 class DockGlowButtonPainter : public GlowButtonPainter {
 public:
-  /// Takes a copy of `element`. Raises CommandNotFoundException when it has neither a picture nor a program that
-  /// exists, HResultError when a picture can't be made.
+  /// Raises CommandNotFoundException when `element` has neither a picture nor a program that exists, HResultError when
+  /// a picture can't be made.
   DockGlowButtonPainter(RenderTargetPtr renderTarget, unsigned insetImage, const Element &element,
                         const ButtonLayout &layout);
 
   void Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) override;
-  void Attach(Button *newButton) override;
   void Layout() override;
 
 private:
-  Element element;
-  DockButton *owner = nullptr;
   std::shared_ptr<ImageElement> arrowDown;
   std::shared_ptr<ImageElement> arrowUp;
 };

@@ -46,8 +46,8 @@ ButtonLayout RowLayout() {
 } // namespace
 
 FlyoutWindow::FlyoutWindow(const RECT &bounds, const std::wstring &title, const ElementList &elements)
-    : bounds(bounds), title(title), backPlate(std::make_shared<BackPlate>(renderTarget, 0.8F, 0.6F)),
-      elements(elements), header(std::make_shared<TextElement>(renderTarget)), Visible(L"Visible"),
+    : bounds(bounds), backPlate(std::make_shared<BackPlate>(renderTarget, 0.8F, 0.6F)), elements(elements),
+      header(std::make_shared<TextElement>(renderTarget)),
       itemClickListener(MakeListener(this, &FlyoutWindow::OnItemClick)) {
   header->SetUp(title, {.size = static_cast<float>(ScaleY(12)), .weight = DWRITE_FONT_WEIGHT_MEDIUM});
   header->Margin.Set({ScaleX(6), ScaleX(6), 0, 0});
@@ -60,8 +60,6 @@ FlyoutWindow::FlyoutWindow(const RECT &bounds, const std::wstring &title, const 
   list.AddChild(header.get());
   dialogId = FlyoutDialogId;
 }
-
-FlyoutWindow::~FlyoutWindow() = default;
 
 void FlyoutWindow::InitializeComponent() {
   ApplyStyle(handle, GWL_STYLE, ::GetWindowLongW(handle, GWL_STYLE) & ~frameStyles);
@@ -186,7 +184,10 @@ BOOL FlyoutWindow::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam
   // message. Except for WM_CLOSE, on which the base destroys the window: a flyout's is made only once.
   bool handled = false;
   if (message == WM_ACTIVATE)
-    handled = Guarded(L"OnActivate", [&] { OnActivate(LOWORD(wParam)); });
+    handled = Guarded(L"OnActivate", [&] {
+      if (LOWORD(wParam) == WA_INACTIVE)
+        HideWindow();
+    });
   else if (message == WM_DESTROY)
     handled = Guarded(L"OnDestroy", [&] { DestroyItemWindows(); });
   else if (message == WM_CLOSE) {
@@ -197,11 +198,6 @@ BOOL FlyoutWindow::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam
     return Window::ProcessWindowMessage(window, message, wParam, lParam, result, mapId);
   result = 0;
   return TRUE;
-}
-
-void FlyoutWindow::OnActivate(UINT state) {
-  if (state == WA_INACTIVE)
-    HideWindow();
 }
 
 void FlyoutWindow::DestroyItemWindows() {

@@ -29,7 +29,9 @@ public:
   /// `bounds` is in screen coordinates, its bottom is recomputed; `title` is the header's text. Starts hidden and
   /// without a window; Create makes that.
   FlyoutWindow(const RECT &bounds, const std::wstring &title, const ElementList &elements);
-  ~FlyoutWindow() override;
+
+  /// Fired at each change of Visibility, with that change's arguments.
+  Event<PropertyChangeEventArgs<lumenor::Visibility>> Visible{L"Visible"};
 
   /// Where the flyout stands, in screen coordinates; the bottom follows from the rows. Moves the window if there is
   /// one. Not the SetBounds of UIElement.
@@ -56,15 +58,10 @@ protected:
   void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) override;
 
   RECT bounds; // on the screen; the bottom follows from the rows
-  std::wstring title;
   std::shared_ptr<BackPlate> backPlate;
   ElementList elements;
   std::vector<std::shared_ptr<DockButton>> items;
   std::shared_ptr<TextElement> header;
-
-public:
-  /// Fired at each change of Visibility, with that change's arguments.
-  Event<PropertyChangeEventArgs<lumenor::Visibility>> Visible;
 
 private:
   std::shared_ptr<IButtonPainter> MakePainter(const Element &element, const ButtonLayout &layout);
@@ -76,7 +73,6 @@ private:
   void PlaceWindow();
   void RedrawNow();
   void HideWindow();
-  void OnActivate(UINT state);
   void DestroyItemWindows();
   void OnItemClick(ButtonEventArgs *args);
 

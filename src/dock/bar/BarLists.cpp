@@ -14,15 +14,22 @@ namespace lumenor {
 
 namespace {
 
-/// An open flyout is fitted to its new rows and stays against the bar.
-void RefreshFlyout(DataProviderFlyout &flyout, const auto &place) {
-  flyout.Refresh();
-  if (flyout.Visibility.Get() == lumenor::Visibility::Visible)
-    flyout.SetBounds(place());
+/// Where a flyout of that height stands beside a bar at `window`.
+using FlyoutRect = RECT (*)(const RECT &window, LONG desiredHeight);
+
+void PlaceFlyout(DataProviderFlyout &flyout, const Window &window, FlyoutRect rect) {
+  flyout.SetBounds(rect(window.GetBounds(), flyout.DesiredHeight.Get()));
 }
 
-void ToggleFlyout(DataProviderFlyout &flyout, const RECT &place) {
-  flyout.SetBounds(place);
+/// An open flyout is fitted to its new rows and stays against the bar.
+void RefreshFlyout(DataProviderFlyout &flyout, const Window &window, FlyoutRect rect) {
+  flyout.Refresh();
+  if (flyout.Visibility.Get() == lumenor::Visibility::Visible)
+    PlaceFlyout(flyout, window, rect);
+}
+
+void ToggleFlyout(DataProviderFlyout &flyout, const Window &window, FlyoutRect rect) {
+  PlaceFlyout(flyout, window, rect);
   flyout.ToggleVisibility();
 }
 
@@ -54,16 +61,9 @@ void BarLists::SetSelectedProvider(const Element &provider) {
   bar.textBox->WatermarkText.Set(provider.Head);
 }
 
-void BarLists::Refresh(UINT message) {
-  if (message == RefreshForYouMessage)
-    RefreshForYou();
-  else
-    RefreshFlyout(searchProviderFlyout, [this] { return SearchProviderFlyoutPlace(); });
-}
-
 /// Every write in the folder comes here, so only a newer file of the list itself sets the mark.
 void BarLists::RefreshForYou() {
-  RefreshFlyout(forYouFlyout, [this] { return ForYouFlyoutPlace(); });
+  RefreshFlyout(forYouFlyout, window, GetForYouFlyoutRect);
   const FILETIME fileTime = LastWriteTime(DocumentPath(forYouListName));
   if (::CompareFileTime(&forYouFileTime, &fileTime) >= 0)
     return;
@@ -71,24 +71,18 @@ void BarLists::RefreshForYou() {
   forYouFileTime = fileTime;
 }
 
+void BarLists::RefreshSearchProviders() { RefreshFlyout(searchProviderFlyout, window, GetSearchProviderFlyoutRect); }
+
 /// Opening or closing the list clears the mark of new items.
 void BarLists::ToggleForYouFlyout() {
-  ToggleFlyout(forYouFlyout, ForYouFlyoutPlace());
+  ToggleFlyout(forYouFlyout, window, GetForYouFlyoutRect);
   SetForYouState(false);
 }
 
-void BarLists::ToggleSearchProviderFlyout() { ToggleFlyout(searchProviderFlyout, SearchProviderFlyoutPlace()); }
+void BarLists::ToggleSearchProviderFlyout() { ToggleFlyout(searchProviderFlyout, window, GetSearchProviderFlyoutRect); }
 
 void BarLists::SetForYouState(bool active) {
   bar.forYouButton->SetPainter(maker.MakePainter(MakeForYouElement(active), MakeForYouLayout()));
-}
-
-RECT BarLists::ForYouFlyoutPlace() const {
-  return GetForYouFlyoutRect(window.GetBounds(), forYouFlyout.DesiredHeight.Get());
-}
-
-RECT BarLists::SearchProviderFlyoutPlace() const {
-  return GetSearchProviderFlyoutRect(window.GetBounds(), searchProviderFlyout.DesiredHeight.Get());
 }
 
 } // namespace lumenor

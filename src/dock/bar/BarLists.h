@@ -27,8 +27,9 @@ public:
   /// Asks the window to take the first search provider, if there is one.
   void SelectFirstProvider();
 
-  /// Answers RefreshForYouMessage or RefreshSearchProviderMessage: the list's file may have changed.
-  void Refresh(UINT message);
+  /// Answer RefreshForYouMessage and RefreshSearchProviderMessage: the list's file may have changed.
+  void RefreshForYou();
+  void RefreshSearchProviders();
 
   void ToggleForYouFlyout();
   void ToggleSearchProviderFlyout();
@@ -41,10 +42,6 @@ public:
   void SetSelectedProvider(const Element &provider);
 
 private:
-  void RefreshForYou();
-  RECT ForYouFlyoutPlace() const;
-  RECT SearchProviderFlyoutPlace() const;
-
   Window &window;
   const Bar &bar;
   const ButtonMaker &maker;

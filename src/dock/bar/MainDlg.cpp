@@ -1,5 +1,7 @@
 #include "dock/bar/MainDlg.h"
 
+#include <type_traits>
+
 #include "content/DocumentNames.h"
 #include "content/Documents.h"
 #include "content/ElementAction.h"
@@ -126,23 +128,18 @@ void CMainDlg::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
 
 // The message map. What no row handles goes on to the root window.
 
-/// For handlers without parameters.
-template <void (CMainDlg::*handler)()> BOOL CMainDlg::Handle(WPARAM, LPARAM, LRESULT &result) {
-  (this->*handler)();
+/// For handlers that take the message's first parameter or nothing.
+template <auto handler> BOOL CMainDlg::Handle(WPARAM wParam, LPARAM, LRESULT &result) {
+  if constexpr (std::is_invocable_v<decltype(handler), CMainDlg *>)
+    (this->*handler)();
+  else
+    (this->*handler)(wParam);
   result = 0;
   return TRUE;
 }
 
-/// For handlers that take the message's first parameter.
-template <typename Word, void (CMainDlg::*handler)(Word)>
-BOOL CMainDlg::HandleWord(WPARAM wParam, LPARAM, LRESULT &result) {
-  (this->*handler)(static_cast<Word>(wParam));
-  result = 0;
-  return TRUE;
-}
-
-template <UINT message> BOOL CMainDlg::HandleRefresh(WPARAM, LPARAM, LRESULT &result) {
-  lists.Refresh(message);
+template <void (BarLists::*refresh)()> BOOL CMainDlg::HandleRefresh(WPARAM, LPARAM, LRESULT &result) {
+  (lists.*refresh)();
   result = 1;
   return TRUE;
 }
@@ -151,14 +148,14 @@ const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
     {WM_NOTIFY, L"OnNotify", &CMainDlg::HandleNotify},
     {WM_DISPLAYCHANGE, L"OnDisplayChange", &CMainDlg::Handle<&CMainDlg::OnDisplayChange>},
     {DragAddMessage, L"OnDragAdd", &CMainDlg::HandleDragAdd},
-    {RefreshForYouMessage, L"OnRefresh", &CMainDlg::HandleRefresh<RefreshForYouMessage>},
-    {RefreshSearchProviderMessage, L"OnRefresh", &CMainDlg::HandleRefresh<RefreshSearchProviderMessage>},
+    {RefreshForYouMessage, L"OnRefresh", &CMainDlg::HandleRefresh<&BarLists::RefreshForYou>},
+    {RefreshSearchProviderMessage, L"OnRefresh", &CMainDlg::HandleRefresh<&BarLists::RefreshSearchProviders>},
     {SetSearchProviderMessage, L"OnSetSearchProvider", &CMainDlg::HandleSetSearchProvider},
-    {RemoveButtonMessage, L"OnRemoveButton", &CMainDlg::HandleRemoveButton},
+    {RemoveButtonMessage, L"OnRemoveButton", &CMainDlg::Handle<&CMainDlg::OnRemoveButton>},
     {ResetDockMessage, L"OnResetDock", &CMainDlg::Handle<&CMainDlg::OnResetDock>},
     {ShowWelcomeMessage, L"OnShowWelcome", &CMainDlg::Handle<&CMainDlg::OnShowWelcome>},
-    {WM_TIMER, L"OnTimer", &CMainDlg::HandleWord<UINT_PTR, &CMainDlg::OnTimer>},
-    {DrawFailedMessage, L"OnDrawFailed", &CMainDlg::HandleWord<HRESULT, &CMainDlg::OnDrawFailed>},
+    {WM_TIMER, L"OnTimer", &CMainDlg::Handle<&CMainDlg::OnTimer>},
+    {DrawFailedMessage, L"OnDrawFailed", &CMainDlg::Handle<&CMainDlg::OnDrawFailed>},
     {DockAtTopMessage, L"OnDockAtTop", &CMainDlg::Handle<&CMainDlg::OnDockAtTop>},
     {DockAtBottomMessage, L"OnDockAtBottom", &CMainDlg::Handle<&CMainDlg::OnDockAtBottom>},
 };
@@ -201,12 +198,6 @@ BOOL CMainDlg::HandleSetSearchProvider(WPARAM wParam, LPARAM, LRESULT &result) {
   return TRUE;
 }
 
-BOOL CMainDlg::HandleRemoveButton(WPARAM wParam, LPARAM, LRESULT &result) {
-  userRow.TakeOut(reinterpret_cast<HWND>(wParam));
-  result = 0;
-  return TRUE;
-}
-
 // The handlers.
 
 void CMainDlg::OnDisplayChange() {
@@ -234,16 +225,16 @@ void CMainDlg::OnResetDock() {
 
 /// A bar whose render target is lost can never be drawn again. A new cycle makes new targets; the user's buttons are
 /// saved first.
-void CMainDlg::OnDrawFailed(HRESULT result) {
+void CMainDlg::OnDrawFailed(WPARAM result) {
   LogError("MainDlg: drawing failed, error %x", static_cast<unsigned>(result));
-  if (result != static_cast<HRESULT>(D2DERR_RECREATE_TARGET))
+  if (static_cast<HRESULT>(result) != static_cast<HRESULT>(D2DERR_RECREATE_TARGET))
     return;
   userRow.Save();
   ::PostQuitMessage(RestartQuitCode);
   ::DestroyWindow(handle);
 }
 
-void CMainDlg::OnTimer(UINT_PTR timer) {
+void CMainDlg::OnTimer(WPARAM timer) {
   switch (timer) {
   case FadeTimer:
     rowDrag.HideForgottenIndicator();

@@ -73,20 +73,18 @@ private:
   static const MessageRow<CMainDlg> messageRows[];
 
   // The rows of the message map: each cracks the message's parameters and calls what answers it.
-  template <void (CMainDlg::*handler)()> BOOL Handle(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  template <typename Word, void (CMainDlg::*handler)(Word)>
-  BOOL HandleWord(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  template <UINT message> BOOL HandleRefresh(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  template <auto handler> BOOL Handle(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  template <void (BarLists::*refresh)()> BOOL HandleRefresh(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleNotify(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleDragAdd(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleSetSearchProvider(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleRemoveButton(WPARAM wParam, LPARAM lParam, LRESULT &result);
   bool AnswersTo(UINT message) const;
 
   void OnDisplayChange();
   void OnResetDock();
-  void OnTimer(UINT_PTR timer);
-  void OnDrawFailed(HRESULT result);
+  void OnRemoveButton(WPARAM buttonWindow) { userRow.TakeOut(reinterpret_cast<HWND>(buttonWindow)); }
+  void OnTimer(WPARAM timer);
+  void OnDrawFailed(WPARAM result);
   void OnShowWelcome();
   void OnDockAtTop();
   void OnDockAtBottom();

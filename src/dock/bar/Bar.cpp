@@ -52,14 +52,9 @@ Bar::Bar(const RenderTargetPtr &renderTarget)
       dragIndicator(std::make_shared<DragTargetIndicator>(renderTarget)),
       rightSplitter(std::make_shared<ImageElement>(L"IDI_SPLITTER", L"Image", renderTarget)),
       leftSplitter(std::make_shared<ImageElement>(L"IDI_SPLITTER", L"Image", renderTarget)),
-      searchBox(std::make_shared<SearchBox>(renderTarget)), rootPanel(std::make_shared<DockPanel>()),
-      systemButtonPanel(std::make_shared<StackPanel>()), barPanel(std::make_shared<DockPanel>()),
-      mainButtonPanel(std::make_shared<StackPanel>()), scrollViewer(std::make_shared<ScrollViewer>(renderTarget)),
-      userButtonPanel(std::make_shared<StackPanel>()), canvas(std::make_shared<Canvas>()) {
+      searchBox(std::make_shared<SearchBox>(renderTarget)), scrollViewer(std::make_shared<ScrollViewer>(renderTarget)) {
   HideIndicator();
 }
-
-Bar::~Bar() = default;
 
 void Bar::Begin() {
   rootPanel->BeginUpdate();
@@ -178,13 +173,6 @@ void Bar::AssignControlIds(std::size_t userButtonCount) const {
                                     closeButton.get(),  resetButton.get(),          dockPositionButton.get()};
   for (Button *button : commandButtons)
     SetControlId(*button, id++);
-}
-
-std::wstring Bar::GetSearchText() const {
-  const int length = ::GetWindowTextLengthW(textBox->GetHandle());
-  std::wstring text(static_cast<std::size_t>(length), L'\0');
-  text.resize(static_cast<std::size_t>(::GetWindowTextW(textBox->GetHandle(), text.data(), length + 1)));
-  return text;
 }
 
 void Bar::ShowFadingButtons(lumenor::Visibility visibility) const {

@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "dock/dragdrop/DragTargetIndicator.h"
@@ -29,7 +28,6 @@ class Bar {
 public:
   /// Makes what needs nothing but the dock's `renderTarget`; the text box and the buttons come with their steps.
   explicit Bar(const RenderTargetPtr &renderTarget);
-  ~Bar();
 
   // The steps of the composition, in their order. The user's buttons come between the main buttons and the canvas.
 
@@ -57,9 +55,6 @@ public:
   /// True as soon as the bar can answer messages: the last button that a handler asks for is there.
   bool IsComposed() const { return dockPositionButton != nullptr; }
 
-  /// The text of the search field.
-  std::wstring GetSearchText() const;
-
   /// Shows or hides the buttons that go while the bar is dimmed.
   void ShowFadingButtons(lumenor::Visibility visibility) const;
 
@@ -75,13 +70,13 @@ public:
   std::shared_ptr<ImageElement> leftSplitter;
   std::shared_ptr<SearchBox> searchBox;
   std::shared_ptr<TextBox> textBox;
-  std::shared_ptr<DockPanel> rootPanel;
-  std::shared_ptr<StackPanel> systemButtonPanel;
-  std::shared_ptr<DockPanel> barPanel;
-  std::shared_ptr<StackPanel> mainButtonPanel;
+  std::shared_ptr<DockPanel> rootPanel = std::make_shared<DockPanel>();
+  std::shared_ptr<StackPanel> systemButtonPanel = std::make_shared<StackPanel>();
+  std::shared_ptr<DockPanel> barPanel = std::make_shared<DockPanel>();
+  std::shared_ptr<StackPanel> mainButtonPanel = std::make_shared<StackPanel>();
   std::shared_ptr<ScrollViewer> scrollViewer;
-  std::shared_ptr<StackPanel> userButtonPanel;
-  std::shared_ptr<Canvas> canvas;
+  std::shared_ptr<StackPanel> userButtonPanel = std::make_shared<StackPanel>();
+  std::shared_ptr<Canvas> canvas = std::make_shared<Canvas>();
   std::shared_ptr<DockButton> forYouButton;
   std::shared_ptr<DockButton> searchProviderButton;
   std::shared_ptr<DockButton> searchButton;

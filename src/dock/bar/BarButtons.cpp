@@ -12,21 +12,22 @@ namespace {
 
 constexpr int labelStyle = 15; // kept with the layout; no painter reads it
 
-ButtonLayout MakeLabelledLayout() {
-  ButtonLayout layout;
-  layout.fontSize = static_cast<float>(ScaleY(10));
-  layout.textFlag = 1;
+/// The margins of the picture are in design pixels.
+ButtonLayout MakePictureLayout(int left, int right, int top, int bottom) {
+  return {.fontSize = static_cast<float>(ScaleY(10)),
+          .textFlag = 1,
+          .imageLeft = ScaleX(left),
+          .imageRight = ScaleX(right),
+          .imageTop = ScaleY(top),
+          .imageBottom = ScaleY(bottom)};
+}
+
+ButtonLayout MakeLabelledLayout(int left, int right, int top, int bottom) {
+  ButtonLayout layout = MakePictureLayout(left, right, top, bottom);
   layout.textStyle = labelStyle;
   layout.textTop = ScaleY(64);
   layout.textBottom = ScaleY(29);
   return layout;
-}
-
-void SetImageMargins(ButtonLayout &layout, int left, int right, int top, int bottom) {
-  layout.imageLeft = ScaleX(left);
-  layout.imageRight = ScaleX(right);
-  layout.imageTop = ScaleY(top);
-  layout.imageBottom = ScaleY(bottom);
 }
 
 Element MakeCommandElement(Command command, const wchar_t *image, const std::wstring &toolTip) {
@@ -39,31 +40,14 @@ Element MakeCommandElement(Command command, const wchar_t *image, const std::wst
 
 } // namespace
 
-ButtonLayout MakeBarButtonLayout() {
-  ButtonLayout layout = MakeLabelledLayout();
-  SetImageMargins(layout, 22, 23, 16, 29);
-  return layout;
-}
+ButtonLayout MakeBarButtonLayout() { return MakeLabelledLayout(22, 23, 16, 29); }
 
-ButtonLayout MakeForYouLayout() {
-  ButtonLayout layout = MakeLabelledLayout();
-  SetImageMargins(layout, 2, 2, 16, 16);
-  return layout;
-}
+ButtonLayout MakeForYouLayout() { return MakeLabelledLayout(2, 2, 16, 16); }
 
-ButtonLayout MakeSearchButtonLayout() {
-  ButtonLayout layout;
-  layout.fontSize = static_cast<float>(ScaleY(10));
-  layout.textFlag = 1;
-  SetImageMargins(layout, 3, 3, 3, 3);
-  return layout;
-}
+ButtonLayout MakeSearchButtonLayout() { return MakePictureLayout(3, 3, 3, 3); }
 
-ButtonLayout MakeSystemButtonLayout() {
-  ButtonLayout layout;
-  layout.fontSize = 13.0F; // the same at every density: these buttons have no label
-  return layout;
-}
+/// The same at every density: these buttons have no label.
+ButtonLayout MakeSystemButtonLayout() { return {.fontSize = 13.0F}; }
 
 std::wstring LoadForYouTitle() { return LoadDocumentString(forYouDocumentName, L"Element/Head"); }
 

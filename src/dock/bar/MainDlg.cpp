@@ -21,7 +21,9 @@
 #include "system/Launch.h"
 #include "system/Log.h"
 #include "system/ScopeExit.h"
+#include "toolkit/EditReading.h"
 #include "toolkit/Scale.h"
+#include "toolkit/TextBox.h"
 #include "tracking/UsageTracker.h"
 
 namespace lumenor {
@@ -309,7 +311,7 @@ void CMainDlg::RunCommand(Command command) {
 
 /// The text stays in the field.
 void CMainDlg::Search() {
-  const std::wstring text = bar.GetSearchText();
+  const std::wstring text = ReadWindowText(bar.textBox->GetHandle());
   if (!text.empty())
     SearchFor(handle, Element(lists.GetSelectedProvider()), text);
 }

@@ -35,18 +35,17 @@ void LimitHeight(ImageElement &image, long height) {
 } // namespace
 
 ResetConfirmationDialog::ResetConfirmationDialog(const RECT &bounds, HWND ownerWindow)
-    : bounds(bounds), title(LoadDockString(resetTitleTextId)), description(LoadDockString(resetDescriptionTextId)),
-      backPlate(std::make_shared<BackPlate>(renderTarget, 0.7F, 0.36F)),
+    : bounds(bounds), backPlate(std::make_shared<BackPlate>(renderTarget, 0.7F, 0.36F)),
       titleText(std::make_shared<TextElement>(renderTarget)),
       descriptionText(std::make_shared<TextElement>(renderTarget)), ownerWindow(ownerWindow),
       clickListener(MakeListener(this, &ResetConfirmationDialog::OnClick)) {
   dialogId = ResetConfirmationDialogId;
-  titleText->SetUp(title, {.size = static_cast<float>(ScaleX(16)),
-                           .weight = DWRITE_FONT_WEIGHT_SEMI_BOLD,
-                           .alignment = DWRITE_TEXT_ALIGNMENT_TRAILING});
-  descriptionText->SetUp(description, {.size = static_cast<float>(ScaleY(12)),
-                                       .weight = DWRITE_FONT_WEIGHT_MEDIUM,
-                                       .wrapping = DWRITE_WORD_WRAPPING_WRAP});
+  titleText->SetUp(LoadDockString(resetTitleTextId), {.size = static_cast<float>(ScaleX(16)),
+                                                      .weight = DWRITE_FONT_WEIGHT_SEMI_BOLD,
+                                                      .alignment = DWRITE_TEXT_ALIGNMENT_TRAILING});
+  descriptionText->SetUp(LoadDockString(resetDescriptionTextId), {.size = static_cast<float>(ScaleY(12)),
+                                                                  .weight = DWRITE_FONT_WEIGHT_MEDIUM,
+                                                                  .wrapping = DWRITE_WORD_WRAPPING_WRAP});
 }
 
 void ResetConfirmationDialog::InitializeComponent() {

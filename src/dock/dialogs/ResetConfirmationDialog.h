@@ -3,7 +3,6 @@
 // message to the dock. Lives on the stack of the command that asks. User-interface thread.
 
 #include <memory>
-#include <string>
 
 #include "system/Windows.h"
 #include "toolkit/DockPanel.h"
@@ -34,8 +33,6 @@ private:
   void OnClick(ButtonEventArgs *args);
 
   RECT bounds;
-  std::wstring title;
-  std::wstring description;
   std::shared_ptr<BackPlate> backPlate;
   std::shared_ptr<TextElement> titleText;
   std::shared_ptr<TextElement> descriptionText;

@@ -84,11 +84,13 @@ WelcomeScreenDialog::WelcomeScreenDialog(const RECT &bounds)
       tourButtonSpacer(std::make_shared<ColorRectangle>(RECT{}, renderTarget, transparent)),
       clickListener(MakeListener(this, &WelcomeScreenDialog::OnClick)) {
   dialogId = WelcomeDialogId;
-  for (int i = 0; i < featureCount; ++i)
-    featureRows[static_cast<std::size_t>(i)] = MakeFeatureRow(i + 1);
+  int number = 1;
+  for (FeatureRow &row : featureRows) {
+    row.headline = MakeText(FeatureText(number, L'a'), featureStyle);
+    row.sentence = MakeText(FeatureText(number, L'b'), featureStyle);
+    ++number;
+  }
 }
-
-WelcomeScreenDialog::~WelcomeScreenDialog() = default;
 
 /// The size of `style` is in design pixels.
 std::shared_ptr<TextElement> WelcomeScreenDialog::MakeText(const std::wstring &text, TextStyle style) const {
@@ -96,11 +98,6 @@ std::shared_ptr<TextElement> WelcomeScreenDialog::MakeText(const std::wstring &t
   style.size = static_cast<float>(ScaleY(static_cast<int>(style.size)));
   element->SetUp(text, style);
   return element;
-}
-
-WelcomeScreenDialog::FeatureRow WelcomeScreenDialog::MakeFeatureRow(int number) const {
-  return {std::make_shared<DockPanel>(), std::make_shared<StackPanel>(),
-          MakeText(FeatureText(number, L'a'), featureStyle), MakeText(FeatureText(number, L'b'), featureStyle)};
 }
 
 /// WM_CLOSE is ignored: the platform's own ways to close a window, such as Alt+F4, would skip the settings.
@@ -218,18 +215,18 @@ void WelcomeScreenDialog::AddFeatures() {
 /// that no font's lines make it higher.
 void WelcomeScreenDialog::AddFeature(FeatureRow &row) {
   const int height = ScaleY(35);
-  row.panel->DesiredHeight.Set(height);
-  row.panel->Margin.Set({.bottom = ScaleY(5)}); // what sets one feature off from the next
-  featureStack.AddChild(row.panel.get());
-  row.panel->AddChild(arrowImage.get());
-  row.panel->SetDock(arrowImage.get(), Dock::Left);
-  row.texts->Orientation.Set(lumenor::Orientation::Vertical);
-  row.panel->AddChild(row.texts.get());
+  row.panel.DesiredHeight.Set(height);
+  row.panel.Margin.Set({.bottom = ScaleY(5)}); // what sets one feature off from the next
+  featureStack.AddChild(&row.panel);
+  row.panel.AddChild(arrowImage.get());
+  row.panel.SetDock(arrowImage.get(), Dock::Left);
+  row.texts.Orientation.Set(lumenor::Orientation::Vertical);
+  row.panel.AddChild(&row.texts);
   row.headline->DesiredHeight.Set(height / 2);
   row.headline->Margin.Set({0, ScaleY(6), 0, 0});
-  row.texts->AddChild(row.headline.get());
+  row.texts.AddChild(row.headline.get());
   row.sentence->DesiredHeight.Set(height - height / 2);
-  row.texts->AddChild(row.sentence.get());
+  row.texts.AddChild(row.sentence.get());
 }
 
 /// The strip at the lower edge. It lies over the stack above it, whose children end before it. On a

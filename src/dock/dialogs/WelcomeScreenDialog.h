@@ -26,7 +26,6 @@ public:
   /// The dialog has its top at that of `bounds` and is centred between left and right, in screen coordinates; its size
   /// is that of its background picture.
   explicit WelcomeScreenDialog(const RECT &bounds);
-  ~WelcomeScreenDialog() override;
 
   BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                             DWORD mapId = 0) override;
@@ -35,8 +34,8 @@ public:
 private:
   /// A headline of what the dock does, and a sentence that explains it.
   struct FeatureRow {
-    std::shared_ptr<DockPanel> panel;
-    std::shared_ptr<StackPanel> texts;
+    DockPanel panel;
+    StackPanel texts;
     std::shared_ptr<TextElement> headline;
     std::shared_ptr<TextElement> sentence;
   };
@@ -44,7 +43,6 @@ private:
   static constexpr int featureCount = 4;
 
   std::shared_ptr<TextElement> MakeText(const std::wstring &text, TextStyle style) const;
-  FeatureRow MakeFeatureRow(int number) const;
 
   void LoadPictures();
   void PlaceWindow();

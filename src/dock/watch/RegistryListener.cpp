@@ -1,6 +1,5 @@
 #include "dock/watch/RegistryListener.h"
 
-#include <array>
 #include <memory>
 #include <string>
 #include <utility>
@@ -18,28 +17,36 @@ namespace {
 constexpr DWORD startLimitMs = 1000; // the bar comes up also when the thread can't tell that it listens
 constexpr DWORD endingLimitMs = 1000;
 
+/// What the thread is handed; it owns and frees it.
+struct ListenerContext {
+  KernelHandle event;
+  HWND window;
+  HANDLE sleeping; // borrowed from the starter, until the thread has ended
+};
+
 /// Asks for the next change. A notification is good for one only.
 void AskForChange(HKEY key, HANDLE event) {
   ::RegNotifyChangeKeyValue(key, FALSE, REG_NOTIFY_CHANGE_LAST_SET, event, TRUE);
 }
 
-void PostIfMoved(const RegistryListenerContext &context, std::wstring &last) {
+void PostIfMoved(HWND window, std::wstring &last) {
   std::wstring current = GetDockPosition();
   if (current == last)
     return;
   last = std::move(current);
-  ::PostMessageW(context.window, last == topPosition ? context.topMessage : context.bottomMessage, 0, 0);
+  ::PostMessageW(window, last == topPosition ? DockAtTopMessage : DockAtBottomMessage, 0, 0);
 }
 
 /// False when the wait ended otherwise than by the event.
-bool SleepUntilChange(const RegistryListenerContext &context) {
+bool SleepUntilChange(const ListenerContext &context) {
   ::SetEvent(context.sleeping);
   const DWORD woken = ::WaitForSingleObject(context.event.Get(), INFINITE);
   ::ResetEvent(context.sleeping);
   return woken == WAIT_OBJECT_0;
 }
 
-DWORD Listen(RegistryListenerContext &context) {
+/// The thread's exit code: E_FAIL when the key can't be opened, 0 when the wait ended otherwise than by the event.
+DWORD Listen(const ListenerContext &context) {
   const RegistryKey key = OpenRegistryKey(product::dockKey, KEY_READ);
   if (!key)
     return static_cast<DWORD>(E_FAIL);
@@ -48,9 +55,25 @@ DWORD Listen(RegistryListenerContext &context) {
   std::wstring last = GetDockPosition();
   while (SleepUntilChange(context)) {
     AskForChange(key.Get(), context.event.Get());
-    PostIfMoved(context, last);
+    PostIfMoved(context.window, last);
   }
   return 0;
+}
+
+DWORD WINAPI RegistryListenerThread(void *context) {
+  const std::unique_ptr<ListenerContext> owned(static_cast<ListenerContext *>(context));
+  try {
+    return Listen(*owned);
+  } catch (...) {
+    ReportUnhandledException(L"RegistryListenerThread"); // not by a guard: that one belongs to the windows' thread
+    return static_cast<DWORD>(E_FAIL);
+  }
+}
+
+/// Waits until the thread sleeps or has ended, for `limitMs` at most. True when it sleeps.
+bool WaitForSleep(HANDLE thread, HANDLE sleeping, DWORD limitMs) {
+  const HANDLE either[] = {sleeping, thread};
+  return ::WaitForMultipleObjects(2, either, FALSE, limitMs) == WAIT_OBJECT_0;
 }
 
 /// Suspends the thread. True when it was asleep; otherwise it is resumed.
@@ -67,41 +90,23 @@ bool FreezeInSleep(HANDLE thread, HANDLE sleeping) {
 
 } // namespace
 
-DWORD WINAPI RegistryListenerThread(void *context) {
-  const std::unique_ptr<RegistryListenerContext> owned(static_cast<RegistryListenerContext *>(context));
-  try {
-    return Listen(*owned);
-  } catch (...) {
-    ReportUnhandledException(L"RegistryListenerThread"); // not by a guard: that one belongs to the windows' thread
-    return static_cast<DWORD>(E_FAIL);
-  }
-}
-
 KernelHandle StartRegistryListener(KernelHandle event, HWND window, HANDLE sleeping) {
-  auto context = std::make_unique<RegistryListenerContext>(
-      RegistryListenerContext{std::move(event), window, DockAtTopMessage, DockAtBottomMessage, sleeping});
+  auto context = std::make_unique<ListenerContext>(ListenerContext{std::move(event), window, sleeping});
   KernelHandle thread(::CreateThread(nullptr, 0, RegistryListenerThread, context.get(), 0, nullptr));
   if (!thread)
     return thread;
   context.release();
-  const std::array<HANDLE, 2> either = {sleeping, thread.Get()};
-  ::WaitForMultipleObjects(static_cast<DWORD>(either.size()), either.data(), FALSE, startLimitMs);
+  WaitForSleep(thread.Get(), sleeping, startLimitMs);
   return thread;
 }
 
 // A thread that is killed while it starts, or while it holds the heap's lock, leaves the process with a lock that
 // nobody gives back.
 void EndRegistryListener(HANDLE thread, HANDLE sleeping) {
-  const std::array<HANDLE, 2> either = {sleeping, thread};
   const ULONGLONG deadline = ::GetTickCount64() + endingLimitMs;
-  bool asleep = false;
-  while (!asleep && ::GetTickCount64() < deadline) {
-    const DWORD first =
-        ::WaitForMultipleObjects(static_cast<DWORD>(either.size()), either.data(), FALSE, endingLimitMs);
-    if (first != WAIT_OBJECT_0)
+  while (::GetTickCount64() < deadline && WaitForSleep(thread, sleeping, endingLimitMs))
+    if (FreezeInSleep(thread, sleeping))
       break;
-    asleep = FreezeInSleep(thread, sleeping);
-  }
   ::TerminateThread(thread, 0);
 }
 

@@ -10,19 +10,6 @@ namespace lumenor {
 /// The name of the auto-reset event on which the thread sleeps.
 constexpr wchar_t registryListenerEventName[] = L"PCDOCK_REGISTRY_LISTENER";
 
-/// What the thread is handed; it owns and frees it.
-struct RegistryListenerContext {
-  KernelHandle event;
-  HWND window;
-  UINT topMessage;
-  UINT bottomMessage;
-  HANDLE sleeping; // borrowed from the starter, until the thread has ended
-};
-
-/// The thread's entry: `context` is a RegistryListenerContext on the heap. Returns E_FAIL when the key can't be opened,
-/// 0 when the wait ended otherwise than by the event.
-DWORD WINAPI RegistryListenerThread(void *context);
-
 /// Starts the thread on `event` for the dock's `window` and returns the thread's handle, empty when there is none to be
 /// had. `sleeping` is a manual-reset event that is set while the thread sleeps; it outlives the thread. Comes back when
 /// the thread has read the present value and its watch stands, or when it has ended: from then on no change is missed.

@@ -41,29 +41,19 @@ template <typename T> void Animation<T>::AddTransitions(IUIAnimationTransitionLi
   ThrowIfFailed(storyboard->AddTransition(variable.Get(), move.Get()));
 }
 
-template <typename T> INT32 Animation<T>::CurrentValue() const {
+template <typename T> void Animation<T>::Update() {
+  if (variable == nullptr || Target.Get() == nullptr)
+    return;
   int value = 0;
   ThrowIfFailed(variable->GetIntegerValue(&value));
-  return value;
+  Target.Get()->Set(static_cast<T>(value));
 }
 
 template class Animation<unsigned char>;
 template class Animation<long>;
 
-void ByteAnimation::Update() {
-  if (IsUpdatable())
-    Target.Get()->Set(static_cast<unsigned char>(CurrentValue()));
-}
-
-void LongAnimation::Update() {
-  if (IsUpdatable())
-    Target.Get()->Set(CurrentValue());
-}
-
 template <typename T> TimerEventHandler<T>::TimerEventHandler(Animation<T> *animation, AliveFlag animationAlive)
     : ComObject<IUIAnimationTimerEventHandler>(0), animation(animation), animationAlive(std::move(animationAlive)) {}
-
-template <typename T> HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::OnPreUpdate() noexcept { return S_OK; }
 
 template <typename T> HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::OnPostUpdate() noexcept {
   Shielded([this] {
@@ -72,10 +62,6 @@ template <typename T> HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::OnPostUpda
     return S_OK;
   });
   return S_OK; // also of a failure: the timer goes on
-}
-
-template <typename T> HRESULT STDMETHODCALLTYPE TimerEventHandler<T>::OnRenderingTooSlow(UINT32) noexcept {
-  return S_OK;
 }
 
 template class TimerEventHandler<unsigned char>;

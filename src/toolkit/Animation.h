@@ -31,23 +31,9 @@ public:
   /// Whatever still plays sets nothing any more. Raises HResultError where a service of the platform fails.
   virtual void Start();
 
-  /// Gives the target the value of this moment. Called at every tick.
-  virtual void Update() = 0;
+  /// Gives the target the value of this moment, rounded by the platform; nothing before a Start. Called at every tick.
+  virtual void Update();
 
-protected:
-  /// The value of this moment, rounded by the platform. Only after a Start.
-  INT32 CurrentValue() const;
-
-  /// Whether there is a value to read and a target to set.
-  bool IsUpdatable() { return variable != nullptr && Target.Get() != nullptr; }
-
-private:
-  void AddTransitions(IUIAnimationTransitionLibrary &library);
-
-  Microsoft::WRL::ComPtr<IUIAnimationStoryboard> storyboard; // of the last Start
-  Microsoft::WRL::ComPtr<IUIAnimationVariable> variable;     // likewise
-
-public:
   Property<float> From{0.0F};
   Property<float> To{0.0F};
 
@@ -65,6 +51,11 @@ public:
   Property<Property<T> *> Target{nullptr};
 
 private:
+  void AddTransitions(IUIAnimationTransitionLibrary &library);
+
+  Microsoft::WRL::ComPtr<IUIAnimationStoryboard> storyboard; // of the last Start
+  Microsoft::WRL::ComPtr<IUIAnimationVariable> variable;     // likewise
+
   // Shared with the handlers at the timer, of which one may outlive this.
   AliveFlag alive = std::make_shared<unsigned char>(static_cast<unsigned char>(1));
 };
@@ -73,16 +64,10 @@ extern template class Animation<unsigned char>;
 extern template class Animation<long>;
 
 /// Drives a property of 8 bits, such as an opacity; of a value beyond them it takes the low 8.
-class ByteAnimation : public Animation<unsigned char> {
-public:
-  void Update() override;
-};
+using ByteAnimation = Animation<unsigned char>;
 
 /// Drives a property of whole numbers, such as a place in pixels.
-class LongAnimation : public Animation<long> {
-public:
-  void Update() override;
-};
+using LongAnimation = Animation<long>;
 
 /// What the timer calls for an animation. Held by the timer alone.
 template <typename T> class TimerEventHandler : public ComObject<IUIAnimationTimerEventHandler> {
@@ -90,11 +75,11 @@ public:
   /// `animation` is borrowed; once `animationAlive` is 0 it isn't called any more.
   TimerEventHandler(Animation<T> *animation, AliveFlag animationAlive);
 
-  HRESULT STDMETHODCALLTYPE OnPreUpdate() noexcept override;
+  HRESULT STDMETHODCALLTYPE OnPreUpdate() noexcept override { return S_OK; }
 
   /// Updates the animation. What it raises is kept for the message loop (KeepWindowException).
   HRESULT STDMETHODCALLTYPE OnPostUpdate() noexcept override;
-  HRESULT STDMETHODCALLTYPE OnRenderingTooSlow(UINT32 framesPerSecond) noexcept override;
+  HRESULT STDMETHODCALLTYPE OnRenderingTooSlow(UINT32 /*framesPerSecond*/) noexcept override { return S_OK; }
 
 private:
   Animation<T> *animation;

@@ -1,6 +1,7 @@
 #include "toolkit/AnimationServices.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include "system/HResultError.h"
 
@@ -22,60 +23,38 @@ bool IsComInitialized() {
   return SUCCEEDED(::CoGetApartmentType(&type, &qualifier));
 }
 
+/// No owner: COM's objects are gone once its last apartment is left, and must not be released then.
+AnimationServices *services = nullptr;
+
+void ReleaseServices() { delete std::exchange(services, nullptr); }
+
+void AtExit() {
+  if (IsComInitialized())
+    ReleaseServices();
+}
+
 } // namespace
 
-AnimationServices &AnimationServices::Instance() {
-  // Never destroyed: the exit handler decides what can still be released.
-  static auto *const instance = [] {
-    std::atexit(AtExit);
-    return new AnimationServices;
-  }();
-  return *instance;
-}
-
-/// COM's objects are gone once its last apartment is left, and must not be released then.
-void AnimationServices::AtExit() {
-  AnimationServices &services = Instance();
-  if (!IsComInitialized()) {
-    services.manager.Detach();
-    services.timer.Detach();
-    services.transitionLibrary.Detach();
-  }
-  services.manager.Reset();
-  services.timer.Reset();
-  services.transitionLibrary.Reset();
-}
-
-/// All of them or none: what is made before a failure is released.
-void AnimationServices::Make() {
-  auto newManager = MakeService<IUIAnimationManager>(CLSID_UIAnimationManager);
-  auto newLibrary = MakeService<IUIAnimationTransitionLibrary>(CLSID_UIAnimationTransitionLibrary);
-  auto newTimer = MakeService<IUIAnimationTimer>(CLSID_UIAnimationTimer);
+AnimationServices::AnimationServices() {
+  manager = MakeService<IUIAnimationManager>(CLSID_UIAnimationManager);
+  transitionLibrary = MakeService<IUIAnimationTransitionLibrary>(CLSID_UIAnimationTransitionLibrary);
+  timer = MakeService<IUIAnimationTimer>(CLSID_UIAnimationTimer);
   ComPtr<IUIAnimationTimerUpdateHandler> updateHandler;
-  ThrowIfFailed(newManager.As(&updateHandler));
-  ThrowIfFailed(newTimer->SetTimerUpdateHandler(updateHandler.Get(), UI_ANIMATION_IDLE_BEHAVIOR_DISABLE));
-  manager = newManager;
-  transitionLibrary = newLibrary;
-  timer = newTimer;
-}
-
-void AnimationServices::ShutDown() {
-  manager->Shutdown();
-  manager.Reset();
-  timer.Reset();
-  transitionLibrary.Reset();
+  ThrowIfFailed(manager.As(&updateHandler));
+  ThrowIfFailed(timer->SetTimerUpdateHandler(updateHandler.Get(), UI_ANIMATION_IDLE_BEHAVIOR_DISABLE));
 }
 
 AnimationServices &GetAnimationServices() {
-  AnimationServices &services = AnimationServices::Instance();
-  if (!services.AreMade())
-    services.Make();
-  return services;
+  [[maybe_unused]] static const int registered = std::atexit(AtExit);
+  if (services == nullptr)
+    services = new AnimationServices;
+  return *services;
 }
 
 void ShutDownAnimationServices() noexcept {
   try {
-    GetAnimationServices().ShutDown();
+    GetAnimationServices().manager->Shutdown();
+    ReleaseServices();
   } catch (const HResultError &) {
     // The dock ran without animations; it ends without them as well.
   }

@@ -12,6 +12,9 @@ namespace lumenor {
 
 class AnimationServices {
 public:
+  /// Makes all of them or raises HResultError.
+  AnimationServices();
+
   /// A new reference to the manager, which knows every storyboard and variable.
   Microsoft::WRL::ComPtr<IUIAnimationManager> Manager() const { return manager; }
 
@@ -22,18 +25,12 @@ public:
   Microsoft::WRL::ComPtr<IUIAnimationTimer> Timer() const { return timer; }
 
 private:
-  friend AnimationServices &GetAnimationServices();
   friend void ShutDownAnimationServices() noexcept;
 
-  bool AreMade() const { return manager != nullptr; }
-  void Make();
-  void ShutDown();
-  static AnimationServices &Instance();
-  static void AtExit();
-
-  Microsoft::WRL::ComPtr<IUIAnimationManager> manager;
+  // Released from the last one to the first.
   Microsoft::WRL::ComPtr<IUIAnimationTransitionLibrary> transitionLibrary;
   Microsoft::WRL::ComPtr<IUIAnimationTimer> timer;
+  Microsoft::WRL::ComPtr<IUIAnimationManager> manager;
 };
 
 /// The services, which are made now if they aren't there. Raises HResultError where the platform refuses one of them;

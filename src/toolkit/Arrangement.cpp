@@ -4,20 +4,6 @@
 
 namespace lumenor {
 
-long Axis::MarginBefore(const UIElement &element) const {
-  const Margin &margin = element.Margin.Get();
-  return isHorizontal ? margin.left : margin.top;
-}
-
-long Axis::MarginAfter(const UIElement &element) const {
-  const Margin &margin = element.Margin.Get();
-  return isHorizontal ? margin.right : margin.bottom;
-}
-
-long Axis::DesiredExtent(UIElement &element) const {
-  return MarginBefore(element) + DesiredSize(element).Get() + MarginAfter(element);
-}
-
 void Axis::Place(UIElement &element, long position, long size) const {
   Position(element).Set(position);
   Size(element).Set(size);

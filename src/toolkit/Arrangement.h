@@ -21,11 +21,17 @@ public:
   }
 
   /// The margin ahead of the element and the one behind it.
-  long MarginBefore(const UIElement &element) const;
-  long MarginAfter(const UIElement &element) const;
+  long MarginBefore(const UIElement &element) const {
+    return isHorizontal ? element.Margin.Get().left : element.Margin.Get().top;
+  }
+  long MarginAfter(const UIElement &element) const {
+    return isHorizontal ? element.Margin.Get().right : element.Margin.Get().bottom;
+  }
 
   /// What the element asks for with its margins.
-  long DesiredExtent(UIElement &element) const;
+  long DesiredExtent(UIElement &element) const {
+    return MarginBefore(element) + DesiredSize(element).Get() + MarginAfter(element);
+  }
 
   /// Sets position, then size.
   void Place(UIElement &element, long position, long size) const;

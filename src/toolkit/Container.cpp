@@ -26,20 +26,11 @@ bool Container::IsDirty() {
   return dirty || std::any_of(children.begin(), children.end(), [](UIElement *child) { return child->IsDirty(); });
 }
 
-void Container::AddChild(UIElement *child) {
-  if (child == nullptr)
-    return;
-  children.push_back(child);
-  AttachChild(child);
-}
-
 void Container::RemoveChild(UIElement *child) {
   const auto found = std::find(children.begin(), children.end(), child);
   if (found != children.end()) {
     children.erase(found);
-    if (child->parent != nullptr)
-      child->OnDetached();
-    child->parent = nullptr;
+    child->SetParent(nullptr);
     child->DesiredWidth.changed.RemoveListener(childDesiredWidthListener.get());
     child->DesiredHeight.changed.RemoveListener(childDesiredHeightListener.get());
     child->Visibility.changed.RemoveListener(childVisibilityListener.get());
@@ -50,10 +41,13 @@ void Container::RemoveChild(UIElement *child) {
 void Container::InsertChild(UIElement *child, std::size_t index) {
   if (child == nullptr)
     return;
-  if (index >= children.size())
-    return AddChild(child);
-  children.insert(children.begin() + static_cast<std::ptrdiff_t>(index), child);
-  AttachChild(child);
+  const std::size_t place = std::min(index, children.size());
+  children.insert(children.begin() + static_cast<std::ptrdiff_t>(place), child);
+  child->SetParent(this);
+  Layout();
+  child->DesiredWidth.changed.AddListener(childDesiredWidthListener.get());
+  child->DesiredHeight.changed.AddListener(childDesiredHeightListener.get());
+  child->Visibility.changed.AddListener(childVisibilityListener.get());
 }
 
 std::size_t Container::MoveChild(std::size_t from, std::size_t to) {
@@ -70,17 +64,6 @@ std::size_t Container::MoveChild(std::size_t from, std::size_t to) {
 int Container::IndexOfChild(UIElement *child) {
   const auto found = std::find(children.begin(), children.end(), child);
   return found == children.end() ? -1 : static_cast<int>(found - children.begin());
-}
-
-void Container::AttachChild(UIElement *child) {
-  if (child->parent != nullptr)
-    child->OnDetached();
-  child->parent = this;
-  child->OnAttached();
-  Layout();
-  child->DesiredWidth.changed.AddListener(childDesiredWidthListener.get());
-  child->DesiredHeight.changed.AddListener(childDesiredHeightListener.get());
-  child->Visibility.changed.AddListener(childVisibilityListener.get());
 }
 
 } // namespace lumenor

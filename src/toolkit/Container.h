@@ -24,7 +24,7 @@ public:
   void Update() override { Layout(); }
 
   /// Appends `child`, attaches it and lays out. Null is ignored. The child must outlive its stay here.
-  virtual void AddChild(UIElement *child);
+  void AddChild(UIElement *child) { InsertChild(child, children.size()); }
 
   /// Detaches `child` and lays out; an element that isn't here only costs the layout.
   virtual void RemoveChild(UIElement *child);
@@ -64,8 +64,6 @@ protected:
   int layoutSuspendCount = 0;
 
 private:
-  void AttachChild(UIElement *child);
-
   ListenerPtr<PropertyChangeEventArgs<long>> childDesiredWidthListener, childDesiredHeightListener;
   ListenerPtr<PropertyChangeEventArgs<lumenor::Visibility>> childVisibilityListener;
 };

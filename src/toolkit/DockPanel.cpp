@@ -35,24 +35,13 @@ template <typename Change> void DockPanel::ChangeChildren(Change change) {
   Layout();
 }
 
-void DockPanel::AddChild(UIElement *child) {
-  ChangeChildren([&] {
-    AppendDockFor(child);
-    PanelWindow::AddChild(child);
-  });
-}
-
+/// The entry goes to the end whatever place the child gets: docks belong to places, not to children.
 void DockPanel::InsertChild(UIElement *child, std::size_t index) {
   ChangeChildren([&] {
-    AppendDockFor(child);
+    if (child != nullptr)
+      docks.resize(children.size() + 1, Dock::Fill);
     PanelWindow::InsertChild(child, index);
   });
-}
-
-/// The entry goes to the end whatever place the child gets: docks belong to places, not to children.
-void DockPanel::AppendDockFor(UIElement *child) {
-  if (child != nullptr)
-    docks.resize(children.size() + 1, Dock::Fill);
 }
 
 void DockPanel::RemoveChild(UIElement *child) {

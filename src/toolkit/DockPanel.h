@@ -10,7 +10,6 @@ namespace lumenor {
 
 class DockPanel : public PanelWindow<DockPanel> {
 public:
-  void AddChild(UIElement *child) override;
   void RemoveChild(UIElement *child) override;
   void InsertChild(UIElement *child, std::size_t index) override;
 
@@ -28,7 +27,6 @@ public:
 private:
   struct Span; // what the passes of one layout have left along an axis
 
-  void AppendDockFor(UIElement *child);
   void LayOutStart(Dock dock, Span &span, Span &across);
   void LayOutEnd(Dock dock, Span &span, Span &across);
   void LayOutFill(Span &width, Span &height);

@@ -14,16 +14,10 @@ void SingleChildContainer::Paint(RenderTargetPtr renderTarget, const D2D1_RECT_F
 bool SingleChildContainer::IsDirty() { return dirty || (child != nullptr && child->IsDirty()); }
 
 void SingleChildContainer::SetChild(UIElement *newChild) {
-  if (child != nullptr) {
-    if (child->parent != nullptr)
-      child->OnDetached();
-    child->parent = nullptr;
-  }
+  if (child != nullptr)
+    child->SetParent(nullptr);
   child = newChild;
-  if (child->parent != nullptr)
-    child->OnDetached();
-  child->parent = this;
-  child->OnAttached();
+  child->SetParent(this);
   Layout();
 }
 

@@ -12,6 +12,14 @@ void UIElement::Invalidate() {
     parent->Invalidate();
 }
 
+void UIElement::SetParent(UIElement *newParent) {
+  if (parent != nullptr)
+    OnDetached();
+  parent = newParent;
+  if (parent != nullptr)
+    OnAttached();
+}
+
 UIElement *UIElement::GetRootElement() {
   const HWND window = GetHandle();
   if (::IsWindow(window) && (::GetWindowLongW(window, GWL_STYLE) & WS_CHILD) == 0)
@@ -46,11 +54,10 @@ void UIElement::SetBounds(const RECT *rectangle) {
 void UIElement::PaintChild(RenderTargetPtr renderTarget, UIElement *child, const D2D1_RECT_F *parentRect) {
   if (child == nullptr || child->Visibility.Get() != lumenor::Visibility::Visible)
     return;
-  D2D1_RECT_F rect;
-  rect.left = static_cast<float>(child->Left.Get()) + parentRect->left;
-  rect.top = static_cast<float>(child->Top.Get()) + parentRect->top;
-  rect.right = static_cast<float>(child->Width.Get()) + rect.left;
-  rect.bottom = static_cast<float>(child->Height.Get()) + rect.top;
+  const float left = static_cast<float>(child->Left.Get()) + parentRect->left;
+  const float top = static_cast<float>(child->Top.Get()) + parentRect->top;
+  const D2D1_RECT_F rect{left, top, static_cast<float>(child->Width.Get()) + left,
+                         static_cast<float>(child->Height.Get()) + top};
   renderTarget->PushAxisAlignedClip(&rect, D2D1_ANTIALIAS_MODE_PER_PRIMITIVE);
   child->Paint(renderTarget, &rect);
   renderTarget->PopAxisAlignedClip();

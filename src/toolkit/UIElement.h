@@ -61,6 +61,9 @@ public:
   /// Borrowed; set and cleared by the parent's child operations.
   UIElement *parent = nullptr;
 
+  /// Detaches the element from the parent that it has, if any, and attaches it to `newParent`, unless that is null.
+  void SetParent(UIElement *newParent);
+
   /// The element's own window; null when it has none.
   virtual HWND GetHandle() { return nullptr; }
 

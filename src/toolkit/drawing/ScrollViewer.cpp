@@ -66,9 +66,7 @@ ScrollViewer::ScrollViewer(RenderTargetPtr renderTarget)
       childDesiredWidthListener(MakeListener<PropertyChangeEventArgs<long>>(this, &ScrollViewer::Layout)),
       childLeftListener(MakeListener(this, &ScrollViewer::OnChildLeftChanged)),
       childVisibilityListener(
-          MakeListener<PropertyChangeEventArgs<lumenor::Visibility>>(this, &ScrollViewer::UpdateButtons)),
-      leftClickListener(MakeListener<ButtonEventArgs>(this, &ScrollViewer::OnLeftClick)),
-      rightClickListener(MakeListener<ButtonEventArgs>(this, &ScrollViewer::OnRightClick)) {
+          MakeListener<PropertyChangeEventArgs<lumenor::Visibility>>(this, &ScrollViewer::UpdateButtons)) {
   animation.Duration.Set(slideSeconds);
   animation.AccelerationRatio.Set(0.05F);
   animation.DecelerationRatio.Set(0.75F);
@@ -85,25 +83,23 @@ void ScrollViewer::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
 
 void ScrollViewer::MakeWindow(HWND parentWindow) {
   Create(parentWindow);
-  leftButton = MakeArrowButton(L"..\\resources\\scroll_left.png", leftClickListener.get());
-  rightButton = MakeArrowButton(L"..\\resources\\scroll_right.png", rightClickListener.get());
+  leftButton = MakeArrowButton(L"..\\resources\\scroll_left.png", &ScrollViewer::OnLeftClick);
+  rightButton = MakeArrowButton(L"..\\resources\\scroll_right.png", &ScrollViewer::OnRightClick);
   PlaceButtons();
   UpdateButtons();
 }
 
 /// "Scroll" is the tool tip. "scroll" is the window's text for screen readers; a label would only cover the arrow.
-std::shared_ptr<Button> ScrollViewer::MakeArrowButton(const wchar_t *imagePath,
-                                                      EventListener<ButtonEventArgs> *clickListener) {
+std::shared_ptr<Button> ScrollViewer::MakeArrowButton(const wchar_t *imagePath, void (ScrollViewer::*onClick)()) {
   auto button = std::make_shared<ArrowButton>(
       std::make_shared<GlowButtonPainter>(renderTarget, 0, L"", imagePath, MakeArrowLayout(), L""));
   button->Name.Set(L"Scroll");
   button->Visibility.Set(lumenor::Visibility::Collapsed);
-  button->parent = this;
-  button->OnAttached();
+  button->SetParent(this);
   ::SetWindowTextW(button->GetHandle(), L"scroll");
   LetStripShowThrough(button->GetHandle());
   ::ShowWindow(button->GetHandle(), SW_HIDE); // made showing, as every button
-  button->Click.AddListener(clickListener);
+  subscriptions.Add(this, onClick, button->Click);
   return button;
 }
 
@@ -145,10 +141,6 @@ void ScrollViewer::UpdateButtons() {
   ShowAbove(*rightButton, isThere && child->Left.Get() + child->Width.Get() > Width.Get());
 }
 
-void ScrollViewer::OnWidthChanged() { FitToSize(); }
-
-void ScrollViewer::OnHeightChanged() { FitToSize(); }
-
 void ScrollViewer::FitToSize() {
   MoveElementWindow(*this);
   Layout();
@@ -166,10 +158,6 @@ void ScrollViewer::PlaceButtons() {
   const RECT rightBounds{right, 0, right + width, height};
   leftButton->SetBounds(&leftBounds);
   rightButton->SetBounds(&rightBounds);
-}
-
-BOOL ScrollViewer::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD) {
-  return ProcessPanelMessage(*this, message, wParam, lParam, result);
 }
 
 /// Slides the strip by `distance` pixels, to its end at most, from where it is just now.

@@ -28,8 +28,8 @@ public:
   /// Gives the strip the width it asks for and the viewer's height, and keeps its ends at or outside the viewer's.
   void Layout() override;
 
-  void OnWidthChanged() override;
-  void OnHeightChanged() override;
+  void OnWidthChanged() override { FitToSize(); }
+  void OnHeightChanged() override { FitToSize(); }
 
   /// Whether a slide is under way. One that is long past its time, because another animation gets the timer's ticks,
   /// doesn't count.
@@ -38,8 +38,9 @@ public:
   /// Moves the strip to the end of an unfinished slide. To be called before another animation takes the timer's ticks.
   void EndSlide();
 
-  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
-                            DWORD mapId = 0) override;
+  BOOL ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD = 0) override {
+    return ProcessPanelMessage(*this, message, wParam, lParam, result);
+  }
 
 protected:
   /// Makes the window and in it the arrow buttons. Raises HResultError when a picture of theirs can't be made.
@@ -49,7 +50,7 @@ protected:
 
 private:
   void UnfollowChild();
-  std::shared_ptr<Button> MakeArrowButton(const wchar_t *imagePath, EventListener<ButtonEventArgs> *clickListener);
+  std::shared_ptr<Button> MakeArrowButton(const wchar_t *imagePath, void (ScrollViewer::*onClick)());
   void FitToSize();
   void PlaceButtons();
   void UpdateButtons();
@@ -66,7 +67,6 @@ private:
   ULONGLONG slideDeadline = 0;  // in ticks of GetTickCount64
   ListenerPtr<PropertyChangeEventArgs<long>> childDesiredWidthListener, childLeftListener;
   ListenerPtr<PropertyChangeEventArgs<lumenor::Visibility>> childVisibilityListener;
-  ListenerPtr<ButtonEventArgs> leftClickListener, rightClickListener;
 };
 
 } // namespace lumenor

@@ -18,7 +18,6 @@ public:
 
 private:
   RECT bounds;
-  RenderTargetPtr renderTarget;
   Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> brush;
 };
 

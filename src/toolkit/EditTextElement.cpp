@@ -81,10 +81,6 @@ private:
   Draw draw;
 };
 
-D2D1_RECT_F Offset(const D2D1_RECT_F &rect, D2D1_POINT_2F by) {
-  return {rect.left + by.x, rect.top + by.y, rect.right + by.x, rect.bottom + by.y};
-}
-
 } // namespace
 
 /// Borrowed from the layout for the time of one call.
@@ -114,7 +110,7 @@ EditTextElement::EditTextElement(RenderTargetPtr renderTarget, BrushPtr highligh
 
 // Whatever may fail comes before the first change: a reading is never kept beside the layout of another text.
 void EditTextElement::Show(EditReading newReading) {
-  LayoutPtr newLayout = newReading.text == reading.text ? layout : Shape(newReading.text);
+  LayoutPtr newLayout = newReading.text == reading.text ? layout : CreateLayout(Drawable(newReading.text));
   Text.Set(newReading.text);
   layout = std::move(newLayout);
   reading = std::move(newReading);
@@ -123,16 +119,7 @@ void EditTextElement::Show(EditReading newReading) {
 void EditTextElement::Update() {
   TextElement::Update();
   if (!IsUpdating())
-    layout = Shape(reading.text);
-}
-
-EditTextElement::LayoutPtr EditTextElement::Shape(const std::wstring &text) const {
-  return CreateLayout(Drawable(text));
-}
-
-void EditTextElement::PlaceCells(const Run &run) {
-  for (std::size_t i = run.Start(); i < run.Start() + run.Length(); ++i)
-    cells[i] = CellInRun(run, i);
+    layout = CreateLayout(Drawable(reading.text));
 }
 
 // A character reaches to the next one of its run. The one at the run's end has its own width: what follows may be
@@ -166,7 +153,8 @@ void EditTextElement::Paint(RenderTargetPtr, const D2D1_RECT_F *rect) {
 void EditTextElement::DrawRuns(D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) {
   RunRenderer renderer([&](const DWRITE_GLYPH_RUN &glyphs, const DWRITE_GLYPH_RUN_DESCRIPTION &text) {
     const Run run{glyphs, text};
-    PlaceCells(run);
+    for (std::size_t i = run.Start(); i < run.Start() + run.Length(); ++i)
+      cells[i] = CellInRun(run, i);
     if (glyphs.glyphCount != 0 && run.Length() != 0)
       DrawRun(run, origin, glyphBrush);
   });
@@ -231,9 +219,9 @@ std::vector<EditTextElement::Cell> EditTextElement::SelectedCells() const {
 // The selected part is drawn a second time, over its highlight.
 void EditTextElement::DrawSelection(D2D1_POINT_2F origin) {
   for (const Cell &cell : SelectedCells()) {
-    const D2D1_RECT_F area = Offset({static_cast<float>(cell.left), static_cast<float>(reading.top),
-                                     static_cast<float>(cell.right), static_cast<float>(reading.top + reading.height)},
-                                    origin);
+    const D2D1_RECT_F area{origin.x + static_cast<float>(cell.left), origin.y + static_cast<float>(reading.top),
+                           origin.x + static_cast<float>(cell.right),
+                           origin.y + static_cast<float>(reading.top + reading.height)};
     renderTarget->PushAxisAlignedClip(&area, D2D1_ANTIALIAS_MODE_PER_PRIMITIVE);
     renderTarget->FillRectangle(&area, highlightBrush.Get());
     DrawRuns(origin, highlightTextBrush.Get());

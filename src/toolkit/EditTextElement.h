@@ -37,10 +37,8 @@ private:
 
   struct Run; // glyphs of one font that are drawn in one direction
 
-  LayoutPtr Shape(const std::wstring &text) const;
   void DrawRuns(D2D1_POINT_2F origin, ID2D1Brush *glyphBrush);
   void DrawRun(const Run &run, D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) const;
-  void PlaceCells(const Run &run);
   Cell CellInRun(const Run &run, std::size_t index) const;
   std::vector<float> PlacedAdvances(const Run &run) const;
   void DrawSelection(D2D1_POINT_2F origin);

@@ -1,21 +1,17 @@
 #include "toolkit/drawing/ImageElement.h"
 
-#include <utility>
-
 #include "toolkit/drawing/WICHelper.h"
 
 namespace lumenor {
 
 ImageElement::ImageElement(const std::wstring &imagePath, RenderTargetPtr renderTarget)
-    : renderTarget(std::move(renderTarget)) {
-  bitmap = LoadBitmapFromFile(this->renderTarget.Get(), imagePath, false);
+    : bitmap(LoadBitmapFromFile(renderTarget.Get(), imagePath, false)) {
   PublishSize();
 }
 
 ImageElement::ImageElement(const std::wstring &resourceName, const std::wstring &resourceType,
                            RenderTargetPtr renderTarget)
-    : renderTarget(std::move(renderTarget)) {
-  bitmap = LoadBitmapFromResource(this->renderTarget.Get(), resourceName, resourceType);
+    : bitmap(LoadBitmapFromResource(renderTarget.Get(), resourceName, resourceType)) {
   PublishSize();
 }
 

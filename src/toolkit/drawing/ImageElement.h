@@ -26,7 +26,6 @@ public:
 private:
   void PublishSize();
 
-  RenderTargetPtr renderTarget;
   Microsoft::WRL::ComPtr<ID2D1Bitmap> bitmap;
 };
 

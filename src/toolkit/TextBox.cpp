@@ -96,12 +96,8 @@ void TextBox::MakeWindow(HWND parentWindow) {
 /// The window's text is what the user types, so that the name has to be noted beside it. Nobody listens before the
 /// first picture is there.
 void TextBox::AnnounceName() {
-  nameRequest.reset();
-  if (!::IsWindow(handle) || Name.Get().empty())
-    return;
-  nameRequest = std::make_shared<char>();
-  RunOnceShown([this, request = std::weak_ptr<void>(nameRequest)] {
-    if (request.expired() || !::IsWindow(handle))
+  RunLatestOnceShown([this] {
+    if (Name.Get().empty())
       return;
     AnnotateName(handle, Name.Get());
     isAnnotated = true;
@@ -189,8 +185,7 @@ BOOL TextBox::OnInput() {
 
 BOOL TextBox::OnKeyDown() {
   RestartBlink();
-  RequestRepaint();
-  return FALSE;
+  return OnInput();
 }
 
 BOOL TextBox::OnSetFocus() {
@@ -202,8 +197,7 @@ BOOL TextBox::OnKillFocus() {
   HasFocus.Set(0);
   ::KillTimer(handle, BlinkTimer);
   caretVisible = 0;
-  RequestRepaint();
-  return FALSE;
+  return OnInput();
 }
 
 // The dialog asks the field for the code of a key before it handles Return itself. This is the only notice of the key,
@@ -213,8 +207,7 @@ BOOL TextBox::OnGetDlgCode(WPARAM key, LPARAM message) {
     return FALSE;
   TextBoxEventArgs args{this};
   Accept.Fire(&args);
-  RequestRepaint();
-  return FALSE;
+  return OnInput();
 }
 
 BOOL TextBox::OnTimer(WPARAM timer, LRESULT &result) {
@@ -242,8 +235,7 @@ BOOL TextBox::OnSetCueBanner(WPARAM shownOnFocus, LPARAM text) {
   const std::wstring copy = newText == nullptr ? L"" : newText;
   WatermarkShownOnFocus.Set(static_cast<int>(shownOnFocus));
   WatermarkText.Set(copy);
-  RequestRepaint();
-  return FALSE;
+  return OnInput();
 }
 
 // The platform takes a null handle for all windows of the desktop.

@@ -102,7 +102,6 @@ private:
   RenderTargetPtr renderTarget;
   int controlId;
   FontHandle font;
-  std::shared_ptr<void> nameRequest; // the last one that waits; others are void
   bool isAnnotated = false;
   Microsoft::WRL::ComPtr<ID2D1SolidColorBrush> highlightBrush, highlightTextBrush, caretBrush;
 };

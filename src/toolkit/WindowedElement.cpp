@@ -1,10 +1,8 @@
 #include "toolkit/WindowedElement.h"
 
-namespace lumenor {
+#include <utility>
 
-bool HasParentWindow(const UIElement &element) {
-  return element.parent != nullptr && ::IsWindow(element.parent->GetHandle());
-}
+namespace lumenor {
 
 void MoveElementWindow(UIElement &element) {
   const HWND window = element.GetHandle();
@@ -45,6 +43,17 @@ BOOL WindowControl::OnSize(LPARAM size) {
   Width.Set(LOWORD(size));
   Height.Set(HIWORD(size));
   return FALSE;
+}
+
+void WindowControl::RunLatestOnceShown(std::function<void()> work) {
+  latestRequest.reset();
+  if (!::IsWindow(GetHandle()))
+    return;
+  latestRequest = std::make_shared<char>();
+  RunOnceShown([this, request = std::weak_ptr<void>(latestRequest), work = std::move(work)] {
+    if (!request.expired() && ::IsWindow(GetHandle()))
+      work();
+  });
 }
 
 void WindowControl::OnGeometryChanged() { MoveElementWindow(*this); }

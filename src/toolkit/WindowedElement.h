@@ -2,6 +2,8 @@
 // What elements with a child window of their own have in common. The window shows nothing: it is there for the platform
 // to find what lies under the cursor, and to be the parent of its children's windows. User-interface thread.
 
+#include <functional>
+#include <memory>
 #include <vector>
 
 #include "system/Windows.h"
@@ -9,9 +11,6 @@
 #include "toolkit/WindowImpl.h"
 
 namespace lumenor {
-
-/// Whether `element` stands under an element that has a window, which a window of its own needs.
-bool HasParentWindow(const UIElement &element);
 
 /// Moves the element's window, if there is one, to the element's rectangle, on top of its siblings; at the end of a
 /// hold where there is one.
@@ -37,7 +36,8 @@ private:
   static inline std::vector<UIElement *> moved; // those that were held, each once, by its last move
 };
 
-/// The element `Element` with its window of class `T`, which lives from OnAttached to OnDetached.
+/// The element `Element` with its window of class `T`, which lives from OnAttached to OnDetached, unless
+/// the parent has no window.
 template <class T, class Element, class Traits> class WindowedElement : public Element,
                                                                         public CWindowImpl<T, CWindow, Traits> {
 public:
@@ -46,7 +46,7 @@ public:
   HWND GetHandle() override { return this->handle; }
 
   void OnAttached() override {
-    if (!HasParentWindow(*this))
+    if (this->parent == nullptr || !::IsWindow(this->parent->GetHandle()))
       return;
     // Noted before the window exists: a control takes its rectangle from the window's first WM_SIZE and WM_MOVE.
     const RECT bounds = this->GetBounds();
@@ -74,9 +74,14 @@ protected:
   BOOL OnMove(LPARAM position);
   virtual BOOL OnSize(LPARAM size);
 
+  /// RunOnceShown for work on the window: only the work of the last call is done, and none without a window.
+  void RunLatestOnceShown(std::function<void()> work);
+
 private:
   void OnGeometryChanged();
   void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
+
+  std::shared_ptr<void> latestRequest; // the last one that waits; others are void
 };
 
 } // namespace lumenor

@@ -51,21 +51,20 @@ BOOL Button::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPar
   case WM_PAINT:
     return OnPaint(result);
   case WM_KEYDOWN:
-    return OnKey(wParam, 1, result);
   case WM_KEYUP:
-    return OnKey(wParam, 0, result);
+    return OnKey(message, wParam, result);
   case WM_LBUTTONDOWN:
-    return OnPress(1, result);
   case WM_LBUTTONUP:
-    return OnPress(0, result);
+    IsPressed.Set(message == WM_LBUTTONDOWN ? 1 : 0);
+    return FinishStateMessage(result);
   case WM_MOUSEMOVE:
     return OnMouseMove(result);
   case WM_MOUSELEAVE:
     return OnMouseLeave(result);
   case WM_SETFOCUS:
-    return OnFocus(1, result);
   case WM_KILLFOCUS:
-    return OnFocus(0, result);
+    HasFocus.Set(message == WM_SETFOCUS ? 1 : 0);
+    return FinishStateMessage(result);
   case WM_MOVE:
     return OnMove(lParam);
   case WM_SIZE:
@@ -99,14 +98,9 @@ BOOL Button::OnPaint(LRESULT &result) {
 }
 
 // Every key asks for a repaint, not only the space key.
-BOOL Button::OnKey(WPARAM key, int pressed, LRESULT &result) {
+BOOL Button::OnKey(UINT message, WPARAM key, LRESULT &result) {
   if (key == VK_SPACE)
-    IsPressed.Set(pressed);
-  return FinishStateMessage(result);
-}
-
-BOOL Button::OnPress(int pressed, LRESULT &result) {
-  IsPressed.Set(pressed);
+    IsPressed.Set(message == WM_KEYDOWN ? 1 : 0);
   return FinishStateMessage(result);
 }
 
@@ -122,11 +116,6 @@ BOOL Button::OnMouseMove(LRESULT &result) {
 BOOL Button::OnMouseLeave(LRESULT &result) {
   IsMouseOver.Set(0);
   IsPressed.Set(0);
-  return FinishStateMessage(result);
-}
-
-BOOL Button::OnFocus(int focused, LRESULT &result) {
-  HasFocus.Set(focused);
   return FinishStateMessage(result);
 }
 
@@ -190,14 +179,7 @@ void Button::OnNameChanged() {
 // before that would be a window that is never used, and its creation takes longer than that of the button's own.
 void Button::BuildToolTip() {
   toolTipWindow.Reset();
-  toolTipRequest.reset();
-  if (!::IsWindow(handle))
-    return;
-  toolTipRequest = std::make_shared<char>();
-  RunOnceShown([this, request = std::weak_ptr<void>(toolTipRequest)] {
-    if (!request.expired() && ::IsWindow(handle))
-      MakeToolTip();
-  });
+  RunLatestOnceShown([this] { MakeToolTip(); });
 }
 
 void Button::MakeToolTip() {

@@ -68,11 +68,9 @@ protected:
 
 private:
   BOOL OnPaint(LRESULT &result);
-  BOOL OnKey(WPARAM key, int pressed, LRESULT &result);
-  BOOL OnPress(int pressed, LRESULT &result);
+  BOOL OnKey(UINT message, WPARAM key, LRESULT &result);
   BOOL OnMouseMove(LRESULT &result);
   BOOL OnMouseLeave(LRESULT &result);
-  BOOL OnFocus(int focused, LRESULT &result);
   BOOL FinishStateMessage(LRESULT &result);
   BOOL OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL OnTextRequest(UINT message, WPARAM room, LPARAM buffer, LRESULT &result) const;
@@ -86,7 +84,6 @@ private:
   void AddToToolTip(HWND root);
 
   WindowHandle toolTipWindow;
-  std::shared_ptr<void> toolTipRequest; // the last one that waits; others are void
 };
 
 } // namespace lumenor

@@ -14,24 +14,12 @@ CheckBox::CheckBox(std::shared_ptr<IButtonPainter> painter) : CheckedButton(std:
 
 BOOL CheckBox::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                                     DWORD mapId) {
-  if (mapId == 0 && message == BM_GETCHECK) {
-    result = Checked.Get() != 0 ? BST_CHECKED : BST_UNCHECKED;
-    return TRUE;
-  }
-  if (mapId == 0 && message == BM_GETSTATE) {
-    result = ButtonState();
-    return TRUE;
-  }
-  return CheckedButton::ProcessWindowMessage(window, message, wParam, lParam, result, mapId);
-}
-
-LRESULT CheckBox::ButtonState() const {
-  LRESULT state = Checked.Get() != 0 ? BST_CHECKED : BST_UNCHECKED;
-  if (IsPressed.Get() != 0)
-    state |= BST_PUSHED;
-  if (HasFocus.Get() != 0)
-    state |= BST_FOCUS;
-  return state;
+  if (mapId != 0 || (message != BM_GETCHECK && message != BM_GETSTATE))
+    return CheckedButton::ProcessWindowMessage(window, message, wParam, lParam, result, mapId);
+  result = Checked.Get() != 0 ? BST_CHECKED : BST_UNCHECKED;
+  if (message == BM_GETSTATE)
+    result |= (IsPressed.Get() != 0 ? BST_PUSHED : 0) | (HasFocus.Get() != 0 ? BST_FOCUS : 0);
+  return TRUE;
 }
 
 void CheckBox::OnCreate() {

@@ -22,7 +22,6 @@ protected:
 
 private:
   void OnCheckedChanged();
-  LRESULT ButtonState() const;
 };
 
 } // namespace lumenor

@@ -18,14 +18,11 @@ public:
   /// 0 or 1. The button's own listener is the first of Click: one that is added later reads the new value.
   Property<int> Checked{0};
 
-  BOOL ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
-                            DWORD mapId = 0) override;
-
 protected:
   void OnCreate() override;
 
 private:
-  void OnClick();
+  void OnClick() { Checked.Set(Checked.Get() == 0 ? 1 : 0); }
 };
 
 } // namespace lumenor

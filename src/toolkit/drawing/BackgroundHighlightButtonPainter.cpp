@@ -22,16 +22,14 @@ BackgroundHighlightButtonPainter::BackgroundHighlightButtonPainter(RenderTargetP
 
 void BackgroundHighlightButtonPainter::Attach(Button *newButton) {
   IButtonPainter::Attach(newButton);
-  normalText = MakeButtonLabel(renderTarget, text, layout, *newButton);
-  hoverText = MakeButtonLabel(renderTarget, text, layout, *newButton);
+  label = MakeButtonLabel(renderTarget, text, layout, *newButton);
   highlight = std::make_shared<ColorRectangle>(newButton->GetBounds(), renderTarget, highlightColor);
 }
 
 void BackgroundHighlightButtonPainter::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
   if (!IsButtonVisible())
     return;
-  const bool isMouseOver = button->IsMouseOver.Get() != 0;
-  if (isMouseOver || button->IsPressed.Get() != 0)
+  if (button->IsMouseOver.Get() != 0 || button->IsPressed.Get() != 0)
     highlight->Paint(target, rect);
   if (image) {
     const D2D1_RECT_F imageRectangle = PictureRectangle(layout, *rect);
@@ -39,7 +37,7 @@ void BackgroundHighlightButtonPainter::Paint(RenderTargetPtr target, const D2D1_
   }
   if (!text.empty()) {
     const D2D1_RECT_F textRectangle = LabelRectangle(layout, *rect);
-    (isMouseOver ? hoverText : normalText)->Paint(target, &textRectangle);
+    label->Paint(target, &textRectangle);
   }
 }
 

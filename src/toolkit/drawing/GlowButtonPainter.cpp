@@ -1,6 +1,5 @@
 #include "toolkit/drawing/GlowButtonPainter.h"
 
-#include <array>
 #include <utility>
 
 #include "system/HResultError.h"
@@ -18,7 +17,6 @@ namespace {
 
 constexpr int haloRadius = 4; // pixels by which the halo is wider than the picture on every side
 constexpr float opaque = 255.0F;
-constexpr std::array<const wchar_t *, 3> variantSuffixes{L".hover", L".glow", L".pressed"};
 
 /// Where the shaded pictures of a button are kept, less their suffix.
 std::wstring CacheBasePath(const std::wstring &picturePath) { return ImageCacheFolder() + FileNameOf(picturePath); }
@@ -73,29 +71,24 @@ void GlowButtonPainter::LoadFileImages() {
 }
 
 void GlowButtonPainter::LoadVariants(BitmapHandle &source, const std::wstring &cacheBasePath) {
-  hoverImage = LoadShadedImage(source, cacheBasePath, Variant::Hover, CAdditiveColorShader(24, 24, 24));
-  glowImage = LoadShadedImage(source, cacheBasePath, Variant::Glow, COuterGlowShader(224, 224, 224, haloRadius, 0.6F));
-  pressedImage = LoadShadedImage(source, cacheBasePath, Variant::Pressed, CAdditiveColorShader(15, 25, 65));
+  hoverImage = LoadShadedImage(source, cacheBasePath + L".hover", CAdditiveColorShader(24, 24, 24));
+  glowImage = LoadShadedImage(source, cacheBasePath + L".glow", COuterGlowShader(224, 224, 224, haloRadius, 0.6F));
+  pressedImage = LoadShadedImage(source, cacheBasePath + L".pressed", CAdditiveColorShader(15, 25, 65));
 }
 
-GlowButtonPainter::BitmapPtr GlowButtonPainter::LoadShadedImage(BitmapHandle &source, const std::wstring &cacheBasePath,
-                                                                Variant variant, const IBitmapShader &shader) {
+GlowButtonPainter::BitmapPtr GlowButtonPainter::LoadShadedImage(BitmapHandle &source, const std::wstring &cachePath,
+                                                                const IBitmapShader &shader) {
   try {
-    return LoadCachedImage(source, cacheBasePath + variantSuffixes[static_cast<std::size_t>(variant)], shader);
+    if (!PathExists(cachePath)) {
+      if (const BitmapHandle shaded = ShadeSource(source, shader))
+        SaveHBitmapAsPng(shaded.Get(), cachePath);
+    }
+    return LoadBitmapFromFile(renderTarget.Get(), cachePath, true);
   } catch (const std::exception &) {
     // Neither a cache that can't be written nor one that can't be read keeps the button from being shown.
     const BitmapHandle shaded = ShadeSource(source, shader);
     return shaded ? LoadBitmapFromHBitmap(renderTarget.Get(), shaded.Get()) : BitmapPtr();
   }
-}
-
-GlowButtonPainter::BitmapPtr GlowButtonPainter::LoadCachedImage(BitmapHandle &source, const std::wstring &cachePath,
-                                                                const IBitmapShader &shader) {
-  if (!PathExists(cachePath)) {
-    if (const BitmapHandle shaded = ShadeSource(source, shader))
-      SaveHBitmapAsPng(shaded.Get(), cachePath);
-  }
-  return LoadBitmapFromFile(renderTarget.Get(), cachePath, true);
 }
 
 BitmapHandle GlowButtonPainter::ShadeSource(BitmapHandle &source, const IBitmapShader &shader) {
@@ -115,7 +108,7 @@ void GlowButtonPainter::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
   const BitmapPtr &unpressedImage = isMouseOver ? hoverImage : normalImage;
   DrawImage(target.Get(), (isPressed ? pressedImage : unpressedImage).Get(), imageRectangle);
   if (!text.empty())
-    button->PaintChild(target, (isMouseOver ? hoverText : normalText).get(), rect);
+    button->PaintChild(target, label.get(), rect);
 }
 
 void GlowButtonPainter::DrawImage(ID2D1RenderTarget *target, ID2D1Bitmap *image, const D2D1_RECT_F &rect) const {
@@ -143,9 +136,6 @@ void GlowButtonPainter::Attach(Button *newButton) {
   Layout();
 }
 
-void GlowButtonPainter::Layout() {
-  normalText = MakeButtonLabel(renderTarget, text, layout, *button);
-  hoverText = MakeButtonLabel(renderTarget, text, layout, *button);
-}
+void GlowButtonPainter::Layout() { label = MakeButtonLabel(renderTarget, text, layout, *button); }
 
 } // namespace lumenor

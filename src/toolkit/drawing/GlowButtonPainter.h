@@ -48,18 +48,13 @@ protected:
 private:
   using BitmapPtr = Microsoft::WRL::ComPtr<ID2D1Bitmap>;
 
-  /// Which of the shaded pictures of a button.
-  enum class Variant { Hover, Glow, Pressed };
-
   void LoadProgramImages();
   void LoadFileImages();
   void LoadVariants(BitmapHandle &source, const std::wstring &cacheBasePath);
 
-  /// The variant from the cache, which is filled where it has none; where that fails, the variant made anew. `source`
-  /// is loaded at first need and shared by the variants. Null where there is no picture.
-  BitmapPtr LoadShadedImage(BitmapHandle &source, const std::wstring &cacheBasePath, Variant variant,
-                            const IBitmapShader &shader);
-  BitmapPtr LoadCachedImage(BitmapHandle &source, const std::wstring &cachePath, const IBitmapShader &shader);
+  /// A variant from the cache, whose file is made where there is none; where that fails, the variant made anew.
+  /// `source` is loaded at first need and shared by the variants. Null where there is no picture.
+  BitmapPtr LoadShadedImage(BitmapHandle &source, const std::wstring &cachePath, const IBitmapShader &shader);
   BitmapHandle ShadeSource(BitmapHandle &source, const IBitmapShader &shader);
 
   D2D1_RECT_F ImageRectangle(const D2D1_RECT_F &rect) const;
@@ -69,8 +64,7 @@ private:
   BitmapPtr hoverImage;
   BitmapPtr glowImage;
   BitmapPtr pressedImage;
-  std::shared_ptr<TextElement> normalText;
-  std::shared_ptr<TextElement> hoverText;
+  std::shared_ptr<TextElement> label;
   ListenerPtr<PropertyChangeEventArgs<long>> sizeListener;
 };
 

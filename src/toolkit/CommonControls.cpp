@@ -7,11 +7,8 @@
 namespace lumenor {
 
 void LoadCommonControls() {
-  static const BOOL loaded = [] {
-    const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
-    return ::InitCommonControlsEx(&classes);
-  }();
-  static_cast<void>(loaded);
+  const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
+  [[maybe_unused]] static const BOOL loaded = ::InitCommonControlsEx(&classes);
 }
 
 } // namespace lumenor

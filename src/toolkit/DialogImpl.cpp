@@ -13,15 +13,6 @@ namespace {
 /// The object whose window this thread is making and that has seen no message yet. One for each thread, so no lock.
 thread_local CDialog *startingDialog = nullptr;
 
-/// The platform disables the owner of a modal dialog and may enable it at EndDialog only. A dialog that is destroyed
-/// instead, when it is closed or has failed, must not leave its owner disabled.
-void EnableAgain(HWND owner) {
-  if (::IsWindowEnabled(owner))
-    return;
-  ::EnableWindow(owner, TRUE);
-  ::SetActiveWindow(owner);
-}
-
 /// Whether a dialog procedure's answer to `message` is its return value itself.
 bool AnswersDirectly(UINT message) {
   switch (message) {
@@ -88,9 +79,13 @@ HWND CreateDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
 INT_PTR RunDialogObject(CDialog *object, WORD dialogId, HWND parentWindow) {
   const WindowExceptionScope ownFailures;
   const HWND owner = ::GetAncestor(parentWindow, GA_ROOT);
+  // The platform disables the owner of a modal dialog and may enable it at EndDialog only. A dialog that is destroyed
+  // instead, when it is closed or has failed, must not leave its owner disabled.
   const ScopeExit enabling([owner, wasEnabled = ::IsWindowEnabled(owner)] {
-    if (wasEnabled)
-      EnableAgain(owner);
+    if (!wasEnabled || ::IsWindowEnabled(owner))
+      return;
+    ::EnableWindow(owner, TRUE);
+    ::SetActiveWindow(owner);
   });
   const ScopedValue start(startingDialog, object);
   const INT_PTR answer =

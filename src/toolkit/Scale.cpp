@@ -7,29 +7,24 @@ namespace lumenor {
 
 namespace {
 
-struct DotsPerInch {
-  int x = 0;
-  int y = 0;
-};
-
-DotsPerInch ReadScreen() {
+SIZE ReadDotsPerInch() {
   const WindowDeviceContext screen(nullptr);
   if (screen.Get() == nullptr)
     return {};
   return {::GetDeviceCaps(screen.Get(), LOGPIXELSX), ::GetDeviceCaps(screen.Get(), LOGPIXELSY)};
 }
 
-const DotsPerInch &ScreenDotsPerInch() {
-  static const DotsPerInch screen = ReadScreen();
-  return screen;
+const SIZE &ScreenDotsPerInch() {
+  static const SIZE dotsPerInch = ReadDotsPerInch();
+  return dotsPerInch;
 }
 
 constexpr int designDotsPerInch = 96;
 
 } // namespace
 
-int ScaleX(int designPixels) { return ::MulDiv(designPixels, ScreenDotsPerInch().x, designDotsPerInch); }
+int ScaleX(int designPixels) { return ::MulDiv(designPixels, ScreenDotsPerInch().cx, designDotsPerInch); }
 
-int ScaleY(int designPixels) { return ::MulDiv(designPixels, ScreenDotsPerInch().y, designDotsPerInch); }
+int ScaleY(int designPixels) { return ::MulDiv(designPixels, ScreenDotsPerInch().cy, designDotsPerInch); }
 
 } // namespace lumenor

@@ -18,14 +18,11 @@ struct WindowClass {
   WNDPROC defaultProcedure;
 };
 
-std::vector<WindowClass> &RegisteredClasses() {
-  static std::vector<WindowClass> classes;
-  return classes;
-}
+std::vector<WindowClass> registeredClasses;
 
 WNDPROC DefaultProcedureOf(HWND window) {
   const ULONG_PTR atom = ::GetClassLongPtrW(window, GCW_ATOM);
-  for (const WindowClass &windowClass : RegisteredClasses())
+  for (const WindowClass &windowClass : registeredClasses)
     if (windowClass.atom == atom)
       return windowClass.defaultProcedure;
   return ::DefWindowProcW;
@@ -97,10 +94,10 @@ WindowClass RegisterWindowClass(const std::wstring &superClassName) {
 }
 
 ATOM ClassAtom(const std::wstring &superClassName) {
-  for (const WindowClass &windowClass : RegisteredClasses())
+  for (const WindowClass &windowClass : registeredClasses)
     if (windowClass.superClassName == superClassName)
       return windowClass.atom;
-  return RegisteredClasses().emplace_back(RegisterWindowClass(superClassName)).atom;
+  return registeredClasses.emplace_back(RegisterWindowClass(superClassName)).atom;
 }
 
 HWND ParentNotifyControl(HWND window, WPARAM wParam, LPARAM lParam) {

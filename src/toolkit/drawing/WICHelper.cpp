@@ -1,6 +1,7 @@
 #include "toolkit/drawing/WICHelper.h"
 
 #include <array>
+#include <span>
 
 #include "system/HResultError.h"
 #include "system/ImagePath.h"
@@ -156,12 +157,7 @@ Dib TryCreateDib(int width, int height) {
 }
 
 /// A resource's bytes, which live as long as the program.
-struct ResourceBytes {
-  BYTE *data;
-  DWORD size;
-};
-
-ResourceBytes LockImageResource(const std::wstring &name, const std::wstring &type) {
+std::span<BYTE> LockImageResource(const std::wstring &name, const std::wstring &type) {
   const HRSRC resource = ::FindResourceW(instanceHandle, name.c_str(), type.c_str());
   const HGLOBAL loaded = resource != nullptr ? ::LoadResource(instanceHandle, resource) : nullptr;
   void *const data = loaded != nullptr ? ::LockResource(loaded) : nullptr;
@@ -198,10 +194,10 @@ ComPtr<ID2D1Bitmap> LoadBitmapFromFile(ID2D1RenderTarget *renderTarget, const st
 
 ComPtr<ID2D1Bitmap> LoadBitmapFromResource(ID2D1RenderTarget *renderTarget, const std::wstring &resourceName,
                                            const std::wstring &resourceType) {
-  const ResourceBytes bytes = LockImageResource(resourceName, resourceType);
+  const std::span<BYTE> bytes = LockImageResource(resourceName, resourceType);
   ComPtr<IWICStream> stream;
   ThrowIfFailed(GetImagingFactory()->CreateStream(&stream));
-  ThrowIfFailed(stream->InitializeFromMemory(bytes.data, bytes.size));
+  ThrowIfFailed(stream->InitializeFromMemory(bytes.data(), static_cast<DWORD>(bytes.size())));
   ComPtr<IWICBitmapDecoder> decoder = DecodePng(stream.Get());
   if (!decoder)
     ThrowIfFailed(

@@ -5,7 +5,6 @@
 #include "system/Desktop.h"
 #include "system/Handles.h"
 #include "system/HResultError.h"
-#include "toolkit/WindowedElement.h"
 
 namespace lumenor {
 
@@ -54,11 +53,6 @@ private:
   ID2D1RenderTarget *target;
 };
 
-D2D1_RECT_F ToFloats(const RECT &rect) {
-  return {static_cast<float>(rect.left), static_cast<float>(rect.top), static_cast<float>(rect.right),
-          static_cast<float>(rect.bottom)};
-}
-
 /// Hands the picture in `source`, of the size of `screenRect`, to the platform as what `window` shows.
 void UpdateLayers(HWND window, const RECT &screenRect, HDC source, unsigned char opacity) {
   POINT position{screenRect.left, screenRect.top};
@@ -77,8 +71,8 @@ const MessageRow<Window> Window::messageRows[] = {
     {WM_WINDOWPOSCHANGED, L"OnWindowPosChanged", &Window::HandleWindowPosChanged},
     {WM_DESTROY, L"OnDestroy", &Window::HandleDestroy},
     {WM_CLOSE, L"OnClose", &Window::HandleClose},
-    {WM_NCCALCSIZE, L"OnNcCalcSize", &Window::HandleNcCalcSize},
-    {WM_QUERYENDSESSION, L"OnQueryEndSession", &Window::HandleQueryEndSession},
+    {WM_NCCALCSIZE, L"OnNcCalcSize", &Window::HandleByAnswer<0>}, // the client area is the whole window
+    {WM_QUERYENDSESSION, L"OnQueryEndSession", &Window::HandleByAnswer<1>},
     {WM_ENDSESSION, L"OnEndSession", &Window::HandleEndSession},
 };
 
@@ -158,8 +152,7 @@ BOOL Window::HandleInitDialog(WPARAM, LPARAM, LRESULT &result) {
     const WindowMoveHold untilComposed;
     InitializeComponent();
   }
-  if (Visibility.Get() == lumenor::Visibility::Visible)
-    Appear();
+  Show();
   result = 1;
   return TRUE;
 }
@@ -188,17 +181,6 @@ BOOL Window::HandleClose(WPARAM, LPARAM, LRESULT &result) {
   OnClose();
   ::DestroyWindow(handle);
   result = 0;
-  return TRUE;
-}
-
-// The client area is the whole window.
-BOOL Window::HandleNcCalcSize(WPARAM, LPARAM, LRESULT &result) {
-  result = 0;
-  return TRUE;
-}
-
-BOOL Window::HandleQueryEndSession(WPARAM, LPARAM, LRESULT &result) {
-  result = 1;
   return TRUE;
 }
 
@@ -236,25 +218,18 @@ void Window::MakeLayered() {
 
 void Window::MoveToBounds() { ::MoveWindow(handle, Left.Get(), Top.Get(), Width.Get(), Height.Get(), TRUE); }
 
-void Window::OnLeftChanged() { MoveElementWindow(*this); }
-
-void Window::OnTopChanged() { MoveElementWindow(*this); }
-
 void Window::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args) {
   if (!::IsWindow(handle))
     return;
   if (args->newValue != lumenor::Visibility::Visible)
     ::ShowWindow(handle, SW_HIDE);
-  else if (Visibility.Get() == lumenor::Visibility::Visible)
-    Appear();
+  else
+    Show();
 }
 
 void Window::Show() {
-  if (Visibility.Get() == lumenor::Visibility::Visible)
-    Appear();
-}
-
-void Window::Appear() {
+  if (Visibility.Get() != lumenor::Visibility::Visible)
+    return;
   MoveToBounds();
   ::ShowWindow(handle, SW_SHOW);
   ::SetFocus(handle);
@@ -321,7 +296,7 @@ void Window::Draw(HDC target, const RECT &area) {
   renderTarget->Clear(&transparentWhite);
   RECT client{};
   ::GetClientRect(handle, &client);
-  const D2D1_RECT_F rect = ToFloats(client);
+  const D2D1_RECT_F rect{0.0F, 0.0F, static_cast<float>(client.right), static_cast<float>(client.bottom)};
   Paint(renderTarget, &rect);
   if (const HRESULT drawn = session.End(); FAILED(drawn))
     ::PostMessageW(handle, DrawFailedMessage, static_cast<WPARAM>(drawn), 0);

@@ -3,8 +3,10 @@
 // dialog template, whose one child is the whole screen. Each repaint renders the tree into an off-screen bitmap and
 // hands that, with an alpha for each pixel, to the platform. Owned by whoever opens it. User-interface thread.
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -18,6 +20,7 @@
 #include "toolkit/Geometry.h"
 #include "toolkit/Property.h"
 #include "toolkit/SingleChildContainer.h"
+#include "toolkit/WindowedElement.h"
 
 namespace lumenor {
 
@@ -82,15 +85,26 @@ protected:
   /// Puts the window where Left, Top, Width and Height say, in screen pixels.
   virtual void MoveToBounds();
 
-  virtual void OnLeftChanged();
-  virtual void OnTopChanged();
+  virtual void OnLeftChanged() { MoveElementWindow(*this); }
+  virtual void OnTopChanged() { MoveElementWindow(*this); }
   virtual void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
   virtual void OnOpacityChanged() { Render(); }
 
   /// Runs the handler that `rows` has for `message`, if any. When it fails, the failure is reported under the handler's
   /// name, the window is destroyed, and the message counts as not handled.
   template <typename Owner, std::size_t count>
-  BOOL RunHandler(const MessageRow<Owner> (&rows)[count], UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL RunHandler(const MessageRow<Owner> (&rows)[count], UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result) {
+    const auto row = std::ranges::find(rows, message, &MessageRow<Owner>::message);
+    if (row == std::end(rows))
+      return FALSE;
+    BOOL handled = FALSE;
+    if (Guarded(row->handlerName,
+                [&] { handled = (static_cast<Owner *>(this)->*row->handler)(wParam, lParam, result); }))
+      return handled;
+    if (message != WM_DESTROY) // that one is on its way already
+      DestroyAfterFailure();
+    return FALSE;
+  }
 
   /// Called at the end of a session when set.
   EndSessionHandler endSessionHandler = nullptr;
@@ -106,9 +120,11 @@ private:
   BOOL HandleWindowPosChanged(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleDestroy(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleClose(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleNcCalcSize(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleQueryEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL HandleEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  template <LRESULT answer> BOOL HandleByAnswer(WPARAM, LPARAM, LRESULT &result) {
+    result = answer;
+    return TRUE;
+  }
 
   /// All windows that exist, in the order in which they were made.
   static inline std::vector<Window *> allWindows;
@@ -118,7 +134,6 @@ private:
   void RunPostponed();
   void RemoveFrame();
   void MakeLayered();
-  void Appear();
   void RenderOnce();
   void Draw(HDC target, const RECT &area);
 
@@ -130,21 +145,5 @@ private:
   bool rendering = false;
   int repaintHolds = 0;
 };
-
-template <typename Owner, std::size_t count> BOOL Window::RunHandler(const MessageRow<Owner> (&rows)[count],
-                                                                     UINT message, WPARAM wParam, LPARAM lParam,
-                                                                     LRESULT &result) {
-  for (const MessageRow<Owner> &row : rows) {
-    if (row.message != message)
-      continue;
-    BOOL handled = FALSE;
-    if (Guarded(row.handlerName, [&] { handled = (static_cast<Owner *>(this)->*row.handler)(wParam, lParam, result); }))
-      return handled;
-    if (message != WM_DESTROY) // that one is on its way already
-      DestroyAfterFailure();
-    return FALSE;
-  }
-  return FALSE;
-}
 
 } // namespace lumenor

@@ -11,12 +11,8 @@ namespace {
 
 /// Failures are left to the save, which then can't write the file.
 void MakeUserFolder() {
-  const std::wstring folder = ExpandPath(product::userFolder);
-  if (PathExists(folder))
-    return;
-  if (const std::wstring parent = ExpandPath(product::makerFolder); !PathExists(parent))
-    ::CreateDirectoryW(parent.c_str(), nullptr);
-  ::CreateDirectoryW(folder.c_str(), nullptr);
+  for (const wchar_t *folder : {product::makerFolder, product::userFolder})
+    ::CreateDirectoryW(ExpandPath(folder).c_str(), nullptr);
 }
 
 std::wstring ListQuery(const std::wstring &name) { return L"/UIRoot/" + name + L"/Elements"; }

@@ -28,8 +28,7 @@ std::wstring ResolveImagePath(const std::wstring &imagePath) {
 
 std::wstring ImageCacheFolder() {
   std::wstring folder = ExpandPath(product::imageCacheFolder);
-  if (!PathExists(folder))
-    ::CreateDirectoryW(folder.c_str(), nullptr);
+  ::CreateDirectoryW(folder.c_str(), nullptr);
   return folder;
 }
 

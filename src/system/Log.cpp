@@ -8,6 +8,7 @@
 #include "system/LogFiles.h"
 #include "system/Paths.h"
 #include "system/Product.h"
+#include "system/Text.h"
 #include "system/Windows.h"
 
 namespace lumenor {
@@ -29,12 +30,6 @@ std::string FormatMessageBytes(const char *format, va_list arguments) {
   return message;
 }
 
-std::string Timestamp() {
-  SYSTEMTIME now = {};
-  ::GetSystemTime(&now);
-  return FormatLogTimestamp(now);
-}
-
 } // namespace
 
 std::int32_t ReadLogLevel() {
@@ -47,11 +42,7 @@ std::int32_t ReadLogLevel() {
 
 std::int32_t LogLevel = ReadLogLevel();
 
-void EnsureLogFolder() {
-  const std::wstring folder = ExpandPath(product::logFolder);
-  if (!PathExists(folder))
-    ::CreateDirectoryW(folder.c_str(), nullptr);
-}
+void EnsureLogFolder() { ::CreateDirectoryW(ExpandPath(product::logFolder).c_str(), nullptr); }
 
 void WriteLogLine(const char *prefix, const char *format, ...) {
   va_list arguments;
@@ -59,7 +50,7 @@ void WriteLogLine(const char *prefix, const char *format, ...) {
   const std::string message = FormatMessageBytes(format, arguments);
   va_end(arguments);
   if (!message.empty())
-    AppendLogLine(Timestamp() + prefix + message.c_str() + "\r\n");
+    AppendLogLine(FormatLogTimestamp(UtcNow()) + prefix + message.c_str() + "\r\n");
 }
 
 } // namespace lumenor

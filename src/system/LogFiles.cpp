@@ -6,6 +6,7 @@
 #include "system/Handles.h"
 #include "system/Paths.h"
 #include "system/Product.h"
+#include "system/Text.h"
 
 namespace lumenor {
 
@@ -86,9 +87,7 @@ void AppendLogLine(const std::string &line) {
 }
 
 void RollLogFile(const std::wstring &path) {
-  SYSTEMTIME now = {};
-  ::GetSystemTime(&now);
-  if (const std::wstring rolled = RolledLogPath(now); !rolled.empty())
+  if (const std::wstring rolled = RolledLogPath(UtcNow()); !rolled.empty())
     ::MoveFileW(ExpandPath(path).c_str(), rolled.c_str());
 }
 
@@ -96,11 +95,8 @@ std::vector<std::wstring> ListRolledLogs() {
   std::vector<std::wstring> paths;
   WIN32_FIND_DATAW found = {};
   const FindHandle find(::FindFirstFileW(ExpandPath(InLogFolder(rolledLogPattern)).c_str(), &found));
-  if (!find)
-    return paths;
-  do
+  for (bool more(find); more; more = ::FindNextFileW(find.Get(), &found) != FALSE)
     paths.push_back(InLogFolder(found.cFileName));
-  while (::FindNextFileW(find.Get(), &found));
   return paths;
 }
 

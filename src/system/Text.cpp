@@ -1,14 +1,13 @@
 #include "system/Text.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cwchar>
-#include <string_view>
 
 namespace lumenor {
 
 namespace {
 
-constexpr int numberSize = 20;
 constexpr int timeSize = 50;
 
 std::wstring FormatFields(const wchar_t *format, const SYSTEMTIME &time) {
@@ -17,28 +16,20 @@ std::wstring FormatFields(const wchar_t *format, const SYSTEMTIME &time) {
   return text;
 }
 
-/// Removes the text before the first `delimiter` from the front of `rest`, all of it without one, and returns it.
-std::wstring CutField(std::wstring_view &rest, wchar_t delimiter) {
-  const std::size_t end = rest.find(delimiter);
-  const std::wstring field(rest.substr(0, end));
-  rest = end == std::wstring_view::npos ? std::wstring_view() : rest.substr(end + 1);
-  return field;
-}
-
+/// Removes the text up to the first `delimiter` from the front of `rest`, all of it without one, and returns its
+/// number.
 WORD CutNumber(std::wstring_view &rest, wchar_t delimiter) {
-  return static_cast<WORD>(::_wtoi(CutField(rest, delimiter).c_str()));
+  const std::wstring field(rest.substr(0, rest.find(delimiter)));
+  rest.remove_prefix(std::min(rest.size(), field.size() + 1));
+  return static_cast<WORD>(::_wtoi(field.c_str()));
 }
 
 } // namespace
 
-std::wstring IntToText(std::int32_t value) {
-  wchar_t text[numberSize] = {};
-  return ::_ltow(value, text, 10);
-}
-
-std::wstring UIntToText(std::uint32_t value) {
-  wchar_t text[numberSize] = {};
-  return ::_ultow(value, text, 10);
+SYSTEMTIME UtcNow() {
+  SYSTEMTIME now = {};
+  ::GetSystemTime(&now);
+  return now;
 }
 
 std::wstring FormatUtcTime(const SYSTEMTIME &time) { return FormatFields(L"%d/%d/%d %d:%d:%d UTC", time); }

@@ -10,10 +10,13 @@
 namespace lumenor {
 
 /// The decimal digits of `value`, with a minus sign below zero.
-std::wstring IntToText(std::int32_t value);
+inline std::wstring IntToText(std::int32_t value) { return std::to_wstring(value); }
 
 /// The decimal digits of `value`.
-std::wstring UIntToText(std::uint32_t value);
+inline std::wstring UIntToText(std::uint32_t value) { return std::to_wstring(value); }
+
+/// The present moment in UTC.
+SYSTEMTIME UtcNow();
 
 /// "month/day/year hour:minute:second UTC" without leading zeros. The time isn't converted.
 std::wstring FormatUtcTime(const SYSTEMTIME &time);

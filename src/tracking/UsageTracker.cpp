@@ -29,15 +29,10 @@ constexpr wchar_t appIdValue[] = L"AppID";
 constexpr wchar_t nextTransferValue[] = L"NextTransferTime";
 constexpr wchar_t nextElementValue[] = L"NextElementSeq";
 
+constexpr std::uint32_t subSessionId = 1; // always
 constexpr std::size_t recordsPerBatch = 20;
 constexpr LONGLONG maxPayloadBytes = 51200;
 constexpr ULONGLONG transferPeriod = 6048000000000; // seven days in file time's 100 nanoseconds
-
-SYSTEMTIME UtcNow() {
-  SYSTEMTIME now = {};
-  ::GetSystemTime(&now);
-  return now;
-}
 
 SYSTEMTIME LocalNow() {
   SYSTEMTIME now = {};
@@ -100,7 +95,7 @@ TrackRecord SearchEvent(const wchar_t *type) {
   return {.Name = L"Search", .Type = type, .Feature = L"Dock", .Action = L"Search"};
 }
 
-TrackRecord DockEvent(const wchar_t *action, std::uint32_t subSessionId) {
+TrackRecord DockEvent(const wchar_t *action) {
   return {.Name = L"Dock", .Type = L"Window", .Feature = L"Dock", .Action = action, .SubSessionID = subSessionId};
 }
 
@@ -130,7 +125,7 @@ void UsageTracker::ReadOptIn() {
   const std::wstring iniFile = CollectorIniFile();
   if (iniFile.empty() || !PathExists(iniFile))
     return;
-  enabled = SaysThatUserAgreed(iniFile) ? 1 : 0;
+  enabled = SaysThatUserAgreed(iniFile);
   LogInfo("RUQMENT: RuqOptIn=%d", enabled);
 }
 
@@ -141,7 +136,6 @@ void UsageTracker::InitSessionInfo() {
   brand = ReadMachineValue(L"pcbrand").value_or(std::wstring());
   applicationId = ReadMachineValue(L"applicationid").value_or(applicationId);
   sessionStart = UtcNow();
-  sessionEnd = {};
 }
 
 void UsageTracker::StartSession() {
@@ -167,13 +161,13 @@ void UsageTracker::LoadNextTransferTime() {
 // What the user does.
 
 void UsageTracker::TrackDockOpen() {
-  if (enabled != 0)
-    Add(DockEvent(L"Open", subSessionId));
+  if (enabled)
+    Add(DockEvent(L"Open"));
 }
 
 void UsageTracker::TrackDockClose() {
-  if (enabled != 0)
-    Add(DockEvent(L"Close", subSessionId));
+  if (enabled)
+    Add(DockEvent(L"Close"));
 }
 
 void UsageTracker::TrackIconClick(const Element &element) { Count(ClickEvent(element, L"")); }
@@ -190,7 +184,7 @@ void UsageTracker::TrackHelpSearch() { Count(SearchEvent(L"helpSearch")); }
 
 /// An action that has a record is counted there, with its first time, and never leads to a Flush.
 void UsageTracker::Count(TrackRecord event) {
-  if (enabled == 0)
+  if (!enabled)
     return;
   const auto known =
       std::find_if(records.begin(), records.end(), [&](const TrackRecord &record) { return IsSameUse(record, event); });
@@ -214,7 +208,7 @@ void UsageTracker::Add(TrackRecord record) {
 // Writing and transfer.
 
 void UsageTracker::Flush() {
-  if (enabled == 0)
+  if (!enabled)
     return;
   WritePayload(false);
   if (IsTransferDue()) {
@@ -231,20 +225,18 @@ void UsageTracker::Flush() {
 }
 
 void UsageTracker::WritePayload(bool close) {
-  if (enabled == 0)
+  if (!enabled)
     return;
   std::optional<Payload> payload = Payload::Open();
   if (!payload)
     return;
-  if (close) {
-    sessionEnd = UtcNow();
+  if (close)
     payload->InsertSessionInfo(appName, {{L"version", version},
                                          {L"start", FormatUtcTime(sessionStart)},
-                                         {L"end", FormatUtcTime(sessionEnd)},
+                                         {L"end", FormatUtcTime(UtcNow())},
                                          {L"brand", brand},
                                          {L"platform", platform},
                                          {L"applicationid", applicationId}});
-  }
   for (const TrackRecord &record : records)
     payload->Append(record);
   payload->Save();
@@ -253,7 +245,7 @@ void UsageTracker::WritePayload(bool close) {
 
 /// Unlike the periodic transfer this one keeps the time of the next: a busy week has more payloads, not later ones.
 void UsageTracker::CheckPayloadSize() {
-  if (enabled == 0)
+  if (!enabled)
     return;
   LARGE_INTEGER size = {};
   if (const FileHandle file = OpenForReading(PayloadPath()); !file || !::GetFileSizeEx(file.Get(), &size))
@@ -266,7 +258,7 @@ void UsageTracker::CheckPayloadSize() {
 }
 
 void UsageTracker::TransferPayload() {
-  if (enabled == 0)
+  if (!enabled)
     return;
   const std::wstring source = PayloadPath();
   const std::wstring target = ExpandPath(product::payloadFolder) + UIntToText(FileChecksum(source)) + payloadEnding;
@@ -276,7 +268,7 @@ void UsageTracker::TransferPayload() {
 }
 
 void UsageTracker::SaveSettings() {
-  if (enabled == 0)
+  if (!enabled)
     return;
   RegistryKey key = OpenRegistryKey(product::trackingKey32, KEY_WRITE);
   if (!key)
@@ -288,7 +280,7 @@ void UsageTracker::SaveSettings() {
 }
 
 void UsageTracker::SetNextTransferTime() {
-  if (enabled == 0)
+  if (!enabled)
     return;
   const ULARGE_INTEGER due{.QuadPart = FileTimeOf(UtcNow()) + transferPeriod};
   const FILETIME fileTime = {due.LowPart, due.HighPart};

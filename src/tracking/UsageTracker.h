@@ -32,7 +32,7 @@ public:
   /// Reads when the next payload is due; in seven days where no time can be read.
   void LoadNextTransferTime();
 
-  bool IsEnabled() const { return enabled != 0; }
+  bool IsEnabled() const { return enabled; }
 
   // What the user does, each recorded without a check whether it succeeded. Each may lead to a Flush, and raises as
   // that does; the record is then kept.
@@ -80,19 +80,17 @@ private:
   void Count(TrackRecord event);
   void Add(TrackRecord record);
 
-  int enabled = 0;
+  bool enabled = false;
   std::wstring appName;
   std::wstring version;
   std::wstring brand;
   std::wstring platform;
   std::wstring applicationId;
   SYSTEMTIME sessionStart{}; // UTC
-  SYSTEMTIME sessionEnd{};   // UTC; zero until a payload is closed
   std::wstring sessionId;
   SYSTEMTIME sessionStartLocal{};
   std::uint32_t nextElementSeq = 1;
-  std::uint32_t subSessionId = 1; // constant
-  SYSTEMTIME nextTransferTime{};  // UTC
+  SYSTEMTIME nextTransferTime{}; // UTC
   std::vector<TrackRecord> records;
 };
 

@@ -64,28 +64,11 @@ XmlDocumentPtr Parsed(const XmlDocumentPtr &document, HRESULT result, VARIANT_BO
   return SUCCEEDED(result) && isParsed && !HasDoctype(document) ? document : nullptr;
 }
 
-bool IsHighSurrogate(wchar_t c) { return c >= 0xD800 && c <= 0xDBFF; }
-
-bool IsLowSurrogate(wchar_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
-
-/// How many UTF-16 units of `text` from `at` on are one character that XML allows; 0 for none.
-std::size_t XmlCharacterLength(const std::wstring &text, std::size_t at) {
-  const wchar_t c = text[at];
-  if (IsHighSurrogate(c))
-    return at + 1 < text.size() && IsLowSurrogate(text[at + 1]) ? 2 : 0;
-  const bool held = c >= 0x20 ? !IsLowSurrogate(c) && c < 0xFFFE : c == L'\t' || c == L'\n' || c == L'\r';
-  return held ? 1 : 0;
-}
-
-void SetAttribute(const XmlDocumentPtr &document, const XmlNodePtr &node, const std::wstring &name,
-                  const std::wstring &value) {
-  ComPtr<IXMLDOMAttribute> attribute;
-  ThrowIfFailed(document->createAttribute(MakeBstr(name).Get(), attribute.GetAddressOf()));
-  ThrowIfFailed(attribute->put_value(Variant(XmlText(value)).Get()));
-  ComPtr<IXMLDOMNamedNodeMap> attributes;
-  ThrowIfFailed(node->get_attributes(attributes.GetAddressOf()));
-  ComPtr<IXMLDOMNode> added;
-  ThrowIfFailed(attributes->setNamedItem(attribute.Get(), added.GetAddressOf()));
+/// Whether XML allows the character. Half of a surrogate pair is none.
+bool IsXmlCharacter(wchar_t c) {
+  if (c < 0x20)
+    return c == L'\t' || c == L'\n' || c == L'\r';
+  return !IS_HIGH_SURROGATE(c) && !IS_LOW_SURROGATE(c) && c < 0xFFFE;
 }
 
 } // namespace
@@ -174,28 +157,24 @@ std::wstring ChildAttribute(const XmlNodePtr &node, const std::wstring &xpath, c
 }
 
 std::wstring XmlText(const std::wstring &text) {
-  std::wstring held;
-  held.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t length = XmlCharacterLength(text, at);
-    held += length == 0 ? std::wstring(1, L'\uFFFD') : text.substr(at, length);
-    at += length == 0 ? 1 : length;
-  }
+  std::wstring held = text;
+  for (std::size_t at = 0; at < held.size(); ++at)
+    if (at + 1 < held.size() && IS_SURROGATE_PAIR(held[at], held[at + 1]))
+      ++at;
+    else if (!IsXmlCharacter(held[at]))
+      held[at] = L'\uFFFD';
   return held;
 }
 
 XmlNodePtr CreateNode(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,
                       const XmlAttributes &attributes) {
-  VARIANT type = {};
-  type.vt = VT_I4;
-  type.lVal = NODE_ELEMENT;
-  XmlNodePtr node;
-  ThrowIfFailed(Required(document)->createNode(type, MakeBstr(name).Get(), MakeBstr({}).Get(), node.GetAddressOf()));
+  ComPtr<IXMLDOMElement> element;
+  ThrowIfFailed(Required(document)->createElement(MakeBstr(name).Get(), element.GetAddressOf()));
   if (!text.empty())
-    ThrowIfFailed(node->put_text(MakeBstr(XmlText(text)).Get()));
+    ThrowIfFailed(element->put_text(MakeBstr(XmlText(text)).Get()));
   for (const auto &[attributeName, value] : attributes)
-    SetAttribute(document, node, attributeName, value);
-  return node;
+    ThrowIfFailed(element->setAttribute(MakeBstr(attributeName).Get(), Variant(XmlText(value)).Get()));
+  return element;
 }
 
 XmlNodePtr CreateNodeWithMaxLength(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,

@@ -1,5 +1,7 @@
 #include "system/Locale.h"
 
+#include <utility>
+
 #include "system/Product.h"
 #include "system/Registry.h"
 #include "system/Text.h"
@@ -22,13 +24,9 @@ constexpr wchar_t defaultRfc1766[] = L"en_us";
 constexpr wchar_t platformValue[] = L"platform";
 constexpr wchar_t defaultPlatform[] = L"VRA";
 
-struct PlatformFolder {
-  const wchar_t *stored;
-  const wchar_t *code;
-};
-
-constexpr PlatformFolder platformFolders[] = {{L"TWD", L"VRA"}, {L"VRA", L"VRA"}, {L"VRB", L"VRA"},
-                                              {L"VRC", L"VRC"}, {L"VRD", L"VRD"}, {L"VRE", L"VRE"}};
+/// What the registry says, and the code of the folder.
+constexpr std::pair<const wchar_t *, const wchar_t *> platformCodes[] = {
+    {L"TWD", L"VRA"}, {L"VRA", L"VRA"}, {L"VRB", L"VRA"}, {L"VRC", L"VRC"}, {L"VRD", L"VRD"}, {L"VRE", L"VRE"}};
 
 /// The text that `query` writes into a buffer, after a call for its size; empty when the platform doesn't have it.
 template <typename Query> std::wstring QueriedText(Query &&query) {
@@ -60,11 +58,6 @@ GEOID Rfc1766Country(LANGID language, GEOID geo) {
   return geo;
 }
 
-std::wstring StoredPlatform() {
-  const RegistryKey key = OpenRegistryKey(product::machineKey, KEY_READ);
-  return key ? ReadRegistryString(key.Get(), platformValue).value_or(defaultPlatform) : defaultPlatform;
-}
-
 } // namespace
 
 std::wstring LanguageCountryKey() {
@@ -94,10 +87,12 @@ std::wstring UserCountryCode() {
 }
 
 std::wstring PlatformCode() {
-  const std::wstring stored = StoredPlatform();
-  for (const PlatformFolder &folder : platformFolders)
-    if (EqualsIgnoringCase(stored, folder.stored))
-      return folder.code;
+  const RegistryKey key = OpenRegistryKey(product::machineKey, KEY_READ);
+  const std::wstring platform =
+      key ? ReadRegistryString(key.Get(), platformValue).value_or(defaultPlatform) : defaultPlatform;
+  for (const auto &[stored, code] : platformCodes)
+    if (EqualsIgnoringCase(platform, stored))
+      return code;
   return defaultPlatform;
 }
 

@@ -3,6 +3,7 @@
 // for their level check to be inlined, and no compiler checks the format of a template by itself.
 
 #include <cstddef>
+#include <string_view>
 #include <type_traits>
 
 namespace lumenor {
@@ -10,23 +11,14 @@ namespace lumenor {
 /// Whether a printf conversion takes an argument of type `Arg`: "%S" a wide string, "%s" an 8-bit one, "%p" a pointer,
 /// the integer conversions any integer of 32 bits or fewer.
 template <typename Arg> constexpr bool ConversionTakes(char conversion) {
-  switch (conversion) {
-  case 'S':
+  if (conversion == 'S')
     return std::is_same_v<Arg, const wchar_t *> || std::is_same_v<Arg, wchar_t *>;
-  case 's':
+  if (conversion == 's')
     return std::is_same_v<Arg, const char *> || std::is_same_v<Arg, char *>;
-  case 'p':
+  if (conversion == 'p')
     return std::is_pointer_v<Arg>;
-  case 'd':
-  case 'i':
-  case 'u':
-  case 'x':
-  case 'X':
-  case 'c':
-    return std::is_integral_v<Arg> && sizeof(Arg) <= sizeof(int);
-  default:
-    return false;
-  }
+  const bool isInteger = std::string_view("diuxXc").find(conversion) != std::string_view::npos;
+  return isInteger && std::is_integral_v<Arg> && sizeof(Arg) <= sizeof(int);
 }
 
 /// Whether `format` has one conversion for each of `Args`, of its kind, in order. Flags and a width may stand in a

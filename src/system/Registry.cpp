@@ -9,16 +9,11 @@ namespace lumenor {
 
 namespace {
 
-struct RootKey {
-  const wchar_t *name;
-  HKEY key;
-};
-
-const RootKey rootKeys[] = {{L"HKEY_LOCAL_MACHINE", HKEY_LOCAL_MACHINE},
-                            {L"HKEY_CURRENT_USER", HKEY_CURRENT_USER},
-                            {L"HKEY_USERS", HKEY_USERS},
-                            {L"HKEY_CURRENT_CONFIG", HKEY_CURRENT_CONFIG},
-                            {L"HKEY_CLASSES_ROOT", HKEY_CLASSES_ROOT}};
+const std::pair<const wchar_t *, HKEY> rootKeys[] = {{L"HKEY_LOCAL_MACHINE", HKEY_LOCAL_MACHINE},
+                                                     {L"HKEY_CURRENT_USER", HKEY_CURRENT_USER},
+                                                     {L"HKEY_USERS", HKEY_USERS},
+                                                     {L"HKEY_CURRENT_CONFIG", HKEY_CURRENT_CONFIG},
+                                                     {L"HKEY_CLASSES_ROOT", HKEY_CLASSES_ROOT}};
 
 constexpr REGSAM viewMask = KEY_WOW64_32KEY | KEY_WOW64_64KEY;
 
@@ -42,9 +37,9 @@ bool Take(RegistryKey key, REGSAM access, RegistryKeyHolder &holder) {
 } // namespace
 
 HKEY ParseRootKey(const std::wstring &name) {
-  for (const RootKey &root : rootKeys)
-    if (name == root.name)
-      return root.key;
+  for (const auto &[rootName, key] : rootKeys)
+    if (name == rootName)
+      return key;
   return nullptr;
 }
 

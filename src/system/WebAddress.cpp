@@ -19,15 +19,11 @@ constexpr std::wstring_view addressMark = L"%1"; // the place of the address in 
 
 constexpr ASSOCF forProtocol = 0x1000; // ASSOCF_IS_PROTOCOL, unknown before Windows 8
 
-bool BeginsWith(const std::wstring &text, const std::wstring &start) {
-  return ::_wcsnicmp(text.c_str(), start.c_str(), start.size()) == 0;
-}
-
 /// "http" or "https"; empty for an address of another kind. Other schemes may name any program, which may split its
 /// command line in its own way.
 std::wstring WebSchemeOf(const std::wstring &address) {
-  for (const wchar_t *scheme : {L"http", L"https"})
-    if (BeginsWith(address, std::wstring(scheme) + L"://"))
+  for (const std::wstring scheme : {L"http", L"https"})
+    if (const std::wstring start = scheme + L"://"; ::_wcsnicmp(address.c_str(), start.c_str(), start.size()) == 0)
       return scheme;
   return {};
 }

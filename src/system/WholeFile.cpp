@@ -34,7 +34,10 @@ public:
   explicit FileBeside(const std::wstring &target) : target(target), path(target + besideEnding) {
     const DWORD attributes = AttributesFor(target);
     ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL); // a hidden leftover couldn't be overwritten
-    ThrowIfFalse(TryWhileInUse([&] { return Open(attributes); }));
+    ThrowIfFalse(TryWhileInUse([&] {
+      file.Reset(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, attributes, nullptr));
+      return static_cast<bool>(file);
+    }));
   }
   ~FileBeside() {
     file.Reset();
@@ -57,11 +60,6 @@ public:
   }
 
 private:
-  bool Open(DWORD attributes) {
-    file.Reset(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, attributes, nullptr));
-    return static_cast<bool>(file);
-  }
-
   void WriteBlock(std::string_view block) {
     DWORD written = 0;
     ThrowIfFalse(::WriteFile(file.Get(), block.data(), static_cast<DWORD>(block.size()), &written, nullptr));

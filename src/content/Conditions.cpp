@@ -1,7 +1,9 @@
 #include "content/Conditions.h"
 
 #include <cstdlib>
+#include <functional>
 #include <optional>
+#include <utility>
 
 #include "system/Log.h"
 #include "system/Paths.h"
@@ -43,11 +45,7 @@ Verdict EmptyRule(const Condition &condition) {
 
 bool EqualsExpanded(const std::wstring &stored, const std::wstring &data) { return ExpandPath(stored) == data; }
 
-bool EqualsExactly(const std::wstring &stored, const std::wstring &data) { return stored == data; }
-
-using TextComparison = bool (*)(const std::wstring &stored, const std::wstring &data);
-
-Verdict CheckText(HKEY key, const Condition &condition, TextComparison equals) {
+template <typename Equals> Verdict CheckText(HKEY key, const Condition &condition, Equals equals) {
   const DWORD length = RegistryStringLength(key, condition.ValueName);
   if (length == 0)
     return EmptyRule(condition);
@@ -83,7 +81,7 @@ Verdict CheckValue(HKEY key, const Condition &condition) {
   if (condition.ValueType == L"REG_EXPAND_SZ")
     return CheckText(key, condition, EqualsExpanded);
   if (condition.ValueType == L"REG_MULTI_SZ")
-    return CheckText(key, condition, EqualsExactly);
+    return CheckText(key, condition, std::equal_to<>());
   if (condition.ValueType == L"REG_BINARY")
     return CheckBinary(key, condition);
   if (condition.ValueType == L"REG_DWORD")
@@ -94,19 +92,15 @@ Verdict CheckValue(HKEY key, const Condition &condition) {
   return Verdict::FailsSilently;
 }
 
-/// The key's path isn't expanded here, unlike in the two checks for a key.
-Verdict OpenAndCheckValue(const Condition &condition) {
-  const RegistryKey key = OpenRegistryKey(condition.Key, KEY_READ);
-  return key ? CheckValue(key.Get(), condition) : Verdict::Fails;
-}
-
 Verdict CheckRegistry(const Condition &condition) {
   if (condition.Logic == L"KeyExist")
     return HoldsIf(KeyExists(condition.Key));
   if (condition.Logic == L"KeyNotExist")
     return HoldsIf(!KeyExists(condition.Key));
-  if (condition.Logic == L"CheckValue")
-    return OpenAndCheckValue(condition);
+  if (condition.Logic == L"CheckValue") {
+    const RegistryKey key = OpenRegistryKey(condition.Key, KEY_READ); // not expanded, unlike in the two other checks
+    return key ? CheckValue(key.Get(), condition) : Verdict::Fails;
+  }
   return Verdict::FailsSilently;
 }
 
@@ -118,21 +112,16 @@ Verdict Check(const Condition &condition) {
   return Verdict::FailsSilently;
 }
 
-struct Param {
-  const wchar_t *name;
-  std::wstring Condition::*field;
-};
-
-constexpr Param params[] = {{L"Logic", &Condition::Logic},
-                            {L"Key", &Condition::Key},
-                            {L"ValueName", &Condition::ValueName},
-                            {L"ValueData", &Condition::ValueData},
-                            {L"ValueType", &Condition::ValueType}};
+constexpr std::pair<const wchar_t *, std::wstring Condition::*> params[] = {{L"Logic", &Condition::Logic},
+                                                                            {L"Key", &Condition::Key},
+                                                                            {L"ValueName", &Condition::ValueName},
+                                                                            {L"ValueData", &Condition::ValueData},
+                                                                            {L"ValueType", &Condition::ValueType}};
 
 void SetParam(Condition &condition, const std::wstring &name, const std::wstring &text) {
-  for (const Param &param : params)
-    if (name == param.name)
-      condition.*param.field = text;
+  for (const auto &[paramName, field] : params)
+    if (name == paramName)
+      condition.*field = text;
 }
 
 } // namespace

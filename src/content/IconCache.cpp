@@ -46,27 +46,17 @@ ComPtr<IPicture> PictureOf(HICON icon) {
   return picture;
 }
 
-/// The bytes of an icon file; the stream is at its start.
-struct IconImage {
-  ComPtr<IStream> stream;
-  LONG size = 0;
-};
-
-IconImage ImageOf(HICON icon) {
-  IconImage image{MakeMemoryStream()};
-  ThrowIfFailed(PictureOf(icon)->SaveAsFile(image.stream.Get(), TRUE, &image.size));
-  ThrowIfFailed(image.stream->Seek({}, STREAM_SEEK_SET, nullptr));
-  return image;
-}
-
-/// `size` bytes of the stream. Raises HResultError when it ends before that.
-std::string BytesOfImage(const IconImage &image) {
+/// The bytes of an icon file, as many as the platform says that it has. Raises HResultError when there are fewer.
+std::string BytesOfIcon(HICON icon) {
+  const ComPtr<IStream> stream = MakeMemoryStream();
+  LONG left = 0;
+  ThrowIfFailed(PictureOf(icon)->SaveAsFile(stream.Get(), TRUE, &left));
+  ThrowIfFailed(stream->Seek({}, STREAM_SEEK_SET, nullptr));
   std::string bytes;
   std::array<char, blockSize> block;
-  for (LONG left = image.size; left > 0;) {
+  while (left > 0) {
     ULONG read = 0;
-    const ULONG wanted = static_cast<ULONG>(std::min<LONG>(left, blockSize));
-    ThrowIfFailed(image.stream->Read(block.data(), wanted, &read));
+    ThrowIfFailed(stream->Read(block.data(), static_cast<ULONG>(std::min<LONG>(left, blockSize)), &read));
     if (read == 0)
       throw HResultError(E_UNEXPECTED);
     bytes.append(block.data(), read);
@@ -91,7 +81,7 @@ std::wstring CacheAssociatedIcon(const std::wstring &target) {
 
 void SaveIconFile(HICON icon, const std::wstring &path) noexcept {
   // A task without its picture is still a task.
-  static_cast<void>(HResultOf([&] { WriteWholeFile(path, BytesOfImage(ImageOf(icon))); }));
+  static_cast<void>(HResultOf([&] { WriteWholeFile(path, BytesOfIcon(icon)); }));
 }
 
 } // namespace lumenor

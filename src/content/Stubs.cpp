@@ -30,8 +30,7 @@ std::wstring UserLocale() {
 ElementList DropDuplicates(const ElementList &collected) {
   ElementList kept;
   for (const Element &element : collected) {
-    const auto same = std::find_if(kept.begin(), kept.end(),
-                                   [&](const Element &earlier) { return earlier.Position == element.Position; });
+    const auto same = std::ranges::find(kept, element.Position, &Element::Position);
     if (same == kept.end())
       kept.push_back(element);
     else
@@ -40,6 +39,7 @@ ElementList DropDuplicates(const ElementList &collected) {
   return kept;
 }
 
+/// Appends the entry of a stub whose conditions are met. A stub that isn't XML is logged and skipped.
 void ProcessStub(const std::wstring &documentName, const std::wstring &path, ElementList &elements) {
   try {
     std::vector<Condition> conditions;
@@ -58,7 +58,7 @@ void RequireEndOfFiles() {
   constexpr DWORD endings[] = {ERROR_NO_MORE_FILES, ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_DIRECTORY,
                                ERROR_INVALID_NAME};
   const DWORD error = ::GetLastError();
-  if (std::find(std::begin(endings), std::end(endings), error) == std::end(endings))
+  if (std::ranges::find(endings, error) == std::end(endings))
     throw HResultError(HResultFromError(error));
 }
 
@@ -86,10 +86,10 @@ void ApplyStubs(const std::wstring &documentName) {
   LogInfo("DockStub: current locale set to %S", locale.c_str());
   ElementList collected;
   for (const std::wstring &entry : StubLocaleChain(locale))
-    ProcessStubsInLocale(documentName, entry, collected);
+    for (const std::wstring &name : StubFilesIfListed(documentName, entry))
+      ProcessStub(documentName, StubFilePath(entry, name), collected);
   ElementList list = DropDuplicates(collected);
-  std::sort(list.begin(), list.end(),
-            [](const Element &left, const Element &right) { return left.Position < right.Position; });
+  std::ranges::sort(list, {}, &Element::Position);
   SaveDocument(list, documentName);
 }
 
@@ -97,24 +97,14 @@ std::vector<std::wstring> FindStubFiles(const std::wstring &documentName, const 
   std::vector<std::wstring> names;
   WIN32_FIND_DATAW found = {};
   const FindHandle find(::FindFirstFileW(StubFilePath(locale, documentName + stubSuffix).c_str(), &found));
-  if (!find) {
-    RequireEndOfFiles();
-    return names;
-  }
-  do
+  for (bool more(find); more; more = ::FindNextFileW(find.Get(), &found) != FALSE)
     names.emplace_back(found.cFileName);
-  while (::FindNextFileW(find.Get(), &found));
   RequireEndOfFiles();
   return names;
 }
 
 std::wstring StubFilePath(const std::wstring &locale, const std::wstring &fileName) {
   return LocaleFolder(locale) + L"\\" + fileName;
-}
-
-void ProcessStubsInLocale(const std::wstring &documentName, const std::wstring &locale, ElementList &elements) {
-  for (const std::wstring &name : StubFilesIfListed(documentName, locale))
-    ProcessStub(documentName, StubFilePath(locale, name), elements);
 }
 
 Element ReadStubFile(const std::wstring &documentName, const std::wstring &path, std::vector<Condition> &conditions) {

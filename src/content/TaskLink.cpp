@@ -1,6 +1,5 @@
 #include "content/TaskLink.h"
 
-#include <array>
 #include <string_view>
 
 #include "content/IconCache.h"
@@ -23,11 +22,8 @@ namespace {
 constexpr std::wstring_view shortcutExtension = L".lnk";
 
 // The most that the shell's calls accept and return, in characters with the closing null.
-constexpr std::size_t pathLimit = 260;
-using PathBuffer = std::array<wchar_t, pathLimit>;
-using TextBuffer = std::array<wchar_t, 1024>;
-
-template <typename Buffer> int SizeOf(const Buffer &buffer) { return static_cast<int>(buffer.size()); }
+constexpr int pathLimit = 260;
+constexpr int textLimit = 1024;
 
 /// Whether the file holds an icon of its own.
 bool HoldsIcon(const std::wstring &path) {
@@ -66,6 +62,10 @@ void SetTitle(IShellLinkW *link, const std::wstring &title, const std::wstring &
 ComPtr<IShellLinkW> NewLink() {
   ComPtr<IShellLinkW> link;
   ThrowIfFailed(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&link)));
+  if (link == nullptr) {
+    LogInfo("CoCreate of CLSID_ShellLink failed");
+    throw HResultError(E_FAIL);
+  }
   return link;
 }
 
@@ -79,31 +79,22 @@ ComPtr<IShellLinkW> OpenShortcut(const std::wstring &path) {
 }
 
 void CopyPath(IShellLinkW *source, IShellLinkW *link) {
-  PathBuffer path{};
-  ThrowIfFailed(source->GetPath(path.data(), SizeOf(path), nullptr, SLGP_RAWPATH));
+  wchar_t path[pathLimit] = {};
+  ThrowIfFailed(source->GetPath(path, pathLimit, nullptr, SLGP_RAWPATH));
   // A target that is no file has no path; a link without one would fail the whole list.
-  if (path.front() == L'\0')
+  if (path[0] == L'\0')
     throw HResultError(E_FAIL);
-  ThrowIfFailed(link->SetPath(path.data()));
+  ThrowIfFailed(link->SetPath(path));
 }
 
 using TextGetter = HRESULT (STDMETHODCALLTYPE IShellLinkW::*)(LPWSTR, int);
 using TextSetter = HRESULT (STDMETHODCALLTYPE IShellLinkW::*)(LPCWSTR);
 
-/// Copies the text that `get` reads and `set` writes, through a `Buffer`.
-template <typename Buffer> void CopyText(IShellLinkW *source, IShellLinkW *link, TextGetter get, TextSetter set) {
-  Buffer text{};
-  ThrowIfFailed((source->*get)(text.data(), SizeOf(text)));
-  ThrowIfFailed((link->*set)(text.data()));
-}
-
-ComPtr<IShellLinkW> MakeLink() {
-  ComPtr<IShellLinkW> link = NewLink();
-  if (link == nullptr) {
-    LogInfo("CoCreate of CLSID_ShellLink failed");
-    throw HResultError(E_FAIL);
-  }
-  return link;
+/// Copies the text that `get` reads and `set` writes.
+template <int limit> void CopyText(IShellLinkW *source, IShellLinkW *link, TextGetter get, TextSetter set) {
+  wchar_t text[limit] = {};
+  ThrowIfFailed((source->*get)(text, limit));
+  ThrowIfFailed((link->*set)(text));
 }
 
 void FillLink(IShellLinkW *link, const std::wstring &path, const std::wstring &arguments, const std::wstring &title,
@@ -121,7 +112,7 @@ void FillLink(IShellLinkW *link, const std::wstring &path, const std::wstring &a
 HRESULT CreateTaskLink(const std::wstring &path, const std::wstring &arguments, const Element &element,
                        ComPtr<IShellLinkW> &link, const std::wstring &icon) {
   return HResultOf([&] {
-    link = MakeLink();
+    link = NewLink();
     LogInfo("Setting path %S, on the shelllink, with params %S", path.c_str(), arguments.c_str());
     if (IsShortcutPath(path))
       ThrowIfFailed(CopyShortcut(link.Get(), path));
@@ -137,9 +128,9 @@ HRESULT CopyShortcut(IShellLinkW *link, const std::wstring &path) {
     const ComPtr<IShellLinkW> source = OpenShortcut(path);
     CopyPath(source.Get(), link);
     SetCachedIcon(link, path);
-    CopyText<TextBuffer>(source.Get(), link, &IShellLinkW::GetArguments, &IShellLinkW::SetArguments);
-    CopyText<PathBuffer>(source.Get(), link, &IShellLinkW::GetWorkingDirectory, &IShellLinkW::SetWorkingDirectory);
-    CopyText<TextBuffer>(source.Get(), link, &IShellLinkW::GetDescription, &IShellLinkW::SetDescription);
+    CopyText<textLimit>(source.Get(), link, &IShellLinkW::GetArguments, &IShellLinkW::SetArguments);
+    CopyText<pathLimit>(source.Get(), link, &IShellLinkW::GetWorkingDirectory, &IShellLinkW::SetWorkingDirectory);
+    CopyText<textLimit>(source.Get(), link, &IShellLinkW::GetDescription, &IShellLinkW::SetDescription);
     SetTitle(link, ShortcutTitle(path), path);
   });
 }

@@ -39,15 +39,6 @@ std::optional<std::wstring> SetAside(const std::wstring &path) {
   return std::nullopt;
 }
 
-void SaveOrDelete(const ElementList &list, const std::wstring &aside) {
-  try {
-    SaveDocument(list, userDocumentName);
-  } catch (...) {
-    ::DeleteFileW(aside.c_str()); // the document is unchanged
-    throw;
-  }
-}
-
 /// False when the document that was never read isn't changed.
 bool SaveOverUnread(const ElementList &list) {
   const std::wstring path = DocumentPath(userDocumentName);
@@ -60,9 +51,15 @@ bool SaveOverUnread(const ElementList &list) {
     return true;
   }
   const std::optional<std::wstring> aside = SetAside(path);
-  if (aside)
-    SaveOrDelete(list, *aside);
-  return aside.has_value();
+  if (!aside)
+    return false;
+  try {
+    SaveDocument(list, userDocumentName);
+  } catch (...) {
+    ::DeleteFileW(aside->c_str()); // the document is unchanged
+    throw;
+  }
+  return true;
 }
 
 } // namespace

@@ -7,7 +7,7 @@
 #include "system/Log.h"
 #include "system/Paths.h"
 #include "system/Product.h"
-#include "tracking/MachineValues.h"
+#include "system/Registry.h"
 
 #include <shellapi.h>
 
@@ -16,6 +16,14 @@ namespace lumenor {
 namespace {
 
 constexpr std::string_view agreement = "\nTrack=1";
+
+/// What its installer wrote; empty when there is nothing, which isn't logged: most machines have no collector.
+std::wstring ReadCollectorValue(const std::wstring &name) {
+  for (const wchar_t *path : {product::collectorKey, product::collectorKey32})
+    if (const RegistryKey key = OpenRegistryKey(path, KEY_READ))
+      return ReadRegistryString(key.Get(), name).value_or(std::wstring());
+  return {};
+}
 
 } // namespace
 

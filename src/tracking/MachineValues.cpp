@@ -29,11 +29,4 @@ std::optional<std::wstring> ReadMachineValue(const std::wstring &name) {
   return key ? ReadRegistryString(key.Get(), name) : std::nullopt;
 }
 
-std::wstring ReadCollectorValue(const std::wstring &name) {
-  for (const wchar_t *path : {product::collectorKey, product::collectorKey32})
-    if (const RegistryKey key = OpenRegistryKey(path, KEY_READ))
-      return ReadRegistryString(key.Get(), name).value_or(std::wstring());
-  return {};
-}
-
 } // namespace lumenor

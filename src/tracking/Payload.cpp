@@ -24,15 +24,13 @@ void PutDeclaration(const XmlDocumentPtr &document) {
   InsertBefore(document, CreateProcessingInstruction(document, declarationName, declaration), FirstChild(document));
 }
 
-bool IsSession(const TrackRecord &record) { return record.Action == L"Open" || record.Action == L"Close"; }
-
 /// The rows of a record, in their order; some belong to some actions only.
 XmlAttributes RowsOf(const TrackRecord &record) {
   XmlAttributes rows = {{L"SessionID", record.SessionID},
                         {L"Feature", record.Feature},
                         {L"Action", record.Action},
                         {L"TrackTimestamp", FormatUtcTime(record.TrackTimestamp)}};
-  if (IsSession(record))
+  if (record.Action == L"Open" || record.Action == L"Close")
     rows.emplace_back(L"SubSessionID", UIntToText(record.SubSessionID));
   else
     rows.emplace_back(L"ActionCount", UIntToText(record.ActionCount));
@@ -60,8 +58,6 @@ void MakePayloadFolder() {
 } // namespace
 
 std::wstring PayloadPath() { return ExpandPath(std::wstring(product::payloadFolder) + temporaryFile); }
-
-Payload::Payload(XmlDocumentPtr document, XmlNodePtr root) : document(std::move(document)), root(std::move(root)) {}
 
 std::optional<Payload> Payload::Open() {
   const std::wstring path = PayloadPath();

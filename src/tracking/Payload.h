@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "system/Xml.h"
 #include "tracking/TrackRecord.h"
@@ -29,7 +30,7 @@ public:
   void Save() const;
 
 private:
-  Payload(XmlDocumentPtr document, XmlNodePtr root);
+  Payload(XmlDocumentPtr document, XmlNodePtr root) : document(std::move(document)), root(std::move(root)) {}
 
   XmlNodePtr MakeNode(const wchar_t *name, const XmlAttributes &attributes, const XmlAttributes &rows) const;
 

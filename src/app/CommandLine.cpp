@@ -1,5 +1,7 @@
 #include "app/CommandLine.h"
 
+#include <algorithm>
+
 #include "system/Windows.h"
 
 #include <shellapi.h>
@@ -15,12 +17,8 @@ bool CheckCommandLine(const std::wstring &commandLine) {
   const LocalMemory<PWSTR> arguments(::CommandLineToArgvW(commandLine.c_str(), &count));
   if (!arguments)
     return true;
-  bool passed = true;
-  for (int i = 0; i < count; ++i) {
-    const wchar_t first = arguments.Get()[i][0];
-    passed = passed && (first == L'-' || first == L'/');
-  }
-  return passed;
+  return std::all_of(arguments.Get(), arguments.Get() + count,
+                     [](PCWSTR argument) { return argument[0] == L'-' || argument[0] == L'/'; });
 }
 
 } // namespace lumenor

@@ -1,16 +1,21 @@
 #include "app/Cycles.h"
 
-#include "app/FailedStart.h"
 #include "app/JumpListPlatform.h"
 #include "dock/bar/MainDlg.h"
 #include "dock/DockMessages.h"
+#include "system/EventLog.h"
+#include "system/Guard.h"
 #include "system/Log.h"
 #include "system/WindowException.h"
 #include "system/Windows.h"
+#include "toolkit/AnimationServices.h"
+#include "toolkit/drawing/WICHelper.h"
 
 namespace lumenor {
 
 namespace {
+
+constexpr wchar_t failureText[] = L"Failed to initialize Lumenor";
 
 /// The pause after a failed cycle: its cause (a task bar that is being restarted, for example) may last a while, and
 /// must not flood the log meanwhile. After a cycle that ends sooner, such as one whose pictures can't be drawn, the
@@ -58,6 +63,16 @@ void WaitUntil(ULONGLONG time) {
 
 } // namespace
 
+void ReportFailedStart() noexcept {
+  try {
+    ReportEventLogError(failureText);
+    LogFatal("%S", failureText);
+    LogFailedCall(failureText);
+  } catch (...) {
+    // No memory is left for the text: the start has failed all the same, unreported.
+  }
+}
+
 int RunCycles() {
   // The message outlives the cycles on purpose: a failed cycle doesn't change it, so that a failure after a reset finds
   // the reset's code again and starts another cycle, for as long as the failure lasts.
@@ -69,6 +84,11 @@ int RunCycles() {
       WaitUntil((succeeded ? start : ::GetTickCount64()) + cyclePauseMs);
   } while (message.wParam == RestartQuitCode);
   return static_cast<int>(message.wParam);
+}
+
+void ReleaseSharedServices() {
+  ShutDownAnimationServices();
+  ReleaseImagingFactory();
 }
 
 } // namespace lumenor

@@ -8,8 +8,16 @@ namespace lumenor {
 /// start had come.
 inline int messageLoopRunning = 0;
 
+/// Reports that the start failed, that of a cycle or what is ahead of the first one, to the event log and to the log,
+/// with the place of the failed call where that is known. To be called in a `catch` block.
+void ReportFailedStart() noexcept;
+
 /// Runs cycles and returns the exit code: that of the last WM_QUIT or, after a failed cycle, the wParam of the last
 /// message that was fetched, 0 when there was none. Raises nothing.
 int RunCycles();
+
+/// Releases the services of the platform that all cycles share, after the last one and before CoUninitialize: the
+/// animations first, which may still play, then the imaging factory.
+void ReleaseSharedServices();
 
 } // namespace lumenor

@@ -4,8 +4,6 @@
 
 #include "app/CommandLine.h"
 #include "app/Cycles.h"
-#include "app/FailedStart.h"
-#include "app/SharedServices.h"
 #include "app/SingleInstance.h"
 #include "dock/bar/MainDlg.h"
 #include "system/EventLog.h"

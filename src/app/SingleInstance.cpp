@@ -1,31 +1,40 @@
 #include "app/SingleInstance.h"
 
-#include "system/Processes.h"
+#include "system/Text.h"
+
+#include <tlhelp32.h>
 
 namespace lumenor {
 
 namespace {
 
-/// The security of an event that every user of the machine may open. If the platform fails to make it, the event gets
-/// none, and only a second start of the same user finds it.
-class OpenToAll {
-public:
-  OpenToAll() {
-    described = ::InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION) &&
-                ::SetSecurityDescriptorDacl(&descriptor, TRUE, nullptr, FALSE) &&
-                ::SetSecurityDescriptorGroup(&descriptor, nullptr, FALSE) &&
-                ::SetSecurityDescriptorSacl(&descriptor, FALSE, nullptr, FALSE);
-  }
+constexpr wchar_t dockProcessName[] = L"LumenorPanel.exe";
 
-  SECURITY_ATTRIBUTES *Get() { return described ? &attributes : nullptr; }
-
-private:
-  SECURITY_DESCRIPTOR descriptor{};
-  SECURITY_ATTRIBUTES attributes{sizeof(SECURITY_ATTRIBUTES), &descriptor, TRUE};
-  bool described = false;
-};
+/// Makes the event, which every user of the machine may open. If the platform fails to describe that, the event gets no
+/// security, and only a second start of the same user finds it. The last error says whether the event was there before.
+KernelHandle CreateGuardEvent() {
+  SECURITY_DESCRIPTOR openToAll{};
+  SECURITY_ATTRIBUTES attributes{sizeof attributes, &openToAll, TRUE};
+  const bool isDescribed = ::InitializeSecurityDescriptor(&openToAll, SECURITY_DESCRIPTOR_REVISION) &&
+                           ::SetSecurityDescriptorDacl(&openToAll, TRUE, nullptr, FALSE) &&
+                           ::SetSecurityDescriptorGroup(&openToAll, nullptr, FALSE) &&
+                           ::SetSecurityDescriptorSacl(&openToAll, FALSE, nullptr, FALSE);
+  return KernelHandle(::CreateEventW(isDescribed ? &attributes : nullptr, TRUE, FALSE, instanceGuardEventName));
+}
 
 } // namespace
+
+bool IsDockProcessRunning() {
+  const FileHandle snapshot(::CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+  if (!snapshot)
+    return false;
+  PROCESSENTRY32W process = {};
+  process.dwSize = sizeof process;
+  for (BOOL more = ::Process32FirstW(snapshot.Get(), &process); more; more = ::Process32NextW(snapshot.Get(), &process))
+    if (EqualsIgnoringCase(process.szExeFile, dockProcessName))
+      return true;
+  return false;
+}
 
 bool SingleInstance::Join(UINT activateMessage) {
   if (const KernelHandle running(::OpenEventW(SYNCHRONIZE, FALSE, instanceGuardEventName)); running) {
@@ -33,14 +42,8 @@ bool SingleInstance::Join(UINT activateMessage) {
       ::PostMessageW(HWND_BROADCAST, activateMessage, 0, 0);
     return false;
   }
-  return CreateGuardEvent();
-}
-
-bool SingleInstance::CreateGuardEvent() {
-  OpenToAll security;
-  KernelHandle event(::CreateEventW(security.Get(), TRUE, FALSE, instanceGuardEventName));
-  const DWORD error = ::GetLastError();
-  if (event && error == ERROR_ALREADY_EXISTS)
+  KernelHandle event = CreateGuardEvent();
+  if (event && ::GetLastError() == ERROR_ALREADY_EXISTS)
     return false;
   instanceGuardEvent = std::move(event);
   return true;

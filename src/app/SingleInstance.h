@@ -13,6 +13,10 @@ inline constexpr wchar_t instanceGuardEventName[] = L"Global\\tw-8362960b-ef13-4
 /// The name of the message that a second start broadcasts.
 inline constexpr wchar_t dockActivateMessageName[] = L"TWDOCK_11D3CB1E-8DE1-4105-9277-8BF483A1E841";
 
+/// Whether a process "LumenorPanel.exe" runs, in any case of its letters; false when the processes can't be listed. The
+/// installed dock has another name on purpose, so on an ordinary installation this is false.
+bool IsDockProcessRunning();
+
 class SingleInstance {
 public:
   /// True when this process is the one dock for the life of this object; also when the event can't be made, since a
@@ -21,8 +25,6 @@ public:
   bool Join(UINT activateMessage);
 
 private:
-  bool CreateGuardEvent();
-
   KernelHandle instanceGuardEvent;
 };
 

@@ -1,4 +1,4 @@
-#include "app/SharedServices.h"
+#include "app/Cycles.h"
 
 #include <string>
 #include <vector>

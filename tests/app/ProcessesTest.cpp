@@ -1,4 +1,4 @@
-#include "system/Processes.h"
+#include "app/SingleInstance.h"
 
 #include <gtest/gtest.h>
 

@@ -20,33 +20,19 @@ namespace {
 constexpr auto handPace = std::chrono::milliseconds(50);
 constexpr auto typingPace = std::chrono::milliseconds(20);
 
-constexpr int messagesOfAnInput = 4; // a move, a button, and two for what the display reports of them
-constexpr UINT answerLimitMs = 10'000;
-
-/// Waits until the window's thread has taken what is in its queue of input. A thread answers what is sent to it before
-/// it takes the next message of its queue; so that many answers tell that it has taken as many but one.
-void WaitUntilTaken(HWND window) {
-  DWORD_PTR answer = 0;
-  for (int i = 0; i <= messagesOfAnInput; ++i)
-    if (::SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, answerLimitMs, &answer) == 0)
-      return; // it has gone, or it has stopped for another reason than a busy machine
-}
-
 HWND WindowBelowCursor() {
   POINT cursor = {};
   ::GetCursorPos(&cursor);
   return ::WindowFromPoint(cursor);
 }
 
-/// Sends an input as a user does, who goes on once the last one has had its effect: without the wait, a machine that
-/// stops the receiver for a while would make several inputs one.
 void Send(INPUT input, std::chrono::milliseconds pace = handPace) {
   ::SendInput(1, &input, sizeof(input));
   std::this_thread::sleep_for(pace);
   const HWND below = WindowBelowCursor(), foreground = ::GetForegroundWindow();
-  WaitUntilTaken(below);
+  tests::WaitUntilInputIsTaken(below);
   if (foreground != below)
-    WaitUntilTaken(foreground);
+    tests::WaitUntilInputIsTaken(foreground);
 }
 
 /// The keys beside the number pad, which shift takes for digits otherwise.

@@ -18,4 +18,9 @@ INPUT KeyInput(WORD virtualKey, DWORD flags);
 /// True when the platform says that the cursor is at `point`, in screen coordinates.
 bool IsCursorAt(POINT point);
 
+/// Waits until the thread that owns `receiver`, another one than this, has taken the input that was sent to it. A user
+/// goes on once the last input has had its effect; without the wait, a machine that stops the receiver for a while would
+/// make several inputs one.
+void WaitUntilInputIsTaken(HWND receiver);
+
 } // namespace lumenor::tests

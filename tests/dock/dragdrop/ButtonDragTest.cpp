@@ -9,7 +9,9 @@
 
 #include "dock/dragdrop/DragFixture.h"
 #include "resources/resource.h"
+#include "support/AnsweringWindow.h"
 #include "support/FailingClass.h"
+#include "support/InputEvents.h"
 
 extern "C" decltype(&::LoadCursorW) __imp_LoadCursorW;
 extern "C" decltype(&::DestroyCursor) __imp_DestroyCursor;
@@ -20,17 +22,21 @@ namespace {
 
 // The hand is a thread of its own: the platform's loop of a drag runs inside a message of the button.
 
-void SendMouse(DWORD flags, POINT point = {}) {
-  INPUT input = {};
-  input.type = INPUT_MOUSE;
-  input.mi.dx = ::MulDiv(point.x, 65536, ::GetSystemMetrics(SM_CXSCREEN)) + 1;
-  input.mi.dy = ::MulDiv(point.y, 65536, ::GetSystemMetrics(SM_CYSCREEN)) + 1;
-  input.mi.dwFlags = flags;
+std::atomic<HWND> receiver; // a window of the thread that the hand works on
+
+void Send(INPUT input) {
   ::SendInput(1, &input, sizeof input);
   ::Sleep(50); // a hand's pace
+  tests::WaitUntilInputIsTaken(receiver);
 }
 
-void MoveHand(POINT point) { SendMouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, point); }
+void SendButton(DWORD change) { Send(tests::MouseInput(change)); }
+
+// A late report of the display may take the cursor back once.
+void MoveHand(POINT point) {
+  for (int i = 0; i == 0 || (i < 20 && !tests::IsCursorAt(point)); ++i)
+    Send(tests::MoveInput(point));
+}
 
 void PressEscape() {
   desk::PressKey(VK_ESCAPE);
@@ -40,14 +46,17 @@ void PressEscape() {
 
 /// Lets a hand do `steps` while this thread pumps; in the end nothing is pressed any more.
 void ByHand(const std::function<void()> &steps) {
+  const tests::AnsweringWindow ofThisThread([](UINT, WPARAM, LPARAM) { return LRESULT{0}; });
+  receiver = ofThisThread.Get();
   std::atomic<bool> isDone = false;
   std::thread hand([&] {
     steps();
-    SendMouse(MOUSEEVENTF_LEFTUP);
+    SendButton(MOUSEEVENTF_LEFTUP);
     isDone = true;
   });
   desk::PumpUntil([&] { return isDone.load(); }, std::chrono::seconds(30));
   hand.join();
+  receiver = nullptr;
   desk::PumpAll();
 }
 
@@ -62,12 +71,12 @@ void Tremble(POINT place) {
 void DragByHand(POINT from, const std::vector<POINT> &places) {
   ByHand([&] {
     MoveHand(from);
-    SendMouse(MOUSEEVENTF_LEFTDOWN);
+    SendButton(MOUSEEVENTF_LEFTDOWN);
     MoveHand({from.x + 6, from.y});
     for (const POINT place : places)
       MoveHand(place);
     Tremble(places.back());
-    SendMouse(MOUSEEVENTF_LEFTUP);
+    SendButton(MOUSEEVENTF_LEFTUP);
   });
 }
 
@@ -162,14 +171,14 @@ TEST_F(ButtonDrag, HidesTheButtonAndShowsTheMarkerMeanwhile) {
   std::atomic<bool> wasMarked = false;
   ByHand([&] {
     MoveHand(FirstHalf(0));
-    SendMouse(MOUSEEVENTF_LEFTDOWN);
+    SendButton(MOUSEEVENTF_LEFTDOWN);
     MoveHand(SecondHalf(0));
     MoveHand(SecondHalf(2));
     for (int i = 0; i < 40 && marker.topCap.left < 0; ++i)
       ::Sleep(50);
     wasMarked = marker.topCap.left >= 0;
     wasHidden = !::IsWindowVisible(WindowOf(0));
-    SendMouse(MOUSEEVENTF_LEFTUP);
+    SendButton(MOUSEEVENTF_LEFTUP);
   });
   EXPECT_TRUE(wasHidden);
   EXPECT_TRUE(wasMarked);
@@ -189,7 +198,7 @@ TEST_F(ButtonDrag, IsUndoneByEscape) {
   StartWith(3);
   ByHand([&] {
     MoveHand(FirstHalf(0));
-    SendMouse(MOUSEEVENTF_LEFTDOWN);
+    SendButton(MOUSEEVENTF_LEFTDOWN);
     MoveHand(SecondHalf(0));
     MoveHand(SecondHalf(2));
     PressEscape();
@@ -223,7 +232,7 @@ TEST_F(ButtonDrag, OutOfTheBarAndEscapeRemovesNothing) {
   StartWith(3);
   ByHand([&] {
     MoveHand(FirstHalf(0));
-    SendMouse(MOUSEEVENTF_LEFTDOWN);
+    SendButton(MOUSEEVENTF_LEFTDOWN);
     MoveHand(SecondHalf(0));
     MoveHand(farAway);
     PressEscape();
@@ -242,7 +251,7 @@ TEST_F(ButtonDrag, OfAVanishedTargetRemovesTheButtonAtOnce) {
   ::DeleteFileW((folders.Root() + L"\\target.txt").c_str());
   ByHand([&] {
     MoveHand(FirstHalf(1));
-    SendMouse(MOUSEEVENTF_LEFTDOWN);
+    SendButton(MOUSEEVENTF_LEFTDOWN);
     MoveHand(SecondHalf(1));
   });
   EXPECT_EQ((Texts{L"First", L"Last"}), Heads());
@@ -301,7 +310,7 @@ TEST_F(ButtonDrag, OfAButtonThatIsNotDraggableNeverBegins) {
     ByHand([&] {
       POINT middle = desk::MiddleOf(window);
       MoveHand(middle);
-      SendMouse(MOUSEEVENTF_LEFTDOWN);
+      SendButton(MOUSEEVENTF_LEFTDOWN);
       MoveHand({middle.x + 2, middle.y});
       EXPECT_EQ(nullptr, draggedButton);
       EXPECT_TRUE(::IsWindowVisible(window));
@@ -323,7 +332,7 @@ TEST_F(ButtonDrag, DuringWhichTheDisplayChangesGoesOn) {
   StartWith(3);
   ByHand([&] {
     MoveHand(FirstHalf(0));
-    SendMouse(MOUSEEVENTF_LEFTDOWN);
+    SendButton(MOUSEEVENTF_LEFTDOWN);
     MoveHand(SecondHalf(0));
     ::SendMessageW(dock->handle, WM_DISPLAYCHANGE, 32, MAKELPARAM(1280, 1024));
     MoveHand(SecondHalf(2));
@@ -339,11 +348,11 @@ TEST_F(ButtonDrag, DuringWhichTheBarClosesEndsWithIt) {
   std::optional<int> quitCode;
   std::thread hand([&] {
     MoveHand(FirstHalf(0));
-    SendMouse(MOUSEEVENTF_LEFTDOWN);
+    SendButton(MOUSEEVENTF_LEFTDOWN);
     MoveHand(SecondHalf(0));
     MoveHand(SecondHalf(2));
     ::SendMessageW(window, WM_CLOSE, 0, 0);
-    SendMouse(MOUSEEVENTF_LEFTUP);
+    SendButton(MOUSEEVENTF_LEFTUP);
   });
   MSG message = {};
   while (::GetMessageW(&message, nullptr, 0, 0) > 0)

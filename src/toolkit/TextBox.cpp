@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -152,7 +153,7 @@ BOOL TextBox::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPa
   case WM_STYLECHANGING:
     return OnStyleChanging(wParam, lParam, result);
   case EM_SETCUEBANNER:
-    return OnSetCueBanner(wParam, lParam);
+    return OnSetCueBanner(wParam, lParam, result);
   default:
     return ChangesLook(message) ? OnInput() : FALSE;
   }
@@ -229,13 +230,21 @@ BOOL TextBox::OnStyleChanging(WPARAM which, LPARAM styles, LRESULT &result) {
 }
 
 // Unhandled, so that the control keeps the text. The listeners of both properties send this message again, with the
-// values that are already set; so it ends there.
-BOOL TextBox::OnSetCueBanner(WPARAM shownOnFocus, LPARAM text) {
+// values that are already set; so it ends there. A text out of the property itself is gone once that is set: the
+// control has it by the listener's message, and doesn't get this one.
+BOOL TextBox::OnSetCueBanner(WPARAM shownOnFocus, LPARAM text, LRESULT &result) {
   const auto *newText = reinterpret_cast<const wchar_t *>(text);
+  const std::wstring &former = WatermarkText.Get();
+  const bool isOwn =
+      std::less_equal<>()(former.data(), newText) && std::less<>()(newText, former.data() + former.size());
   const std::wstring copy = newText == nullptr ? L"" : newText;
+  const bool isGone = isOwn && copy != former;
   WatermarkShownOnFocus.Set(static_cast<int>(shownOnFocus));
   WatermarkText.Set(copy);
-  return OnInput();
+  RequestRepaint();
+  if (isGone)
+    result = TRUE;
+  return isGone;
 }
 
 // The platform takes a null handle for all windows of the desktop.

@@ -85,7 +85,7 @@ private:
   BOOL OnGetDlgCode(WPARAM key, LPARAM message);
   BOOL OnTimer(WPARAM timer, LRESULT &result);
   BOOL OnStyleChanging(WPARAM which, LPARAM styles, LRESULT &result);
-  BOOL OnSetCueBanner(WPARAM shownOnFocus, LPARAM text);
+  BOOL OnSetCueBanner(WPARAM shownOnFocus, LPARAM text, LRESULT &result);
 
   void AnnounceName();
   void RequestRepaint();

@@ -19,8 +19,8 @@ INPUT KeyInput(WORD virtualKey, DWORD flags);
 bool IsCursorAt(POINT point);
 
 /// Waits until the thread that owns `receiver`, another one than this, has taken the input that was sent to it. A user
-/// goes on once the last input has had its effect; without the wait, a machine that stops the receiver for a while would
-/// make several inputs one.
+/// goes on once the last input has had its effect; without the wait, a machine that stops the receiver for a while
+/// would make several inputs one.
 void WaitUntilInputIsTaken(HWND receiver);
 
 } // namespace lumenor::tests

@@ -58,10 +58,10 @@ ElementList FileDataProvider::GetElements() {
 
 void FileDataProvider::ReadFile(const std::wstring &path, const std::wstring &query,
                                 Element (*readElement)(const XmlNodePtr &)) {
-  // The time only says whether there is a file, which each refresh reads again.
-  constexpr FILETIME none = {};
+  // lastReadTime never changes, on purpose: the comparison only says whether there is a file, and each refresh reads an
+  // existing one again.
   const FILETIME fileTime = LastWriteTime(path);
-  if (::CompareFileTime(&fileTime, &none) == 0)
+  if (::CompareFileTime(&lastReadTime, &fileTime) >= 0)
     return;
   // Its writer may not have closed it yet, and no further change follows that.
   const XmlDocumentPtr document = LoadXmlFileWhenFree(path);

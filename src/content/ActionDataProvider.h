@@ -45,6 +45,7 @@ protected:
 private:
   FolderWatch watchThread;
   ElementList elements;
+  FILETIME lastReadTime = {}; // always 0
 };
 
 /// The For You list, which another program writes; empty before the first refresh.

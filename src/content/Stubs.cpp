@@ -39,7 +39,6 @@ ElementList DropDuplicates(const ElementList &collected) {
   return kept;
 }
 
-/// Appends the entry of a stub whose conditions are met. A stub that isn't XML is logged and skipped.
 void ProcessStub(const std::wstring &documentName, const std::wstring &path, ElementList &elements) {
   try {
     std::vector<Condition> conditions;
@@ -86,8 +85,7 @@ void ApplyStubs(const std::wstring &documentName) {
   LogInfo("DockStub: current locale set to %S", locale.c_str());
   ElementList collected;
   for (const std::wstring &entry : StubLocaleChain(locale))
-    for (const std::wstring &name : StubFilesIfListed(documentName, entry))
-      ProcessStub(documentName, StubFilePath(entry, name), collected);
+    ProcessStubsInLocale(documentName, entry, collected);
   ElementList list = DropDuplicates(collected);
   std::ranges::sort(list, {}, &Element::Position);
   SaveDocument(list, documentName);
@@ -105,6 +103,11 @@ std::vector<std::wstring> FindStubFiles(const std::wstring &documentName, const 
 
 std::wstring StubFilePath(const std::wstring &locale, const std::wstring &fileName) {
   return LocaleFolder(locale) + L"\\" + fileName;
+}
+
+void ProcessStubsInLocale(const std::wstring &documentName, const std::wstring &locale, ElementList &elements) {
+  for (const std::wstring &name : StubFilesIfListed(documentName, locale))
+    ProcessStub(documentName, StubFilePath(locale, name), elements);
 }
 
 Element ReadStubFile(const std::wstring &documentName, const std::wstring &path, std::vector<Condition> &conditions) {

@@ -28,6 +28,10 @@ std::vector<std::wstring> FindStubFiles(const std::wstring &documentName, const 
 /// The full path of a stub file.
 std::wstring StubFilePath(const std::wstring &locale, const std::wstring &fileName);
 
+/// Appends the entries of the locale folder's stubs whose conditions are met. A stub that isn't XML is logged and
+/// skipped. Raises HResultError.
+void ProcessStubsInLocale(const std::wstring &documentName, const std::wstring &locale, ElementList &elements);
+
 /// The entry of a stub, and its conditions into `conditions`; an empty entry without conditions when the stub has none
 /// for this document. Raises InvalidDstbException when the file isn't XML, and HResultError.
 Element ReadStubFile(const std::wstring &documentName, const std::wstring &path, std::vector<Condition> &conditions);

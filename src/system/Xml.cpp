@@ -71,6 +71,17 @@ bool IsXmlCharacter(wchar_t c) {
   return !IS_HIGH_SURROGATE(c) && !IS_LOW_SURROGATE(c) && c < 0xFFFE;
 }
 
+void SetAttribute(const XmlDocumentPtr &document, const XmlNodePtr &node, const std::wstring &name,
+                  const std::wstring &value) {
+  ComPtr<IXMLDOMAttribute> attribute;
+  ThrowIfFailed(document->createAttribute(MakeBstr(name).Get(), attribute.GetAddressOf()));
+  ThrowIfFailed(attribute->put_value(Variant(XmlText(value)).Get()));
+  ComPtr<IXMLDOMNamedNodeMap> attributes;
+  ThrowIfFailed(node->get_attributes(attributes.GetAddressOf()));
+  ComPtr<IXMLDOMNode> added;
+  ThrowIfFailed(attributes->setNamedItem(attribute.Get(), added.GetAddressOf()));
+}
+
 } // namespace
 
 XmlDocumentPtr LoadXmlFile(const std::wstring &path) {
@@ -168,13 +179,16 @@ std::wstring XmlText(const std::wstring &text) {
 
 XmlNodePtr CreateNode(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,
                       const XmlAttributes &attributes) {
-  ComPtr<IXMLDOMElement> element;
-  ThrowIfFailed(Required(document)->createElement(MakeBstr(name).Get(), element.GetAddressOf()));
+  VARIANT type = {};
+  type.vt = VT_I4;
+  type.lVal = NODE_ELEMENT;
+  XmlNodePtr node;
+  ThrowIfFailed(Required(document)->createNode(type, MakeBstr(name).Get(), MakeBstr({}).Get(), node.GetAddressOf()));
   if (!text.empty())
-    ThrowIfFailed(element->put_text(MakeBstr(XmlText(text)).Get()));
+    ThrowIfFailed(node->put_text(MakeBstr(XmlText(text)).Get()));
   for (const auto &[attributeName, value] : attributes)
-    ThrowIfFailed(element->setAttribute(MakeBstr(attributeName).Get(), Variant(XmlText(value)).Get()));
-  return element;
+    SetAttribute(document, node, attributeName, value);
+  return node;
 }
 
 XmlNodePtr CreateNodeWithMaxLength(const XmlDocumentPtr &document, const std::wstring &name, const std::wstring &text,

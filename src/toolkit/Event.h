@@ -96,30 +96,32 @@ public:
       return;
     auto flag = std::make_shared<unsigned char>(static_cast<unsigned char>(1));
     listener->Keep(flag);
-    entries.push_back({listener, std::move(flag)});
+    listeners.push_back(listener);
+    aliveFlags.push_back(std::move(flag));
   }
 
   /// Takes the first entry of `listener` out, if there is one.
   void RemoveListener(EventListener<Args> *listener) {
-    for (std::size_t i = 0; i < entries.size(); ++i)
-      if (entries[i].listener == listener)
+    for (std::size_t i = 0; i < listeners.size(); ++i)
+      if (listeners[i] == listener)
         return RemoveAt(static_cast<int>(i));
   }
 
   /// Takes the entry at `index` out; later entries move one down. An index past the end is skipped.
   void RemoveAt(int index) {
-    if (index < 0 || static_cast<std::size_t>(index) >= entries.size())
+    if (index < 0 || static_cast<std::size_t>(index) >= listeners.size())
       return;
-    entries.erase(entries.begin() + index);
+    listeners.erase(listeners.begin() + index);
+    aliveFlags.erase(aliveFlags.begin() + index);
   }
 
   /// Calls every living listener, also those that are added meanwhile, then drops the entries found dead. An exception
   /// of a listener ends the firing and passes through.
   void Fire(Args *args) {
     std::vector<std::uint32_t> dead;
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-      if (*entries[i].alive != 0)
-        entries[i].listener->Invoke(args);
+    for (std::size_t i = 0; i < listeners.size(); ++i) {
+      if (*aliveFlags[i] != 0)
+        listeners[i]->Invoke(args);
       else
         dead.push_back(static_cast<std::uint32_t>(i));
     }
@@ -130,18 +132,14 @@ public:
   }
 
   /// How many entries there are, dead ones included.
-  std::size_t Count() const { return entries.size(); }
+  std::size_t Count() const { return listeners.size(); }
 
   /// The label given at construction.
   const wchar_t *Name() const { return name; }
 
 private:
-  struct Entry {
-    EventListener<Args> *listener;
-    AliveFlag alive;
-  };
-
-  std::vector<Entry> entries;
+  std::vector<EventListener<Args> *> listeners;
+  std::vector<AliveFlag> aliveFlags; // parallel to listeners
   const wchar_t *name;
 };
 

@@ -12,8 +12,15 @@ namespace {
 
 constexpr float unbounded = 2147483648.0F;
 
-/// The locale that every text format is made for, whatever the user's is. It is read from left to right.
-constexpr const wchar_t *textLocaleName = L"en";
+/// Whether the locale of the text formats is read from right to left.
+bool ReadsRightToLeft() {
+  const int length = ::GetLocaleInfoEx(textLocaleName, LOCALE_IREADINGLAYOUT, nullptr, 0);
+  if (length <= 0)
+    return false;
+  std::wstring layout(static_cast<std::size_t>(length), L'\0');
+  ::GetLocaleInfoEx(textLocaleName, LOCALE_IREADINGLAYOUT, layout.data(), length);
+  return layout[0] == L'1';
+}
 
 /// What is laid out and drawn of a text: more than any screen holds. Time and memory of a layout grow with the text,
 /// and some platforms' layouts end the program at some ten thousand characters.
@@ -58,13 +65,12 @@ void TextElement::Update() {
 
 void TextElement::CreateFormat() {
   const auto factory = CreateTextFactory();
-  const LOGFONTW font = GetStatusFont();
-  Microsoft::WRL::ComPtr<IDWriteTextFormat> format;
-  ThrowIfFailed(factory->CreateTextFormat(font.lfFaceName, nullptr, FontWeight.Get(), FontStyle.Get(),
-                                          FontStretch.Get(), FontSize.Get(), textLocaleName, &format));
-  ThrowIfFailed(format->SetParagraphAlignment(DWRITE_PARAGRAPH_ALIGNMENT_CENTER));
+  const auto format =
+      CreateStatusTextFormat(factory.Get(), FontWeight.Get(), FontStyle.Get(), FontStretch.Get(), FontSize.Get());
   ThrowIfFailed(format->SetTextAlignment(TextAlignment.Get()));
   ThrowIfFailed(format->SetWordWrapping(static_cast<DWRITE_WORD_WRAPPING>(WordWrapping.Get())));
+  if (ReadsRightToLeft())
+    ThrowIfFailed(format->SetReadingDirection(DWRITE_READING_DIRECTION_RIGHT_TO_LEFT));
   ApplyTrimming(factory.Get(), format.Get());
   textFormat = format;
 }

@@ -136,6 +136,7 @@ void UsageTracker::InitSessionInfo() {
   brand = ReadMachineValue(L"pcbrand").value_or(std::wstring());
   applicationId = ReadMachineValue(L"applicationid").value_or(applicationId);
   sessionStart = UtcNow();
+  sessionEnd = {};
 }
 
 void UsageTracker::StartSession() {
@@ -230,13 +231,15 @@ void UsageTracker::WritePayload(bool close) {
   std::optional<Payload> payload = Payload::Open();
   if (!payload)
     return;
-  if (close)
+  if (close) {
+    sessionEnd = UtcNow();
     payload->InsertSessionInfo(appName, {{L"version", version},
                                          {L"start", FormatUtcTime(sessionStart)},
-                                         {L"end", FormatUtcTime(UtcNow())},
+                                         {L"end", FormatUtcTime(sessionEnd)},
                                          {L"brand", brand},
                                          {L"platform", platform},
                                          {L"applicationid", applicationId}});
+  }
   for (const TrackRecord &record : records)
     payload->Append(record);
   payload->Save();

@@ -87,6 +87,7 @@ private:
   std::wstring platform;
   std::wstring applicationId;
   SYSTEMTIME sessionStart{}; // UTC
+  SYSTEMTIME sessionEnd{};   // likewise; all zero until a payload is closed
   std::wstring sessionId;
   SYSTEMTIME sessionStartLocal{};
   std::uint32_t nextElementSeq = 1;

@@ -18,9 +18,11 @@ constexpr DWORD startLimitMs = 1000; // the bar comes up also when the thread ca
 constexpr DWORD endingLimitMs = 1000;
 
 /// What the thread is handed; it owns and frees it.
-struct ListenerContext {
+struct RegistryListenerContext {
   KernelHandle event;
   HWND window;
+  UINT topMessage;
+  UINT bottomMessage;
   HANDLE sleeping; // borrowed from the starter, until the thread has ended
 };
 
@@ -29,16 +31,16 @@ void AskForChange(HKEY key, HANDLE event) {
   ::RegNotifyChangeKeyValue(key, FALSE, REG_NOTIFY_CHANGE_LAST_SET, event, TRUE);
 }
 
-void PostIfMoved(HWND window, std::wstring &last) {
+void PostIfMoved(const RegistryListenerContext &context, std::wstring &last) {
   std::wstring current = GetDockPosition();
   if (current == last)
     return;
   last = std::move(current);
-  ::PostMessageW(window, last == topPosition ? DockAtTopMessage : DockAtBottomMessage, 0, 0);
+  ::PostMessageW(context.window, last == topPosition ? context.topMessage : context.bottomMessage, 0, 0);
 }
 
 /// False when the wait ended otherwise than by the event.
-bool SleepUntilChange(const ListenerContext &context) {
+bool SleepUntilChange(const RegistryListenerContext &context) {
   ::SetEvent(context.sleeping);
   const DWORD woken = ::WaitForSingleObject(context.event.Get(), INFINITE);
   ::ResetEvent(context.sleeping);
@@ -46,7 +48,7 @@ bool SleepUntilChange(const ListenerContext &context) {
 }
 
 /// The thread's exit code: E_FAIL when the key can't be opened, 0 when the wait ended otherwise than by the event.
-DWORD Listen(const ListenerContext &context) {
+DWORD Listen(const RegistryListenerContext &context) {
   const RegistryKey key = OpenRegistryKey(product::dockKey, KEY_READ);
   if (!key)
     return static_cast<DWORD>(E_FAIL);
@@ -55,13 +57,13 @@ DWORD Listen(const ListenerContext &context) {
   std::wstring last = GetDockPosition();
   while (SleepUntilChange(context)) {
     AskForChange(key.Get(), context.event.Get());
-    PostIfMoved(context.window, last);
+    PostIfMoved(context, last);
   }
   return 0;
 }
 
 DWORD WINAPI RegistryListenerThread(void *context) {
-  const std::unique_ptr<ListenerContext> owned(static_cast<ListenerContext *>(context));
+  const std::unique_ptr<RegistryListenerContext> owned(static_cast<RegistryListenerContext *>(context));
   try {
     return Listen(*owned);
   } catch (...) {
@@ -91,7 +93,8 @@ bool FreezeInSleep(HANDLE thread, HANDLE sleeping) {
 } // namespace
 
 KernelHandle StartRegistryListener(KernelHandle event, HWND window, HANDLE sleeping) {
-  auto context = std::make_unique<ListenerContext>(ListenerContext{std::move(event), window, sleeping});
+  auto context = std::make_unique<RegistryListenerContext>(
+      RegistryListenerContext{std::move(event), window, DockAtTopMessage, DockAtBottomMessage, sleeping});
   KernelHandle thread(::CreateThread(nullptr, 0, RegistryListenerThread, context.get(), 0, nullptr));
   if (!thread)
     return thread;

@@ -22,14 +22,16 @@ BackgroundHighlightButtonPainter::BackgroundHighlightButtonPainter(RenderTargetP
 
 void BackgroundHighlightButtonPainter::Attach(Button *newButton) {
   IButtonPainter::Attach(newButton);
-  label = MakeButtonLabel(renderTarget, text, layout, *newButton);
+  normalText = MakeButtonLabel(renderTarget, text, layout, *newButton);
+  hoverText = MakeButtonLabel(renderTarget, text, layout, *newButton);
   highlight = std::make_shared<ColorRectangle>(newButton->GetBounds(), renderTarget, highlightColor);
 }
 
 void BackgroundHighlightButtonPainter::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
   if (!IsButtonVisible())
     return;
-  if (button->IsMouseOver.Get() != 0 || button->IsPressed.Get() != 0)
+  const bool isMouseOver = button->IsMouseOver.Get() != 0;
+  if (isMouseOver || button->IsPressed.Get() != 0)
     highlight->Paint(target, rect);
   if (image) {
     const D2D1_RECT_F imageRectangle = PictureRectangle(layout, *rect);
@@ -37,7 +39,7 @@ void BackgroundHighlightButtonPainter::Paint(RenderTargetPtr target, const D2D1_
   }
   if (!text.empty()) {
     const D2D1_RECT_F textRectangle = LabelRectangle(layout, *rect);
-    label->Paint(target, &textRectangle);
+    (isMouseOver ? hoverText : normalText)->Paint(target, &textRectangle);
   }
 }
 

@@ -36,7 +36,8 @@ private:
   Microsoft::WRL::ComPtr<ID2D1Bitmap> image;
   Color highlightColor;
   std::shared_ptr<ColorRectangle> highlight;
-  std::shared_ptr<TextElement> label;
+  std::shared_ptr<TextElement> normalText;
+  std::shared_ptr<TextElement> hoverText;
 };
 
 } // namespace lumenor

@@ -108,7 +108,7 @@ void GlowButtonPainter::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
   const BitmapPtr &unpressedImage = isMouseOver ? hoverImage : normalImage;
   DrawImage(target.Get(), (isPressed ? pressedImage : unpressedImage).Get(), imageRectangle);
   if (!text.empty())
-    button->PaintChild(target, label.get(), rect);
+    button->PaintChild(target, (isMouseOver ? hoverText : normalText).get(), rect);
 }
 
 void GlowButtonPainter::DrawImage(ID2D1RenderTarget *target, ID2D1Bitmap *image, const D2D1_RECT_F &rect) const {
@@ -136,6 +136,9 @@ void GlowButtonPainter::Attach(Button *newButton) {
   Layout();
 }
 
-void GlowButtonPainter::Layout() { label = MakeButtonLabel(renderTarget, text, layout, *button); }
+void GlowButtonPainter::Layout() {
+  normalText = MakeButtonLabel(renderTarget, text, layout, *button);
+  hoverText = MakeButtonLabel(renderTarget, text, layout, *button);
+}
 
 } // namespace lumenor

@@ -64,7 +64,8 @@ private:
   BitmapPtr hoverImage;
   BitmapPtr glowImage;
   BitmapPtr pressedImage;
-  std::shared_ptr<TextElement> label;
+  std::shared_ptr<TextElement> normalText;
+  std::shared_ptr<TextElement> hoverText;
   ListenerPtr<PropertyChangeEventArgs<long>> sizeListener;
 };
 

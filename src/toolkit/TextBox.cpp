@@ -139,7 +139,7 @@ BOOL TextBox::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPa
   case WM_LBUTTONUP:
   case WM_MOUSEMOVE:
   case WM_KEYUP:
-    return OnInput();
+    return RepaintUnhandled();
   case WM_KEYDOWN:
     return OnKeyDown();
   case WM_SETFOCUS:
@@ -155,7 +155,7 @@ BOOL TextBox::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPa
   case EM_SETCUEBANNER:
     return OnSetCueBanner(wParam, lParam, result);
   default:
-    return ChangesLook(message) ? OnInput() : FALSE;
+    return ChangesLook(message) ? RepaintUnhandled() : FALSE;
   }
 }
 
@@ -179,14 +179,15 @@ BOOL TextBox::OnSize(LPARAM size) {
   return FALSE;
 }
 
-BOOL TextBox::OnInput() {
+// The control handles the message itself; what it changed shows with the next paint.
+BOOL TextBox::RepaintUnhandled() {
   RequestRepaint();
   return FALSE;
 }
 
 BOOL TextBox::OnKeyDown() {
   RestartBlink();
-  return OnInput();
+  return RepaintUnhandled();
 }
 
 BOOL TextBox::OnSetFocus() {
@@ -198,7 +199,7 @@ BOOL TextBox::OnKillFocus() {
   HasFocus.Set(0);
   ::KillTimer(handle, BlinkTimer);
   caretVisible = 0;
-  return OnInput();
+  return RepaintUnhandled();
 }
 
 // The dialog asks the field for the code of a key before it handles Return itself. This is the only notice of the key,
@@ -208,7 +209,7 @@ BOOL TextBox::OnGetDlgCode(WPARAM key, LPARAM message) {
     return FALSE;
   TextBoxEventArgs args{this};
   Accept.Fire(&args);
-  return OnInput();
+  return RepaintUnhandled();
 }
 
 BOOL TextBox::OnTimer(WPARAM timer, LRESULT &result) {

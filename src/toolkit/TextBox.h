@@ -78,7 +78,7 @@ protected:
 private:
   BOOL OnPaint(LRESULT &result);
   BOOL OnDestroy();
-  BOOL OnInput();
+  BOOL RepaintUnhandled();
   BOOL OnKeyDown();
   BOOL OnSetFocus();
   BOOL OnKillFocus();

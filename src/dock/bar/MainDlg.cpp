@@ -1,7 +1,5 @@
 #include "dock/bar/MainDlg.h"
 
-#include <type_traits>
-
 #include "content/DocumentNames.h"
 #include "content/Documents.h"
 #include "content/ElementAction.h"
@@ -128,41 +126,42 @@ void CMainDlg::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
   PaintChild(target, bar.dragIndicator.get(), rect);
 }
 
-// The message map. What no row handles goes on to the root window.
+// The message map. What isn't handled here goes on to the root window.
 
-/// For handlers that take the message's first parameter or nothing.
-template <auto handler> BOOL CMainDlg::Handle(WPARAM wParam, LPARAM, LRESULT &result) {
-  if constexpr (std::is_invocable_v<decltype(handler), CMainDlg *>)
-    (this->*handler)();
-  else
-    (this->*handler)(wParam);
-  result = 0;
-  return TRUE;
+BOOL CMainDlg::OnBarMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result) {
+  switch (message) {
+  case WM_NOTIFY:
+    return Answer(L"OnNotify", [&] { return OnNotify(reinterpret_cast<const NMHDR *>(lParam), result); });
+  case WM_DISPLAYCHANGE:
+    return Answer(L"OnDisplayChange", result, 0, [&] { OnDisplayChange(); });
+  case DragAddMessage:
+    return Answer(L"OnDragAdd", result, 1, [&] { OnDragAdd(wParam, UnpackedPoint(static_cast<UINT_PTR>(lParam))); });
+  case RefreshForYouMessage:
+    return Answer(L"OnRefresh", result, 1, [&] { lists.RefreshForYou(); });
+  case RefreshSearchProviderMessage:
+    return Answer(L"OnRefresh", result, 1, [&] { lists.RefreshSearchProviders(); });
+  case SetSearchProviderMessage:
+    return Answer(L"OnSetSearchProvider", result, 1, [&] { OnSetSearchProvider(wParam); });
+  case RemoveButtonMessage:
+    return Answer(L"OnRemoveButton", result, 0, [&] { userRow.TakeOut(reinterpret_cast<HWND>(wParam)); });
+  case ResetDockMessage:
+    return Answer(L"OnResetDock", result, 0, [&] { OnResetDock(); });
+  case ShowWelcomeMessage:
+    return Answer(L"OnShowWelcome", result, 0, [&] { OnShowWelcome(); });
+  case WM_TIMER:
+    return Answer(L"OnTimer", result, 0, [&] { OnTimer(wParam); });
+  case DrawFailedMessage:
+    return Answer(L"OnDrawFailed", result, 0, [&] { OnDrawFailed(static_cast<HRESULT>(wParam)); });
+  case DockAtTopMessage:
+    return Answer(L"OnDockAtTop", result, 0, [&] { OnDockAtTop(); });
+  case DockAtBottomMessage:
+    return Answer(L"OnDockAtBottom", result, 0, [&] { OnDockAtBottom(); });
+  default:
+    return FALSE;
+  }
 }
 
-template <void (BarLists::*refresh)()> BOOL CMainDlg::HandleRefresh(WPARAM, LPARAM, LRESULT &result) {
-  (lists.*refresh)();
-  result = 1;
-  return TRUE;
-}
-
-const MessageRow<CMainDlg> CMainDlg::messageRows[] = {
-    {WM_NOTIFY, L"OnNotify", &CMainDlg::HandleNotify},
-    {WM_DISPLAYCHANGE, L"OnDisplayChange", &CMainDlg::Handle<&CMainDlg::OnDisplayChange>},
-    {DragAddMessage, L"OnDragAdd", &CMainDlg::HandleDragAdd},
-    {RefreshForYouMessage, L"OnRefresh", &CMainDlg::HandleRefresh<&BarLists::RefreshForYou>},
-    {RefreshSearchProviderMessage, L"OnRefresh", &CMainDlg::HandleRefresh<&BarLists::RefreshSearchProviders>},
-    {SetSearchProviderMessage, L"OnSetSearchProvider", &CMainDlg::HandleSetSearchProvider},
-    {RemoveButtonMessage, L"OnRemoveButton", &CMainDlg::Handle<&CMainDlg::OnRemoveButton>},
-    {ResetDockMessage, L"OnResetDock", &CMainDlg::Handle<&CMainDlg::OnResetDock>},
-    {ShowWelcomeMessage, L"OnShowWelcome", &CMainDlg::Handle<&CMainDlg::OnShowWelcome>},
-    {WM_TIMER, L"OnTimer", &CMainDlg::Handle<&CMainDlg::OnTimer>},
-    {DrawFailedMessage, L"OnDrawFailed", &CMainDlg::Handle<&CMainDlg::OnDrawFailed>},
-    {DockAtTopMessage, L"OnDockAtTop", &CMainDlg::Handle<&CMainDlg::OnDockAtTop>},
-    {DockAtBottomMessage, L"OnDockAtBottom", &CMainDlg::Handle<&CMainDlg::OnDockAtBottom>},
-};
-
-/// The rows need a composed bar, and the platform sends messages before that. The dock itself sends the message of the
+/// Most need a composed bar, and the platform sends messages before that. The dock itself sends the message of the
 /// search provider during the composition; that one needs the field only.
 bool CMainDlg::AnswersTo(UINT message) const {
   return message == SetSearchProviderMessage ? bar.textBox != nullptr : bar.IsComposed();
@@ -170,7 +169,7 @@ bool CMainDlg::AnswersTo(UINT message) const {
 
 BOOL CMainDlg::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                                     DWORD mapId) {
-  if (mapId == 0 && AnswersTo(message) && RunHandler(messageRows, message, wParam, lParam, result))
+  if (mapId == 0 && AnswersTo(message) && OnBarMessage(message, wParam, lParam, result))
     return TRUE;
   if (mapId == 0 && message == dockActivateMessage && ::IsWindow(handle)) {
     BringToForeground(handle);
@@ -180,27 +179,23 @@ BOOL CMainDlg::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LP
   return Window::ProcessWindowMessage(window, message, wParam, lParam, result, mapId);
 }
 
-BOOL CMainDlg::HandleNotify(WPARAM, LPARAM lParam, LRESULT &result) {
-  result = 0;
-  return lParam == 0 || rowDrag.OnNotify(*reinterpret_cast<const NMHDR *>(lParam));
-}
-
-BOOL CMainDlg::HandleDragAdd(WPARAM wParam, LPARAM lParam, LRESULT &result) {
-  const auto *const path = static_cast<const wchar_t *>(ReceiveAddress(DragAddMessage, wParam));
-  if (path != nullptr && *path != L'\0')
-    rowDrag.OnDragAdd(path, UnpackedPoint(static_cast<UINT_PTR>(lParam)));
-  result = 1;
-  return TRUE;
-}
-
-BOOL CMainDlg::HandleSetSearchProvider(WPARAM wParam, LPARAM, LRESULT &result) {
-  if (const auto *const provider = static_cast<const Element *>(ReceiveAddress(SetSearchProviderMessage, wParam)))
-    lists.SetSelectedProvider(*provider);
-  result = 1;
-  return TRUE;
-}
-
 // The handlers.
+
+BOOL CMainDlg::OnNotify(const NMHDR *header, LRESULT &result) {
+  result = 0;
+  return header == nullptr || rowDrag.OnNotify(*header);
+}
+
+void CMainDlg::OnDragAdd(WPARAM pathAddress, POINT screenPoint) {
+  const auto *const path = static_cast<const wchar_t *>(ReceiveAddress(DragAddMessage, pathAddress));
+  if (path != nullptr && *path != L'\0')
+    rowDrag.OnDragAdd(path, screenPoint);
+}
+
+void CMainDlg::OnSetSearchProvider(WPARAM address) {
+  if (const auto *const provider = static_cast<const Element *>(ReceiveAddress(SetSearchProviderMessage, address)))
+    lists.SetSelectedProvider(*provider);
+}
 
 void CMainDlg::OnDisplayChange() {
   const RECT place = lumenor::GetWindowRect();
@@ -227,9 +222,9 @@ void CMainDlg::OnResetDock() {
 
 /// A bar whose render target is lost can never be drawn again. A new cycle makes new targets; the user's buttons are
 /// saved first.
-void CMainDlg::OnDrawFailed(WPARAM result) {
+void CMainDlg::OnDrawFailed(HRESULT result) {
   LogError("MainDlg: drawing failed, error %x", static_cast<unsigned>(result));
-  if (static_cast<HRESULT>(result) != static_cast<HRESULT>(D2DERR_RECREATE_TARGET))
+  if (result != static_cast<HRESULT>(D2DERR_RECREATE_TARGET))
     return;
   userRow.Save();
   ::PostQuitMessage(RestartQuitCode);

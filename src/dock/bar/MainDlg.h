@@ -70,21 +70,16 @@ protected:
   virtual void OnDockPositionChanged(PropertyChangeEventArgs<int> *args);
 
 private:
-  static const MessageRow<CMainDlg> messageRows[];
-
-  // The rows of the message map: each cracks the message's parameters and calls what answers it.
-  template <auto handler> BOOL Handle(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  template <void (BarLists::*refresh)()> BOOL HandleRefresh(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleNotify(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleDragAdd(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleSetSearchProvider(WPARAM wParam, LPARAM lParam, LRESULT &result);
+  BOOL OnBarMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result);
   bool AnswersTo(UINT message) const;
 
+  BOOL OnNotify(const NMHDR *header, LRESULT &result);
   void OnDisplayChange();
+  void OnDragAdd(WPARAM pathAddress, POINT screenPoint);
+  void OnSetSearchProvider(WPARAM address);
   void OnResetDock();
-  void OnRemoveButton(WPARAM buttonWindow) { userRow.TakeOut(reinterpret_cast<HWND>(buttonWindow)); }
   void OnTimer(WPARAM timer);
-  void OnDrawFailed(WPARAM result);
+  void OnDrawFailed(HRESULT result);
   void OnShowWelcome();
   void OnDockAtTop();
   void OnDockAtBottom();

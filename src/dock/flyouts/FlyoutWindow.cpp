@@ -180,19 +180,25 @@ void FlyoutWindow::OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibili
 
 BOOL FlyoutWindow::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result,
                                         DWORD mapId) {
-  // Unlike the guard of the base's rows these don't destroy the window: after a failure the base's table handles the
-  // message. Except for WM_CLOSE, on which the base destroys the window: a flyout's is made only once.
+  // Unlike the base's answers these don't destroy the window when they fail: the base handles the message then. Except
+  // for WM_CLOSE, on which the base destroys the window: a flyout's is made only once.
   bool handled = false;
-  if (message == WM_ACTIVATE)
+  switch (message) {
+  case WM_ACTIVATE:
     handled = Guarded(L"OnActivate", [&] {
       if (LOWORD(wParam) == WA_INACTIVE)
         HideWindow();
     });
-  else if (message == WM_DESTROY)
+    break;
+  case WM_DESTROY:
     handled = Guarded(L"OnDestroy", [&] { DestroyItemWindows(); });
-  else if (message == WM_CLOSE) {
+    break;
+  case WM_CLOSE:
     Guarded(L"OnClose", [&] { HideWindow(); });
     handled = true;
+    break;
+  default:
+    break;
   }
   if (!handled)
     return Window::ProcessWindowMessage(window, message, wParam, lParam, result, mapId);

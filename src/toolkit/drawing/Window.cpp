@@ -65,17 +65,6 @@ void UpdateLayers(HWND window, const RECT &screenRect, HDC source, unsigned char
 
 } // namespace
 
-const MessageRow<Window> Window::messageRows[] = {
-    {WM_INITDIALOG, L"OnInitDialog", &Window::HandleInitDialog},
-    {WM_SHOWWINDOW, L"OnShowWindow", &Window::HandleShowWindow},
-    {WM_WINDOWPOSCHANGED, L"OnWindowPosChanged", &Window::HandleWindowPosChanged},
-    {WM_DESTROY, L"OnDestroy", &Window::HandleDestroy},
-    {WM_CLOSE, L"OnClose", &Window::HandleClose},
-    {WM_NCCALCSIZE, L"OnNcCalcSize", &Window::HandleByAnswer<0>}, // the client area is the whole window
-    {WM_QUERYENDSESSION, L"OnQueryEndSession", &Window::HandleByAnswer<1>},
-    {WM_ENDSESSION, L"OnEndSession", &Window::HandleEndSession},
-};
-
 /// Every factory has a device, whose creation takes longer than everything else of a window. So a window that is made
 /// while there are others uses their factory, which is released with the last of them.
 Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> Window::CreateTarget() {
@@ -136,7 +125,7 @@ void Window::RunPostponed() {
 BOOL Window::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result, DWORD mapId) {
   if (mapId != 0)
     return FALSE;
-  if (RunHandler(messageRows, message, wParam, lParam, result))
+  if (OnMessage(message, wParam, lParam, result))
     return TRUE;
   BOOL handled = FALSE;
   const LRESULT answer = ReflectNotifications(handle, message, wParam, lParam, handled);
@@ -145,7 +134,37 @@ BOOL Window::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPar
   return handled;
 }
 
-BOOL Window::HandleInitDialog(WPARAM, LPARAM, LRESULT &result) {
+BOOL Window::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result) {
+  switch (message) {
+  case WM_INITDIALOG:
+    return Answer(L"OnInitDialog", result, 1, [&] { OnInitDialog(); });
+  case WM_SHOWWINDOW:
+    return Answer(L"OnShowWindow", [&] { return OnShowWindow(wParam != 0); });
+  case WM_WINDOWPOSCHANGED:
+    return Answer(L"OnWindowPosChanged",
+                  [&] { return OnWindowPosChanged(*reinterpret_cast<const WINDOWPOS *>(lParam)); });
+  case WM_DESTROY: // no Answer: the window is on its way already
+    return Guarded(L"OnDestroy", [&] {
+      OnDestroy();
+      result = 0;
+    });
+  case WM_CLOSE:
+    return Answer(L"OnClose", result, 0, [&] {
+      OnClose();
+      ::DestroyWindow(handle);
+    });
+  case WM_NCCALCSIZE:
+    return Answer(L"OnNcCalcSize", result, 0, [] {}); // the client area is the whole window
+  case WM_QUERYENDSESSION:
+    return Answer(L"OnQueryEndSession", result, 1, [] {});
+  case WM_ENDSESSION:
+    return Answer(L"OnEndSession", result, wParam != 0 && lParam != 0 ? 1 : 0, [&] { OnEndSession(); });
+  default:
+    return FALSE;
+  }
+}
+
+void Window::OnInitDialog() {
   RemoveFrame();
   MakeLayered();
   {
@@ -153,17 +172,15 @@ BOOL Window::HandleInitDialog(WPARAM, LPARAM, LRESULT &result) {
     InitializeComponent();
   }
   Show();
-  result = 1;
-  return TRUE;
 }
 
-BOOL Window::HandleShowWindow(WPARAM shown, LPARAM, LRESULT &) {
-  Visibility.Set(shown != 0 ? lumenor::Visibility::Visible : lumenor::Visibility::Hidden);
+BOOL Window::OnShowWindow(bool isShown) {
+  Visibility.Set(isShown ? lumenor::Visibility::Visible : lumenor::Visibility::Hidden);
   return FALSE;
 }
 
-BOOL Window::HandleWindowPosChanged(WPARAM, LPARAM lParam, LRESULT &) {
-  const WINDOWPOS position = *reinterpret_cast<const WINDOWPOS *>(lParam);
+/// `position` is a copy: the listeners may send the next one.
+BOOL Window::OnWindowPosChanged(WINDOWPOS position) {
   Left.Set(position.x);
   Top.Set(position.y);
   Width.Set(position.cx);
@@ -171,24 +188,9 @@ BOOL Window::HandleWindowPosChanged(WPARAM, LPARAM lParam, LRESULT &) {
   return FALSE;
 }
 
-BOOL Window::HandleDestroy(WPARAM, LPARAM, LRESULT &result) {
-  OnDestroy();
-  result = 0;
-  return TRUE;
-}
-
-BOOL Window::HandleClose(WPARAM, LPARAM, LRESULT &result) {
-  OnClose();
-  ::DestroyWindow(handle);
-  result = 0;
-  return TRUE;
-}
-
-BOOL Window::HandleEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result) {
+void Window::OnEndSession() {
   if (endSessionHandler != nullptr)
     (this->*endSessionHandler)();
-  result = wParam != 0 && lParam != 0 ? 1 : 0;
-  return TRUE;
 }
 
 /// Further failures are consequences of the one that was reported, and are dropped.

@@ -3,10 +3,7 @@
 // dialog template, whose one child is the whole screen. Each repaint renders the tree into an off-screen bitmap and
 // hands that, with an alpha for each pixel, to the platform. Owned by whoever opens it. User-interface thread.
 
-#include <algorithm>
-#include <cstddef>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -27,14 +24,6 @@ namespace lumenor {
 /// Messages of the root window itself.
 enum WindowMessage : UINT {
   DrawFailedMessage = WM_USER + 10, // 1034: posted to the window when EndDraw failed; wParam is the HRESULT
-};
-
-/// One row of a window's message map: a message, its handler, and the name under which a failure of it is reported. The
-/// handler says whether the message is handled and then sets the result.
-template <typename Owner> struct MessageRow {
-  UINT message;
-  const wchar_t *handlerName;
-  BOOL (Owner::*handler)(WPARAM wParam, LPARAM lParam, LRESULT &result);
 };
 
 class Window : public CDialogImpl<Window>, public SingleChildContainer {
@@ -90,20 +79,23 @@ protected:
   virtual void OnVisibilityChanged(PropertyChangeEventArgs<lumenor::Visibility> *args);
   virtual void OnOpacityChanged() { Render(); }
 
-  /// Runs the handler that `rows` has for `message`, if any. When it fails, the failure is reported under the handler's
-  /// name, the window is destroyed, and the message counts as not handled.
-  template <typename Owner, std::size_t count>
-  BOOL RunHandler(const MessageRow<Owner> (&rows)[count], UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result) {
-    const auto row = std::ranges::find(rows, message, &MessageRow<Owner>::message);
-    if (row == std::end(rows))
-      return FALSE;
+  /// Runs `handler`, which answers a message, and returns whether it has done so. When it fails, the failure is
+  /// reported under `name`, the window is destroyed, and the message counts as not handled.
+  template <typename Handler> BOOL Answer(const wchar_t *name, Handler handler) {
     BOOL handled = FALSE;
-    if (Guarded(row->handlerName,
-                [&] { handled = (static_cast<Owner *>(this)->*row->handler)(wParam, lParam, result); }))
+    if (Guarded(name, [&] { handled = handler(); }))
       return handled;
-    if (message != WM_DESTROY) // that one is on its way already
-      DestroyAfterFailure();
+    DestroyAfterFailure();
     return FALSE;
+  }
+
+  /// The same for a handler that leaves nothing to others: the message's result is `answer` once it has run.
+  template <typename Handler> BOOL Answer(const wchar_t *name, LRESULT &result, LRESULT answer, Handler handler) {
+    return Answer(name, [&] {
+      handler();
+      result = answer;
+      return TRUE;
+    });
   }
 
   /// Called at the end of a session when set.
@@ -113,18 +105,11 @@ protected:
   Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> renderTarget;
 
 private:
-  static const MessageRow<Window> messageRows[];
-
-  BOOL HandleInitDialog(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleShowWindow(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleWindowPosChanged(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleDestroy(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleClose(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  BOOL HandleEndSession(WPARAM wParam, LPARAM lParam, LRESULT &result);
-  template <LRESULT answer> BOOL HandleByAnswer(WPARAM, LPARAM, LRESULT &result) {
-    result = answer;
-    return TRUE;
-  }
+  BOOL OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result);
+  void OnInitDialog();
+  BOOL OnShowWindow(bool isShown);
+  BOOL OnWindowPosChanged(WINDOWPOS position);
+  void OnEndSession();
 
   /// All windows that exist, in the order in which they were made.
   static inline std::vector<Window *> allWindows;

@@ -4,8 +4,6 @@
 #include <new>
 #include <utility>
 
-#include "system/HResultError.h"
-
 #include <shlwapi.h>
 
 namespace lumenor {
@@ -127,13 +125,16 @@ void CDataObject::Keep(const FORMATETC &format, const STGMEDIUM &medium) noexcep
   media.push_back(medium);
 }
 
-HRESULT CDataObject::EnumFormatEtc(DWORD direction, IEnumFORMATETC **enumerator) noexcept {
+HRESULT CDataObject::EnumFormatEtc(DWORD direction, IEnumFORMATETC **enumerator) noexcept try {
   if (enumerator == nullptr)
     return E_POINTER;
   *enumerator = nullptr;
   if (direction != DATADIR_GET)
     return OLE_S_USEREG;
-  return HResultOf([&] { *enumerator = new CEnumFormatEtc(formats); });
+  *enumerator = new CEnumFormatEtc(formats);
+  return S_OK;
+} catch (const std::bad_alloc &) {
+  return E_OUTOFMEMORY;
 }
 
 HRESULT CEnumFormatEtc::Next(ULONG wanted, FORMATETC *out, ULONG *fetched) noexcept {
@@ -160,11 +161,14 @@ HRESULT CEnumFormatEtc::Reset() noexcept {
   return S_OK;
 }
 
-HRESULT CEnumFormatEtc::Clone(IEnumFORMATETC **clone) noexcept {
+HRESULT CEnumFormatEtc::Clone(IEnumFORMATETC **clone) noexcept try {
   if (clone == nullptr)
     return E_POINTER;
   *clone = nullptr;
-  return HResultOf([&] { *clone = new CEnumFormatEtc(formats, cursor); });
+  *clone = new CEnumFormatEtc(formats, cursor);
+  return S_OK;
+} catch (const std::bad_alloc &) {
+  return E_OUTOFMEMORY;
 }
 
 } // namespace lumenor

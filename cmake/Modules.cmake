@@ -38,10 +38,11 @@ if(CMAKE_BUILD_TYPE STREQUAL Debug AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   option(LUMENOR_PRECOMPILE "Precompile the common headers" ON)
 endif()
 if(LUMENOR_PRECOMPILE AND CCACHE_PROGRAM)
-  # What ccache wants to be told before it keeps objects that were made with a precompiled header.
+  # What ccache wants to be told before it keeps objects that were made with a precompiled header. The times of headers
+  # aren't among it: a header that is edited while it is compiled must not stand for its new text.
   add_compile_options(-fpch-preprocess)
   set(CMAKE_CXX_COMPILER_LAUNCHER
-    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE_PROGRAM})
+    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
 endif()
 
 # lumenor_precompile(<target> <target that makes the header> [<further header>...])

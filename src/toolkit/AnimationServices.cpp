@@ -55,7 +55,7 @@ void ShutDownAnimationServices() noexcept {
   try {
     GetAnimationServices().manager->Shutdown();
     ReleaseServices();
-  } catch (const HResultError &) {
+  } catch (...) { // also for want of memory
     // The dock ran without animations; it ends without them as well.
   }
 }

@@ -34,6 +34,27 @@ bool Take(RegistryKey key, REGSAM access, RegistryKeyHolder &holder) {
   return true;
 }
 
+/// `length` stays 0 where RegistryStringLength is to give that. Returns the platform's status.
+LSTATUS ReadLength(HKEY key, const std::wstring &valueName, DWORD &length) {
+  DWORD type = REG_NONE, bytes = 0;
+  const LSTATUS status = ::RegQueryValueExW(key, valueName.c_str(), nullptr, &type, nullptr, &bytes);
+  if (status == ERROR_SUCCESS && IsText(type))
+    length = bytes / sizeof(wchar_t);
+  return status;
+}
+
+/// `text` stays empty where the value is no well-formed string of at most `length` characters. Returns the platform's
+/// status.
+LSTATUS ReadText(HKEY key, const std::wstring &valueName, DWORD length, std::optional<std::wstring> &text) {
+  std::vector<wchar_t> buffer(length + 1); // one more, so that a text without characters ends in a null too
+  DWORD type = REG_NONE, bytes = static_cast<DWORD>(length * sizeof(wchar_t));
+  const LSTATUS status =
+      ::RegQueryValueExW(key, valueName.c_str(), nullptr, &type, reinterpret_cast<BYTE *>(buffer.data()), &bytes);
+  if (status == ERROR_SUCCESS && IsText(type) && IsWellFormed(buffer, bytes))
+    text = buffer.data();
+  return status;
+}
+
 } // namespace
 
 HKEY ParseRootKey(const std::wstring &name) {
@@ -74,24 +95,29 @@ bool OpenOrCreateRegistryPath(const std::wstring &path, RegistryKeyHolder &holde
 }
 
 DWORD RegistryStringLength(HKEY key, const std::wstring &valueName) {
-  DWORD type = REG_NONE, bytes = 0;
-  const LSTATUS status = ::RegQueryValueExW(key, valueName.c_str(), nullptr, &type, nullptr, &bytes);
-  return status == ERROR_SUCCESS && IsText(type) ? bytes / sizeof(wchar_t) : 0;
+  DWORD length = 0;
+  ReadLength(key, valueName, length);
+  return length;
 }
 
 std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &valueName, DWORD length) {
-  std::vector<wchar_t> buffer(length + 1); // one more, so that a text without characters ends in a null too
-  DWORD type = REG_NONE, bytes = static_cast<DWORD>(length * sizeof(wchar_t));
-  const LSTATUS status =
-      ::RegQueryValueExW(key, valueName.c_str(), nullptr, &type, reinterpret_cast<BYTE *>(buffer.data()), &bytes);
-  if (status != ERROR_SUCCESS || !IsText(type) || !IsWellFormed(buffer, bytes))
-    return std::nullopt;
-  return buffer.data();
+  std::optional<std::wstring> text;
+  ReadText(key, valueName, length, text);
+  return text;
 }
 
 std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &valueName) {
-  const DWORD length = RegistryStringLength(key, valueName);
-  return length == 0 ? std::nullopt : ReadRegistryString(key, valueName, length);
+  LSTATUS status = ERROR_SUCCESS;
+  return ReadRegistryString(key, valueName, status);
+}
+
+std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &valueName, LSTATUS &status) {
+  DWORD length = 0;
+  std::optional<std::wstring> text;
+  status = ReadLength(key, valueName, length);
+  if (length != 0)
+    status = ReadText(key, valueName, length, text);
+  return text;
 }
 
 LSTATUS WriteRegistryString(HKEY key, const std::wstring &valueName, const std::wstring &text) {

@@ -49,6 +49,10 @@ std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &val
 /// Both steps at once; nothing when the first gives 0 or the second fails.
 std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &valueName);
 
+/// The same. `status` becomes what the platform answered last: ERROR_FILE_NOT_FOUND where the value is missing, and
+/// ERROR_SUCCESS also for one that is there without being a well-formed string.
+std::optional<std::wstring> ReadRegistryString(HKEY key, const std::wstring &valueName, LSTATUS &status);
+
 /// Writes `text` as REG_SZ, its closing null included. Returns the platform's status.
 LSTATUS WriteRegistryString(HKEY key, const std::wstring &valueName, const std::wstring &text);
 

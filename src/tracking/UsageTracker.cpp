@@ -113,9 +113,13 @@ void UsageTracker::LoadAppId() {
   RegistryKeyHolder holder;
   if (!OpenOrCreateRegistryPath(product::dockKey, holder, KEY_READ | KEY_WRITE))
     return LogFatal("Unable to create %S", product::dockKey);
-  applicationId = ReadRegistryString(holder.key.Get(), appIdValue).value_or(std::wstring());
+  LSTATUS status = ERROR_SUCCESS;
+  applicationId = ReadRegistryString(holder.key.Get(), appIdValue, status).value_or(std::wstring());
   if (!applicationId.empty())
     return LogInfo("AppID is %S", applicationId.c_str());
+  // One that can't be read just now is still the machine's: another in its place would make it a stranger for good.
+  if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)
+    return LogError("Unable to read AppID: %d", status);
   applicationId = NewUuid().value_or(std::wstring());
   if (applicationId.empty() || WriteRegistryString(holder.key.Get(), appIdValue, applicationId) != ERROR_SUCCESS)
     LogFatal("Failed to create AppID");

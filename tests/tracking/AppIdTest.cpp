@@ -5,6 +5,7 @@
 
 extern "C" {
 extern decltype(&::RegCreateKeyExW) __imp_RegCreateKeyExW;
+extern decltype(&::RegQueryValueExW) __imp_RegQueryValueExW;
 extern decltype(&::RegSetValueExW) __imp_RegSetValueExW;
 extern decltype(&::UuidToStringW) __imp_UuidToStringW;
 extern decltype(&::RpcStringFreeW) __imp_RpcStringFreeW;
@@ -62,6 +63,26 @@ TEST_F(AppId, IsMadeInPlaceOfWhatIsNoText) {
   user.SetNumber(L"AppID", 5);
   tracker.LoadAppId();
   EXPECT_EQ(firstId, user.Text(L"AppID"));
+}
+
+TEST_F(AppId, OneThatCannotBeReadIsNotReplaced) {
+  static int readsThatSucceed = 0;
+  for (const int countOfReads : {0, 1}) {
+    user.SetText(L"AppID", L"known");
+    log.Clear();
+    readsThatSucceed = countOfReads;
+    {
+      const tests::ImportSlot slot(
+          &__imp_RegQueryValueExW, +[](HKEY, LPCWSTR, LPDWORD, LPDWORD type, LPBYTE, LPDWORD bytes) WINAPI -> LONG {
+            *type = REG_SZ;
+            *bytes = sizeof(L"known");
+            return readsThatSucceed-- > 0 ? ERROR_SUCCESS : ERROR_NOT_ENOUGH_MEMORY;
+          });
+      tracker.LoadAppId();
+    }
+    EXPECT_EQ(L"known", user.Text(L"AppID")) << countOfReads;
+    EXPECT_THAT(log.Lines(), ElementsAre("ERROR: Unable to read AppID: 8")) << countOfReads;
+  }
 }
 
 TEST_F(AppId, IsMadeWithoutConsentAndNothingElse) {

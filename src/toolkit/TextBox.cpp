@@ -236,8 +236,8 @@ BOOL TextBox::OnStyleChanging(WPARAM which, LPARAM styles, LRESULT &result) {
 BOOL TextBox::OnSetCueBanner(WPARAM shownOnFocus, LPARAM text, LRESULT &result) {
   const auto *newText = reinterpret_cast<const wchar_t *>(text);
   const std::wstring &former = WatermarkText.Get();
-  const bool isOwn =
-      std::less_equal<>()(former.data(), newText) && std::less<>()(newText, former.data() + former.size());
+  const std::less_equal<> notBehind;
+  const bool isOwn = notBehind(former.data(), newText) && notBehind(newText, former.data() + former.size());
   const std::wstring copy = newText == nullptr ? L"" : newText;
   const bool isGone = isOwn && copy != former;
   WatermarkShownOnFocus.Set(static_cast<int>(shownOnFocus));

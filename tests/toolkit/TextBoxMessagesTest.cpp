@@ -368,6 +368,13 @@ TEST_F(TextBoxMessages, CueBannerMayComeOutOfThePropertyItself) {
   EXPECT_EQ(box.WatermarkText.Get(), L"text that is too long for a small string");
 }
 
+TEST_F(TextBoxMessages, CueBannerMayBeTheEndOfThePropertyItself) {
+  box.WatermarkText.Set(L"a text that is too long for a small string");
+  const std::wstring &text = box.WatermarkText.Get();
+  ::SendMessageW(box.handle, EM_SETCUEBANNER, 1, reinterpret_cast<LPARAM>(text.c_str() + text.size()));
+  EXPECT_EQ(box.WatermarkText.Get(), L"");
+}
+
 TEST_F(TextBoxMessages, WatermarkShownOnFocusGoesToTheControl) {
   box.received.clear();
   box.WatermarkShownOnFocus.Set(1);

@@ -35,7 +35,7 @@ constexpr std::size_t livingLimit = 24000;
 constexpr unsigned char freshByte = 0xCD; // what nobody has set yet
 constexpr unsigned char restByte = 0xFD;  // between the end of a block and the page that can't be touched
 
-/// Stands at the begin of a block's first page.
+/// Stands at the beginning of a block's first page.
 struct BlockHead {
   std::size_t size;
   std::size_t pageBytes; // without the page behind, which can't be touched
@@ -43,7 +43,7 @@ struct BlockHead {
 
 std::size_t RoundUp(std::size_t size, std::size_t unit) { return (size + unit - 1) / unit * unit; }
 
-/// Addresses are given out from the begin of a region to its end, and never again.
+/// Addresses are given out from the beginning of a region to its end, and never again.
 class GuardedHeap {
 public:
   void *Take(std::size_t size) {

@@ -1,6 +1,7 @@
 #include "e2e/DragProgram.h"
 
 #include "e2e/DockProcess.h"
+#include "e2e/Input.h"
 #include "e2e/Screen.h"
 #include "support/TestFolders.h"
 
@@ -40,7 +41,24 @@ DragProgram::DragProgram(const std::vector<std::wstring> &paths) {
   CaptureSettled(RectOf(window));
 }
 
-POINT DragProgram::Grip() const { return Center(RectOf(window)); }
+// The test platform gives a drag the mouse only while its program has the foreground. A flyout that hides because this
+// program came up lets its bar take the keyboard from the display, on a busy machine some time later.
+void DragProgram::Grab() const {
+  WaitFor([&] {
+    ::SetForegroundWindow(window);
+    return HoldsFor([&] { return ::GetForegroundWindow() == window; }, std::chrono::milliseconds(300));
+  });
+  const POINT grip = Center(RectOf(window));
+  MoveCursor(grip);
+  PressLeftButton();
+  MoveCursor({grip.x + 6, grip.y});
+}
+
+void DragProgram::DragTo(POINT place) const {
+  Grab();
+  MoveCursor(place);
+  LetGo(place);
+}
 
 std::wstring DragProgram::WaitForResult() const {
   WaitFor([&] { return TitleOf(window) != L"ready"; });

@@ -22,8 +22,11 @@ public:
 
   bool IsUp() const { return window != nullptr; }
 
-  /// Where a press begins the drag.
-  POINT Grip() const;
+  /// Begins a drag: presses the left button on the window, keeps it down and moves a little.
+  void Grab() const;
+
+  /// Begins a drag and lets go at `place` (screen coordinates).
+  void DragTo(POINT place) const;
 
   /// Waits for the end of the drag: its result in hexadecimal, a blank and its effect.
   std::wstring WaitForResult() const;

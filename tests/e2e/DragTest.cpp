@@ -137,7 +137,7 @@ TEST_F(Drags, OffTheBarRemoveTheButtonAndFreeItsId) {
 
   const DragProgram other(Texts{MakeFile(L"New.txt")});
   ASSERT_TRUE(other.IsUp());
-  DragThrough({other.Grip(), FirstHalf(dock, 0)});
+  other.DragTo(FirstHalf(dock, 0));
   EXPECT_TRUE(ComesTo(dock, {2001, 2000, 2002, 2003, 2004}));
   EXPECT_EQ((Texts{L"New", L"Head 0", L"Head 2", L"Head 3", L"Head 4"}), SavedHeads(dock));
 }
@@ -200,13 +200,13 @@ TEST_F(Drags, OfFilesAddButtonsByTheHalfThatTheyAreDroppedOn) {
   {
     const DragProgram other(Texts{MakeFile(L"Before.txt")});
     ASSERT_TRUE(other.IsUp());
-    DragThrough({other.Grip(), FirstHalf(dock, 1)});
+    other.DragTo(FirstHalf(dock, 1));
     EXPECT_TRUE(ComesTo(dock, {2000, 2003, 2001, 2002}));
   }
   {
     const DragProgram other(Texts{MakeFile(L"Behind.txt")});
     ASSERT_TRUE(other.IsUp());
-    DragThrough({other.Grip(), SecondHalf(dock, 2)});
+    other.DragTo(SecondHalf(dock, 2));
     EXPECT_TRUE(ComesTo(dock, {2000, 2003, 2001, 2004, 2002}));
   }
   SaveShot("dropped");
@@ -219,7 +219,7 @@ TEST_F(Drags, OfFiveFilesAddThemInReverseOrder) {
   const DragProgram other(
       {MakeFile(L"a.txt"), MakeFile(L"b.txt"), MakeFile(L"c.txt"), MakeFile(L"d.txt"), MakeFile(L"e.txt")});
   ASSERT_TRUE(other.IsUp());
-  DragThrough({other.Grip(), FirstHalf(dock, 1)});
+  other.DragTo(FirstHalf(dock, 1));
   EXPECT_TRUE(ComesTo(dock, {2000, 2006, 2005, 2004, 2003, 2002, 2001}));
   EXPECT_EQ((Texts{L"Head 0", L"e", L"d", L"c", L"b", L"a", L"Head 1"}), SavedHeads(dock));
 }
@@ -232,7 +232,7 @@ TEST_F(Drags, OfAShortcutAddAButtonThatOpensIt) {
   {
     const DragProgram other(Texts{shortcut});
     ASSERT_TRUE(other.IsUp());
-    DragThrough({other.Grip(), FirstHalf(dock, 0)});
+    other.DragTo(FirstHalf(dock, 0));
     ASSERT_TRUE(ComesTo(dock, {2001, 2000}));
   }
   Click(FirstHalf(dock, 0));
@@ -246,7 +246,7 @@ TEST_F(Drags, OfAFolderAddAButton) {
   ShownDock dock(installation);
   const DragProgram other(Texts{std::wstring(folder) + L"\\A folder"});
   ASSERT_TRUE(other.IsUp());
-  DragThrough({other.Grip(), SecondHalf(dock, 0)});
+  other.DragTo(SecondHalf(dock, 0));
   EXPECT_TRUE(ComesTo(dock, {2000, 2001}));
   EXPECT_EQ((Texts{L"Head 0", L"A folder"}), SavedHeads(dock));
 }
@@ -260,7 +260,7 @@ TEST_F(Drags, OfAPathOf259CharactersAddAButton) {
   ShownDock dock(installation);
   const DragProgram other(Texts{path});
   ASSERT_TRUE(other.IsUp());
-  DragThrough({other.Grip(), SecondHalf(dock, 0)});
+  other.DragTo(SecondHalf(dock, 0));
   EXPECT_TRUE(ComesTo(dock, {2000, 2001}));
   EXPECT_EQ((Texts{L"Head 0", name}), SavedHeads(dock));
 }
@@ -270,7 +270,7 @@ TEST_F(Drags, OfAFileThatIsNotThereAddNoButtonAndKeepItsRecord) {
   ShownDock dock(installation);
   const DragProgram other(Texts{L"C:\\drag\\nowhere.txt"});
   ASSERT_TRUE(other.IsUp());
-  DragThrough({other.Grip(), SecondHalf(dock, 0)});
+  other.DragTo(SecondHalf(dock, 0));
   EXPECT_TRUE(StaysAt(dock, {2000}));
   EXPECT_EQ((Texts{L"Head 0", L"nowhere"}), SavedHeads(dock));
 }
@@ -280,7 +280,7 @@ TEST_F(Drags, OfTextAddNothing) {
   ShownDock dock(installation);
   const DragProgram other(Texts{});
   ASSERT_TRUE(other.IsUp());
-  DragThrough({other.Grip(), FirstHalf(dock, 1)});
+  other.DragTo(FirstHalf(dock, 1));
   EXPECT_EQ(L"40100 0", other.WaitForResult()) << "dropped, with no effect";
   EXPECT_TRUE(StaysAt(dock, {2000, 2001}));
 }
@@ -291,7 +291,7 @@ TEST_F(Drags, OfAThirtyFirstFileAreRefused) {
   const DragProgram other(Texts{MakeFile(L"New.txt")});
   ASSERT_TRUE(other.IsUp());
   const LONG edge = RectOf(dock.Control(2001)).left;
-  DragThrough({other.Grip(), FirstHalf(dock, 1)});
+  other.DragTo(FirstHalf(dock, 1));
   EXPECT_EQ(L"40100 0", other.WaitForResult());
   EXPECT_TRUE(WaitFor([&] { return !IsMarked(dock, edge); }));
   EXPECT_EQ(30U, SavedHeads(dock).size());
@@ -304,9 +304,7 @@ TEST_F(Drags, WhoseProgramDiesLeaveTheBarAsItWas) {
   {
     DragProgram dying(Texts{MakeFile(L"Lost.txt")});
     ASSERT_TRUE(dying.IsUp());
-    MoveCursor(dying.Grip());
-    PressLeftButton();
-    MoveCursor({dying.Grip().x + 6, dying.Grip().y});
+    dying.Grab();
     MoveCursor(FirstHalf(dock, 1));
     EXPECT_TRUE(WaitFor([&] { return IsMarked(dock, edge); }));
     dying.Kill();
@@ -317,7 +315,7 @@ TEST_F(Drags, WhoseProgramDiesLeaveTheBarAsItWas) {
 
   const DragProgram other(Texts{MakeFile(L"New.txt")});
   ASSERT_TRUE(other.IsUp());
-  DragThrough({other.Grip(), FirstHalf(dock, 1)});
+  other.DragTo(FirstHalf(dock, 1));
   EXPECT_TRUE(ComesTo(dock, {2000, 2003, 2001, 2002}));
 }
 
@@ -327,7 +325,7 @@ TEST_F(Drags, WithAFlyoutOpenCloseItAndAddTheButton) {
   OpenForYou(dock);
   const DragProgram other(Texts{MakeFile(L"New.txt")});
   ASSERT_TRUE(other.IsUp());
-  DragThrough({other.Grip(), FirstHalf(dock, 0)});
+  other.DragTo(FirstHalf(dock, 0));
   EXPECT_TRUE(ComesTo(dock, {2001, 2000}));
   EXPECT_TRUE(dock.WaitForNoPopup());
 }

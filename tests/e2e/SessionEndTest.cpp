@@ -144,9 +144,7 @@ TEST_F(SessionEnd, WhileAFileIsDraggedOverTheRowSavesAll) {
   const RECT button = RectOf(dock.Control(2001));
   const auto between = [&] { return Capture({button.left - 6, button.top, button.left + 3, button.bottom}); };
   const Picture before = between();
-  MoveCursor(other.Grip());
-  PressLeftButton();
-  MoveCursor({other.Grip().x + 6, other.Grip().y});
+  other.Grab();
   MoveCursor({button.left + 15, (button.top + button.bottom) / 2});
   ASSERT_TRUE(WaitFor([&] { return between().Differences(before) > 20; })) << "the marker shows";
   EndSessionOf(dock);

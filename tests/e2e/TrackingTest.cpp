@@ -142,7 +142,7 @@ TEST_F(Tracking, WithConsentThePayloadHoldsEveryUseInOrder) {
     const DragProgram other({path});
     ASSERT_TRUE(other.IsUp());
     const POINT first = dock.UserButton(0);
-    DragThrough({other.Grip(), {first.x - 20, first.y}});
+    other.DragTo({first.x - 20, first.y});
     ASSERT_TRUE(WaitFor([&] { return dock.Control(2002) != nullptr; }));
   }
   const POINT second = dock.UserButton(1);
@@ -333,7 +333,7 @@ TEST_F(Tracking, APayloadThatCannotBeWrittenAtTheCloseCostsNoButtons) {
   const DragProgram other({installation.WriteAside(L"New.txt", "a file")});
   ASSERT_TRUE(other.IsUp());
   const POINT first = dock.UserButton(0);
-  DragThrough({other.Grip(), {first.x - 20, first.y}});
+  other.DragTo({first.x - 20, first.y});
   ASSERT_TRUE(WaitFor([&] { return dock.Control(2001) != nullptr; }));
 
   Click(dock.CloseButton());

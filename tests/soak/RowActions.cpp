@@ -100,7 +100,7 @@ void DragFileIn(Scene &scene) {
   const bool isBefore = scene.random.Once(2);
   auto row = scene.model.row;
   row.insert(row.begin() + static_cast<std::ptrdiff_t>(isBefore ? at : at + 1), name);
-  scene.DragUntil(row, [&] { e2e::DragThrough({other.Grip(), On(buttons[at], isBefore ? firstHalf : secondHalf)}); });
+  scene.DragUntil(row, [&] { other.DragTo(On(buttons[at], isBefore ? firstHalf : secondHalf)); });
 }
 
 void Scroll(Scene &scene) {

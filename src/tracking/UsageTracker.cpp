@@ -29,7 +29,6 @@ constexpr wchar_t appIdValue[] = L"AppID";
 constexpr wchar_t nextTransferValue[] = L"NextTransferTime";
 constexpr wchar_t nextElementValue[] = L"NextElementSeq";
 
-constexpr std::uint32_t subSessionId = 1; // always
 constexpr std::size_t recordsPerBatch = 20;
 constexpr LONGLONG maxPayloadBytes = 51200;
 constexpr ULONGLONG transferPeriod = 6048000000000; // seven days in file time's 100 nanoseconds
@@ -95,7 +94,7 @@ TrackRecord SearchEvent(const wchar_t *type) {
   return {.Name = L"Search", .Type = type, .Feature = L"Dock", .Action = L"Search"};
 }
 
-TrackRecord DockEvent(const wchar_t *action) {
+TrackRecord DockEvent(const wchar_t *action, std::uint32_t subSessionId) {
   return {.Name = L"Dock", .Type = L"Window", .Feature = L"Dock", .Action = action, .SubSessionID = subSessionId};
 }
 
@@ -129,7 +128,7 @@ void UsageTracker::ReadOptIn() {
   const std::wstring iniFile = CollectorIniFile();
   if (iniFile.empty() || !PathExists(iniFile))
     return;
-  enabled = SaysThatUserAgreed(iniFile);
+  enabled = SaysThatUserAgreed(iniFile) ? 1 : 0;
   LogInfo("RUQMENT: RuqOptIn=%d", enabled);
 }
 
@@ -166,13 +165,13 @@ void UsageTracker::LoadNextTransferTime() {
 // What the user does.
 
 void UsageTracker::TrackDockOpen() {
-  if (enabled)
-    Add(DockEvent(L"Open"));
+  if (enabled != 0)
+    Add(DockEvent(L"Open", subSessionId));
 }
 
 void UsageTracker::TrackDockClose() {
-  if (enabled)
-    Add(DockEvent(L"Close"));
+  if (enabled != 0)
+    Add(DockEvent(L"Close", subSessionId));
 }
 
 void UsageTracker::TrackIconClick(const Element &element) { Count(ClickEvent(element, L"")); }
@@ -189,7 +188,7 @@ void UsageTracker::TrackHelpSearch() { Count(SearchEvent(L"helpSearch")); }
 
 /// An action that has a record is counted there, with its first time, and never leads to a Flush.
 void UsageTracker::Count(TrackRecord event) {
-  if (!enabled)
+  if (enabled == 0)
     return;
   const auto known =
       std::find_if(records.begin(), records.end(), [&](const TrackRecord &record) { return IsSameUse(record, event); });
@@ -213,7 +212,7 @@ void UsageTracker::Add(TrackRecord record) {
 // Writing and transfer.
 
 void UsageTracker::Flush() {
-  if (!enabled)
+  if (enabled == 0)
     return;
   WritePayload(false);
   if (IsTransferDue()) {
@@ -230,7 +229,7 @@ void UsageTracker::Flush() {
 }
 
 void UsageTracker::WritePayload(bool close) {
-  if (!enabled)
+  if (enabled == 0)
     return;
   std::optional<Payload> payload = Payload::Open();
   if (!payload)
@@ -252,7 +251,7 @@ void UsageTracker::WritePayload(bool close) {
 
 /// Unlike the periodic transfer this one keeps the time of the next: a busy week has more payloads, not later ones.
 void UsageTracker::CheckPayloadSize() {
-  if (!enabled)
+  if (enabled == 0)
     return;
   LARGE_INTEGER size = {};
   if (const FileHandle file = OpenForReading(PayloadPath()); !file || !::GetFileSizeEx(file.Get(), &size))
@@ -265,7 +264,7 @@ void UsageTracker::CheckPayloadSize() {
 }
 
 void UsageTracker::TransferPayload() {
-  if (!enabled)
+  if (enabled == 0)
     return;
   const std::wstring source = PayloadPath();
   const std::wstring target = ExpandPath(product::payloadFolder) + UIntToText(FileChecksum(source)) + payloadEnding;
@@ -275,7 +274,7 @@ void UsageTracker::TransferPayload() {
 }
 
 void UsageTracker::SaveSettings() {
-  if (!enabled)
+  if (enabled == 0)
     return;
   RegistryKey key = OpenRegistryKey(product::trackingKey32, KEY_WRITE);
   if (!key)
@@ -287,7 +286,7 @@ void UsageTracker::SaveSettings() {
 }
 
 void UsageTracker::SetNextTransferTime() {
-  if (!enabled)
+  if (enabled == 0)
     return;
   const ULARGE_INTEGER due{.QuadPart = FileTimeOf(UtcNow()) + transferPeriod};
   const FILETIME fileTime = {due.LowPart, due.HighPart};

@@ -32,7 +32,7 @@ public:
   /// Reads when the next payload is due; in seven days where no time can be read.
   void LoadNextTransferTime();
 
-  bool IsEnabled() const { return enabled; }
+  bool IsEnabled() const { return enabled != 0; }
 
   // What the user does, each recorded without a check whether it succeeded. Each may lead to a Flush, and raises as
   // that does; the record is then kept.
@@ -80,7 +80,7 @@ private:
   void Count(TrackRecord event);
   void Add(TrackRecord record);
 
-  bool enabled = false;
+  int enabled = 0;
   std::wstring appName;
   std::wstring version;
   std::wstring brand;
@@ -91,6 +91,7 @@ private:
   std::wstring sessionId;
   SYSTEMTIME sessionStartLocal{};
   std::uint32_t nextElementSeq = 1;
+  std::uint32_t subSessionId = 1; // always
   SYSTEMTIME nextTransferTime{}; // UTC
   std::vector<TrackRecord> records;
 };

@@ -1,7 +1,10 @@
-// Broken files: the dock starts, nothing of the user's is lost, and the log says what was wrong.
+// Broken and huge files: the dock starts, nothing of the user's is lost, and the log says what was wrong. LUMENOR_STUBS
+// sets how many stubs are many.
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
+#include <cstdlib>
 #include <random>
 #include <vector>
 
@@ -9,11 +12,17 @@
 
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
+#include "e2e/ProcessFigures.h"
 #include "e2e/Screen.h"
 #include "e2e/UserSteps.h"
 
 namespace lumenor::e2e {
 namespace {
+
+int Stubs() {
+  const char *const number = std::getenv("LUMENOR_STUBS");
+  return number == nullptr ? 1000 : std::atoi(number);
+}
 
 class HostileInput : public ::testing::Test {
 protected:
@@ -144,6 +153,36 @@ TEST_F(HostileInput, BadRecordsOfTheUserCostTheirButtonOrItsPictureAndNothingEls
     EXPECT_EQ(nullptr, dock.Control(2003)) << "the empty record makes no button";
     EXPECT_EQ(0U, CloseByButton(dock));
   }
+}
+
+TEST_F(HostileInput, TextsOfMegabytesAreShownAsFarAsTheyFitAndSavedWhole) {
+  const auto entry = [&](std::size_t head, std::size_t toolTip) {
+    return Entry{.head = std::wstring(head, L'm'),
+                 .actionType = L"exe",
+                 .actionParams = installation.Recorder(),
+                 .toolTip = std::wstring(toolTip, L't')};
+  };
+  installation.WriteDocument(userDocument, {entry(10'000'000, 1), entry(1, 4'000'000)});
+  ShownDock dock(installation);
+  ASSERT_NE(nullptr, dock.Control(2001));
+  MoveCursor(Center(RectOf(dock.Control(2001)))); // its tip
+  std::printf("    %.1f MB with texts of 10,000,000 and 4,000,000 letters\n", PrivateMegabytes(dock.Id()));
+  EXPECT_GT(1000, PrivateMegabytes(dock.Id()));
+  EXPECT_EQ(0U, CloseByButton(dock));
+  EXPECT_LT(14'000'000U, ReadBytes(installation.DocumentPath(userDocument)).size());
+}
+
+TEST_F(HostileInput, OfAThousandStubsThoseThatHaveRoomAreShown) {
+  const int count = Stubs();
+  for (int i = 2; i < count; ++i) // two of the usual ones are there
+    installation.WriteStub(L"xx_xx", userDocument, i, installation.RecorderEntry(L"n", std::to_wstring(i), i));
+  ShownDock dock(installation);
+  EXPECT_NE(nullptr, dock.Control(2029));
+  EXPECT_EQ(nullptr, dock.Control(2030));
+  std::printf("    %.1f MB with %d stubs\n", PrivateMegabytes(dock.Id()), count);
+  EXPECT_GT(1000, PrivateMegabytes(dock.Id()));
+  EXPECT_EQ(0U, CloseByButton(dock));
+  EXPECT_EQ(count, CountOf(ReadBytes(installation.DocumentPath(userDocument)), "<Head>"));
 }
 
 TEST_F(HostileInput, WhereTheProfileFolderCannotBeMadeTheDockSaysSoAndEnds) {

@@ -11,6 +11,7 @@
 #include "system/Instance.h"
 #include "system/MemoryStream.h"
 #include "system/Paths.h"
+#include "system/ProgramFile.h"
 #include "system/Shortcut.h"
 #include "system/WholeFile.h"
 
@@ -29,7 +30,7 @@ constexpr std::size_t blockSize = 4096; // bytes
 /// call.
 IconHandle AssociatedIcon(const std::wstring &path) {
   std::array<wchar_t, MAX_PATH> buffer{}; // the platform writes the icon's place into it
-  if (path.size() >= buffer.size() || IsDamagedShortcut(path))
+  if (path.size() >= buffer.size() || IsDamagedShortcut(path) || IsDamagedProgram(path, ProgramPart::Icons))
     return {};
   std::copy(path.begin(), path.end(), buffer.begin());
   WORD index = 0;

@@ -7,6 +7,7 @@
 #include "system/HResultError.h"
 #include "system/Instance.h"
 #include "system/Log.h"
+#include "system/ProgramFile.h"
 #include "system/Shortcut.h"
 
 #include <propkey.h>
@@ -27,6 +28,8 @@ constexpr int textLimit = 1024;
 
 /// Whether the file holds an icon of its own.
 bool HoldsIcon(const std::wstring &path) {
+  if (IsDamagedProgram(path, ProgramPart::Icons))
+    return false;
   const HICON icon = ::ExtractIconW(instanceHandle, path.c_str(), 0);
   if (reinterpret_cast<UINT_PTR>(icon) <= 1) // 1 means a kind of file that holds none
     return false;

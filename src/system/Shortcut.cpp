@@ -1,9 +1,8 @@
 #include "system/Shortcut.h"
 
 #include <cstdint>
-#include <cstring>
-#include <optional>
 
+#include "system/ByteReading.h"
 #include "system/FileReading.h"
 #include "system/Log.h"
 #include "system/Text.h"
@@ -29,15 +28,6 @@ enum : std::uint32_t {
   endOfTexts = 0x80,
   isWide = 0x80,
 };
-
-/// The number of `Number`'s size at `at`, least significant byte first, or nothing behind the end.
-template <typename Number> std::optional<Number> NumberAt(std::string_view bytes, std::size_t at) {
-  Number number;
-  if (at > bytes.size() || bytes.size() - at < sizeof number)
-    return {};
-  std::memcpy(&number, bytes.data() + at, sizeof number);
-  return number;
-}
 
 /// Takes the first `count` bytes from `bytes` into `part`; false when there are fewer.
 bool Take(std::string_view &bytes, std::size_t count, std::string_view &part) {

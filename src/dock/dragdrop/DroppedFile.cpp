@@ -5,6 +5,7 @@
 
 #include "system/Handles.h"
 #include "system/Paths.h"
+#include "system/ProgramFile.h"
 
 #include <shellapi.h>
 
@@ -18,8 +19,11 @@ constexpr int maxNameLength = 520; // characters, the end's included
 /// names the library: it is read as data, so that no code of it runs in the dock, and it may be one for another
 /// processor.
 std::wstring LoadModuleText(const std::wstring &modulePath, UINT id) {
-  const LibraryHandle library(::LoadLibraryExW(ExpandPath(modulePath).c_str(), nullptr,
-                                               LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+  const std::wstring path = ExpandPath(modulePath);
+  if (IsDamagedProgram(path, ProgramPart::Texts))
+    return {};
+  const LibraryHandle library(
+      ::LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
   wchar_t text[maxNameLength] = {};
   if (library)
     ::LoadStringW(library.Get(), id, text, maxNameLength);

@@ -11,6 +11,7 @@
 
 #include "system/Desktop.h"
 #include "system/HResultError.h"
+#include "system/ProgramFile.h"
 #include "system/Shortcut.h"
 #include "toolkit/drawing/WICHelper.h"
 
@@ -76,7 +77,7 @@ std::wstring ProgramDisplayName(const std::wstring &programPath) {
 }
 
 BitmapHandle ProgramImage(const std::wstring &programPath) {
-  if (IsDamagedShortcut(programPath))
+  if (IsDamagedShortcut(programPath) || IsDamagedProgram(programPath, ProgramPart::Icons))
     throw HResultError(HResultFromError(ERROR_FILE_CORRUPT));
   BitmapHandle picture = ShellIconBitmap(programPath);
   if (IsUsablePicture(picture.Get()))

@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "support/ProgramBytes.h"
+
 namespace lumenor::fuzz {
 namespace {
 
@@ -319,6 +321,22 @@ std::string Jpeg(Random &random) {
   return picture + segment('\xDA', "\3\1\0\2\x11\3\x11\0\x3F\0"s) + AnyBytes(random);
 }
 
+/// A block of texts, most of them short.
+std::string TextBlock(Random &random) {
+  std::string texts = "\0\0"s; // the first of the block has the number 0
+  for (int i = 0; i < 15; ++i) {
+    const std::size_t length = random.Once(8) ? random.Below(0x10000) : random.Below(20);
+    texts += Number(length, 2, false) + std::string(random.Once(8) ? random.Below(600) : 2 * (length % 300), 'x');
+  }
+  return texts;
+}
+
+/// A group of one icon.
+std::string IconGroup(Random &random, std::size_t iconSize) {
+  return "\0\0\1\0"s + Number(random.Once(8) ? AnySide(random) : 1, 2, false) + "\x30\x30\0\0"s + Number(1, 2, false) +
+         Number(32, 2, false) + Number(iconSize, 4, false) + Number(random.Once(8) ? AnySide(random) : 1, 2, false);
+}
+
 std::string Gif(Random &random) {
   const std::size_t width = AnySide(random), height = AnySide(random);
   return "GIF89a" + Number(width, 2, false) + Number(height, 2, false) + random.Byte() + "\0\0"s +
@@ -398,6 +416,29 @@ std::string AnyXml(Random &random, const Grammar &grammar) {
   AppendNode(random, body, root);
   const std::string xml = Encoded(random, body);
   return random.Once(8) ? Mutated(random, xml) : xml;
+}
+
+std::string AnyProgram(Random &random) {
+  const std::string icon = random.Once(4) ? Png(random) : Bitmap(random, true);
+  const std::string texts = TextBlock(random), group = IconGroup(random, icon.size());
+  std::string program = tests::MakeProgram({{3, icon}, {6, texts}, {14, group}});
+  const std::size_t numbersEnd = std::min(program.size(), tests::programHeadBytes + 300);
+  for (std::size_t faults = random.Below(4); faults > 0; --faults) {
+    const std::size_t at = 60 + random.Below((numbersEnd - 64) / 2) * 2;
+    const std::size_t number = random.Once(3) ? random.Below(program.size() + 40) : AnySide(random);
+    program.replace(at, 4, Number(random.Once(4) ? 0x80000000 | number : number, 4, false));
+  }
+  return random.Once(4) ? Mutated(random, program) : program;
+}
+
+std::string AnyWebShortcut(Random &random) {
+  std::string shortcut = random.Once(8) ? AnyText(random) : "[InternetShortcut]\r\n";
+  for (std::size_t lines = random.Below(8); lines > 0; --lines) {
+    constexpr std::array names = {"URL",         "IconFile", "IconIndex", "WorkingDirectory",
+                                  "ShowCommand", "HotKey",   "Modified"};
+    shortcut += random.Of(names) + "="s + (random.Once(3) ? std::to_string(AnySide(random)) : AnyText(random)) + "\r\n";
+  }
+  return random.Once(4) ? Mutated(random, shortcut) : shortcut;
 }
 
 std::string AnyPicture(Random &random, PictureKind kind) {

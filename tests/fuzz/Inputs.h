@@ -36,4 +36,11 @@ enum class PictureKind { Png, Bmp, Icon, Jpeg, Gif };
 /// The head of a picture with any sizes and flags, and some data behind it.
 std::string AnyPicture(Random &random, PictureKind kind);
 
+/// A program for 64 bits whose resources are an icon and texts, the text with the number 1 among them, with a few of
+/// its numbers replaced, or with none.
+std::string AnyProgram(Random &random);
+
+/// A shortcut to an address of the web.
+std::string AnyWebShortcut(Random &random);
+
 } // namespace lumenor::fuzz

@@ -10,6 +10,7 @@
 #include "content/DocumentFile.h"
 #include "content/DocumentNames.h"
 #include "content/Documents.h"
+#include "content/IconCache.h"
 #include "content/Stubs.h"
 #include "content/TaskLink.h"
 #include "content/UserDocument.h"
@@ -18,6 +19,7 @@
 #include "dock/dragdrop/DropTarget.h"
 #include "dock/Placement.h"
 #include "fuzz/Inputs.h"
+#include "support/ImportSlot.h"
 #include "support/RenderSurface.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
@@ -30,6 +32,7 @@
 #include "system/Product.h"
 #include "system/Registry.h"
 #include "system/Text.h"
+#include "toolkit/drawing/ProgramAppearance.h"
 #include "toolkit/drawing/WICHelper.h"
 #include "tracking/Collector.h"
 #include "tracking/MachineValues.h"
@@ -37,6 +40,8 @@
 #include "tracking/UsageTracker.h"
 
 #include <shlobj.h>
+
+extern "C" decltype(&::SHGetLocalizedName) __imp_SHGetLocalizedName;
 
 namespace lumenor::fuzz {
 namespace {
@@ -247,12 +252,35 @@ std::string MakeShortcut(Random &random) {
   return Mutated(random, saved);
 }
 
-void TakeShortcut(const std::string &bytes) {
-  const std::wstring path = ExpandPath(product::userFolder) + L"\\dropped.lnk";
+/// All that the dock does with a file that a user has dropped: the button, its picture, the task of the jump list.
+void TakeDroppedFile(const std::wstring &extension, const std::string &bytes) {
+  const std::wstring path = ExpandPath(product::userFolder) + L"\\dropped." + extension;
   WriteBytes(path, bytes);
+  MakeDroppedElement(path);
+  try {
+    ProgramDisplayName(path);
+    ProgramImage(path);
+  } catch (const HResultError &) { // the button then gets the default picture
+  }
   Microsoft::WRL::ComPtr<IShellLinkW> link;
   CreateTaskLink(path, {}, {}, link, {});
-  MakeDroppedElement(path);
+  ::DeleteFileW(CachedIconPath(path).c_str()); // one that is there isn't made again
+}
+
+void TakeShortcut(const std::string &bytes) { TakeDroppedFile(L"lnk", bytes); }
+
+void TakeIconFile(const std::string &bytes) { TakeDroppedFile(L"ico", bytes); }
+
+void TakeWebShortcut(const std::string &bytes) { TakeDroppedFile(L"url", bytes); }
+
+/// The file also holds its own localized name, as one in the folder of installed programs may.
+void TakeProgram(const std::string &bytes) {
+  const tests::ImportSlot named(
+      &__imp_SHGetLocalizedName, +[](PCWSTR path, PWSTR module, UINT size, int *id) STDAPICALLTYPE -> HRESULT {
+        *id = 1;
+        return ::lstrcpynW(module, path, static_cast<int>(size)) == nullptr ? E_FAIL : S_OK;
+      });
+  TakeDroppedFile(L"exe", bytes);
 }
 
 std::wstring WideText(const std::string &bytes) {
@@ -405,6 +433,9 @@ const std::vector<Target> &Targets() {
       {"jpeg", L"jpg", MakePicture<PictureKind::Jpeg>, TakePicture},
       {"gif", L"gif", MakePicture<PictureKind::Gif>, TakePicture},
       {"shortcut", L"lnk", MakeShortcut, TakeShortcut},
+      {"program", L"exe", AnyProgram, TakeProgram},
+      {"web", L"url", AnyWebShortcut, TakeWebShortcut},
+      {"iconfile", L"ico", MakePicture<PictureKind::Icon>, TakeIconFile},
       {"drop", L"drop", MakeDrop, TakeDrop},
       {"payload", L"xml", MakePayload, TakePayload},
       {"ini", L"ini", MakeIniFile, TakeIniFile},

@@ -1,5 +1,6 @@
 #include "failing/Calls.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstdlib>
@@ -8,14 +9,28 @@
 #include <utility>
 
 #include "failing/Blocks.h"
+#include "failing/Methods.h"
 #include "failing/ProductCode.h"
 #include "system/Windows.h"
 
+#include <wrl/client.h>
+
 namespace lumenor::failing {
+
+/// A slot of the import table, or of a class's table of methods. The first two fields are read by the assembler code
+/// below.
+struct Passage {
+  void *target;         // where a call goes that doesn't fail
+  std::uint64_t answer; // of a call that fails
+  const PlatformCall *call;
+  void **slot;
+};
 
 namespace {
 
 std::deque<PlatformCall> calls;
+
+std::deque<Passage> passages;
 
 // Read in the middle of calls of the platform, so nothing here may call it: the last error has to stay as it is.
 struct State {
@@ -36,10 +51,13 @@ State state;
 
 bool IsMainThread() { return static_cast<DWORD>(__readgsqword(0x48)) == state.mainThread; }
 
-bool IsCounted(bool isAllocation) {
-  if (!state.armed.load(std::memory_order_relaxed) || isAllocation != (state.kind == Kind::Memory))
+/// Whether what comes now is counted: `kind` as on the main thread.
+bool IsCounted(Kind kind) {
+  if (!state.armed.load(std::memory_order_relaxed))
     return false;
-  return state.kind == Kind::OtherCalls ? !IsMainThread() : IsMainThread() && state.ownCode == 0;
+  if (!IsMainThread())
+    return kind == Kind::Calls && state.kind == Kind::OtherCalls;
+  return kind == state.kind && state.ownCode == 0;
 }
 
 /// A number for the product's nearest functions on the stack: calls of helpers differ by who asks for the help.
@@ -75,7 +93,7 @@ void Note(const Site &site) {
 
 } // namespace
 
-// What the thunks jump to, with the function's PlatformCall in r11. The arguments in registers stay where the callee
+// What the thunks jump to, with the slot's Passage in r11. The arguments in registers stay where the callee
 // expects them; the stack above isn't touched, so that the function finds the rest of its arguments there.
 asm(R"(
   .text
@@ -120,31 +138,44 @@ LumenorFailingCall:
 
 extern "C" void LumenorFailingCall();
 
-/// Whether the call fails. `frame` is where it will return to, and behind that its first four arguments.
-extern "C" int LumenorFails(PlatformCall *call, void **frame) {
-  if (!IsCounted(false) || !IsProductCode(frame[0]))
+namespace {
+
+/// What the call does besides its answer; `arguments` are its own, the object of a method first.
+void Fail(const Passage &passage, void **arguments) {
+  const Failing &how = *passage.call->how;
+  if (how.actsAllTheSame) {
+    using Function = std::uint64_t (*)(void *, void *, void *, void *, void *, void *);
+    reinterpret_cast<Function>(passage.target)(arguments[0], arguments[1], arguments[2], arguments[3], arguments[4],
+                                               arguments[5]);
+  }
+  for (std::size_t i = 0; how.outPointers >> i != 0; ++i)
+    if (auto **const out = static_cast<void **>(arguments[1 + i]); (how.outPointers >> i & 1) != 0 && out != nullptr)
+      *out = nullptr;
+  if (how.lastError != 0)
+    ::SetLastError(how.lastError);
+}
+
+} // namespace
+
+/// Whether the call fails. `frame` is where it will return to, and behind that its arguments.
+extern "C" int LumenorFails(const Passage *passage, void **frame) {
+  if (!IsCounted(passage->call->isMethod ? Kind::Methods : Kind::Calls) || !IsProductCode(frame[0]))
     return 0;
-  ++call->calls;
-  Site site = {call, frame[0]};
-  if (state.kind == Kind::Calls && state.number == 0) {
+  Site site = {passage->call, frame[0]};
+  if (state.kind != Kind::OtherCalls && state.number == 0) {
     site.path = PathToHere();
     Note(site);
   }
   if (!Count(site))
     return 0;
-  if (call->how->actsAllTheSame) {
-    const auto function = reinterpret_cast<std::uint64_t (*)(void *, void *, void *, void *)>(call->target);
-    function(frame[1], frame[2], frame[3], frame[4]);
-  }
-  if (call->how->lastError != 0)
-    ::SetLastError(call->how->lastError);
+  Fail(*passage, frame + 1);
   return 1;
 }
 
 namespace {
 
-/// A thunk that puts `call` into r11 and jumps to the code above.
-void *MakeThunk(PlatformCall *call) {
+/// A thunk that puts `passage` into r11 and jumps to the code above.
+void *MakeThunk(const Passage *passage) {
   static auto *next =
       static_cast<std::uint8_t *>(::VirtualAlloc(nullptr, 1 << 16, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
   std::uint8_t *const thunk = next;
@@ -156,8 +187,8 @@ void *MakeThunk(PlatformCall *call) {
     std::memcpy(next, &address, sizeof address);
     next += sizeof address;
   };
-  put({0x49, 0xbb}); // mov r11, call
-  putAddress(call);
+  put({0x49, 0xbb}); // mov r11, passage
+  putAddress(passage);
   put({0x48, 0xb8}); // mov rax, LumenorFailingCall
   putAddress(reinterpret_cast<void *>(&LumenorFailingCall));
   put({0xff, 0xe0}); // jmp rax
@@ -171,11 +202,31 @@ void Write(void **slot, void *value) {
   ::VirtualProtect(slot, sizeof *slot, protection, &protection);
 }
 
-void StandBetween(const char *name, void **slot) {
-  const Failing *const how = FindFailing(name);
-  PlatformCall &call = calls.emplace_back(PlatformCall{*slot, how == nullptr ? 0 : how->answer, how, name, slot});
-  if (how != nullptr)
-    Write(slot, MakeThunk(&call));
+const PlatformCall &AddFunction(const char *name) {
+  return calls.emplace_back(PlatformCall{name, FindFailing(name), WhyNotFailing(name), false});
+}
+
+void StandBetween(void **slot, const PlatformCall &call) {
+  const Passage &passage =
+      passages.emplace_back(Passage{*slot, call.how == nullptr ? 0 : call.how->answer, &call, slot});
+  if (call.how != nullptr)
+    Write(slot, MakeThunk(&passage));
+}
+
+/// A class of another program may go with the last apartment and come again later, without the thunks.
+void KeepLoaded(const void *table) {
+  HMODULE module = nullptr;
+  ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       static_cast<const wchar_t *>(table), &module);
+}
+
+void StandBetween(const Method &method, void **table) {
+  void **const slot = table + method.slot;
+  const auto isIt = [&](const PlatformCall &call) { return call.how == &method.how; };
+  if (std::ranges::find(passages, slot, &Passage::slot) != passages.end())
+    return;
+  KeepLoaded(table);
+  StandBetween(slot, *std::ranges::find_if(calls, isIt));
 }
 
 } // namespace
@@ -194,18 +245,30 @@ void StandBetween() {
     for (auto *name = reinterpret_cast<const IMAGE_THUNK_DATA *>(base + module->OriginalFirstThunk);
          name->u1.AddressOfData != 0; ++name, ++slot)
       if (!IMAGE_SNAP_BY_ORDINAL64(name->u1.Ordinal))
-        StandBetween(reinterpret_cast<const char *>(base + name->u1.AddressOfData + sizeof(WORD)), slot);
+        StandBetween(slot, AddFunction(reinterpret_cast<const char *>(base + name->u1.AddressOfData + sizeof(WORD))));
+  }
+  for (const Method &method : Methods())
+    calls.push_back({std::string(method.how.name), &method.how, {}, true});
+  for (const OtherMethod &method : OtherMethods())
+    calls.push_back({std::string(method.name), nullptr, method.why, true});
+}
+
+void StandBetween(IUnknown *object) {
+  for (const Method &method : Methods()) {
+    Microsoft::WRL::ComPtr<IUnknown> asked;
+    if (SUCCEEDED(object->QueryInterface(method.interfaceId, &asked)) && asked)
+      StandBetween(method, *reinterpret_cast<void ***>(asked.Get()));
   }
 }
 
 const std::deque<PlatformCall> &PlatformCalls() { return calls; }
 
 void *Redirect(const char *name, void *target) {
-  for (PlatformCall &call : calls)
-    if (call.name == name) {
-      if (call.how == nullptr)
-        Write(call.slot, target);
-      return std::exchange(call.target, target);
+  for (Passage &passage : passages)
+    if (passage.call->name == name) {
+      if (passage.call->how == nullptr)
+        Write(passage.slot, target);
+      return std::exchange(passage.target, target);
     }
   std::abort(); // no such import
 }
@@ -270,7 +333,7 @@ std::uint64_t &HeadOf(void *block) {
 
 void *operator new(std::size_t size) {
   using namespace lumenor::failing;
-  if (IsCounted(true) && Count({}))
+  if (IsCounted(Kind::Memory) && Count({}))
     throw std::bad_alloc();
   auto *const memory = static_cast<std::uint8_t *>(std::malloc(size + headBytes));
   if (memory == nullptr)

@@ -5,20 +5,21 @@
 #include <cstdint>
 #include <deque>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "failing/PlatformCalls.h"
 
+struct IUnknown;
+
 namespace lumenor::failing {
 
-/// A function of the platform. The first two fields are read by the assembler code in Calls.cpp.
+/// A function of the platform, or a method of its objects.
 struct PlatformCall {
-  void *target;         // where a call goes that doesn't fail
-  std::uint64_t answer; // of a call that fails
-  const Failing *how;   // null for one that can't
   std::string name;
-  void **slot;             // of the import table
-  std::uint64_t calls = 0; // of the product, while they were counted
+  const Failing *how;   // null for one that can't
+  std::string_view why; // it can't; empty when nobody has said so
+  bool isMethod;
 };
 
 /// What is counted and made to fail.
@@ -26,6 +27,7 @@ enum class Kind {
   Calls,      // of functions of the platform, on the main thread
   Memory,     // by operator new, on the main thread
   OtherCalls, // of functions of the platform, on the other threads
+  Methods,    // of the platform's objects, called on the main thread
 };
 
 /// A call that was counted, or an allocation.
@@ -39,7 +41,11 @@ struct Site {
 /// Puts a thunk into each slot of this program's import table whose function can fail. Once, on the main thread.
 void StandBetween();
 
-/// All of them; those that can't fail stand there too.
+/// Puts a thunk into the tables of the object's class, for each method that can fail. Every object of the class has the
+/// same tables, so one of each class is enough; slots that have their thunk are left alone.
+void StandBetween(IUnknown *object);
+
+/// The functions of the import table and the methods; those that can't fail stand there too. In every process the same.
 const std::deque<PlatformCall> &PlatformCalls();
 
 /// Leads the calls of a function to one of the test's; the platform's function.

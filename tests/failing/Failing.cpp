@@ -5,7 +5,7 @@
 //                                          spread over all of them, or all for 0
 //   failing one SCENARIO KIND NUMBER       the call with the number, and where the memory comes from that is left
 //
-// A KIND is 0 for functions, 1 for memory, 2 for functions on other threads.
+// A KIND is 0 for functions, 1 for memory, 2 for functions on other threads, 3 for methods of objects.
 //
 // The dock runs in another process of this program, which is started anew when it is gone.
 
@@ -20,6 +20,7 @@
 #include "failing/Blocks.h"
 #include "failing/Calls.h"
 #include "failing/Judgement.h"
+#include "failing/PlatformObjects.h"
 #include "failing/ProductCode.h"
 #include "failing/Run.h"
 #include "failing/Scenarios.h"
@@ -46,7 +47,7 @@ struct Shared {
   std::atomic<std::uint64_t> made;     // to fail
   std::atomic<std::uint64_t> missed;   // calls that didn't come
   std::atomic<std::uint64_t> findings;
-  std::atomic<std::uint64_t> madeOf[mostFunctions]; // by function, in the order of the import table; memory last
+  std::atomic<std::uint64_t> madeOf[mostFunctions]; // in the order of the functions and methods; memory last
 };
 
 using Memory = tests::SharedMemory<Shared>;
@@ -71,7 +72,7 @@ Holdings CountSettled() {
 }
 
 Traces TakeTraces(const World &world, Ending ending) {
-  return {std::move(ending), World::Reports(), world.FailureLines(), world.Heads(), world.Records()};
+  return {std::move(ending), World::Reports(), world.FailureLines(), world.Heads(), world.Records(), World::hasRefused};
 }
 
 /// A scenario in this process, again and again.
@@ -83,7 +84,7 @@ public:
   bool WarmUp() {
     Prepare();
     measure.barBefore = RunPlainNoted().bar;
-    for (const Kind kind : {Kind::OtherCalls, Kind::Memory, Kind::Calls}) {
+    for (const Kind kind : {Kind::Methods, Kind::OtherCalls, Kind::Memory, Kind::Calls}) {
       if (!CountCalls(kind))
         return false;
       const Holdings former = std::exchange(holdings, CountSettled());
@@ -100,8 +101,8 @@ public:
   std::vector<std::uint64_t> Numbers(Kind kind, std::uint64_t every, std::size_t most) const {
     std::vector<std::uint64_t> numbers;
     const std::uint64_t step = every == 0 ? (kind == Kind::Memory ? allocationStep : 1) : every;
-    if (every == 0 && kind == Kind::Calls)
-      numbers = NumbersOfPlaces();
+    if (every == 0 && (kind == Kind::Calls || kind == Kind::Methods))
+      numbers = NumbersOfPlaces(sites.at(kind));
     else
       for (std::uint64_t number = 1; number <= counted.at(kind); number += step)
         numbers.push_back(number);
@@ -162,8 +163,7 @@ private:
     Traces traces = TakeTraces(world, RunScenario(world, scenario, Target{kind, 0}));
     ++shared.progress;
     counted[kind] = CountedSoFar();
-    if (kind == Kind::Calls)
-      sites = Counted();
+    sites[kind] = Counted();
     if (!IsRight(traces))
       return false;
     measure.bar = traces.ending.bar;
@@ -192,7 +192,7 @@ private:
   }
 
   /// The first call of each place.
-  std::vector<std::uint64_t> NumbersOfPlaces() const {
+  static std::vector<std::uint64_t> NumbersOfPlaces(const std::vector<Site> &sites) {
     std::set<std::pair<const void *, std::uint64_t>> seen;
     std::vector<std::uint64_t> numbers;
     for (std::uint64_t number = 1; number <= sites.size(); ++number)
@@ -232,7 +232,7 @@ private:
   Measure measure;
   Holdings holdings;
   std::map<Kind, std::uint64_t> counted;
-  std::vector<Site> sites;
+  std::map<Kind, std::vector<Site>> sites; // that were noted
 };
 
 const Scenario *FindScenario(const std::string &name) {
@@ -246,7 +246,9 @@ Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> SetUp() {
   std::signal(SIGABRT, [](int) { __builtin_trap(); });
   ReadSymbols();
   StandBetween();
-  return CreateGdiRenderTarget();
+  auto target = CreateGdiRenderTarget();
+  StandBetweenObjects(target.Get());
+  return target;
 }
 
 /// What to take of a scenario's calls.
@@ -255,7 +257,7 @@ struct Sample {
   std::size_t most; // of each kind; 0: all
 };
 
-constexpr Kind kinds[] = {Kind::Calls, Kind::Memory, Kind::OtherCalls};
+constexpr Kind kinds[] = {Kind::Calls, Kind::Memory, Kind::OtherCalls, Kind::Methods};
 
 int TakeCalls(const std::string &name, Sample sample, Shared &shared) {
   const auto target = SetUp();
@@ -319,11 +321,11 @@ void TakeScenario(const Scenario &scenario, Sample sample, Shared &shared, const
   }
 }
 
-/// The functions of the import table: how often each was made to fail, or why it wasn't.
+/// The functions of the import table and the methods: how often each was made to fail, or why it wasn't.
 void PrintFunctions(const Shared &shared) {
   const auto &calls = PlatformCalls();
   for (std::size_t i = 0; i < calls.size(); ++i) {
-    const std::string_view why = WhyNotFailing(calls[i].name);
+    const std::string_view why = calls[i].why;
     if (calls[i].how != nullptr)
       std::printf("%8llu %s\n", static_cast<unsigned long long>(shared.madeOf[i]), calls[i].name.c_str());
     else

@@ -14,7 +14,8 @@ struct Traces {
   Texts reports;
   std::vector<std::string> lines; // about failures, in the log
   Texts heads;
-  int records = 0; // of the dock's use
+  int records = 0;         // of the dock's use
+  bool hasRefused = false; // a drop, as the user sees
 };
 
 /// What a run is measured by: those in which nothing failed.

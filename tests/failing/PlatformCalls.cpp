@@ -224,7 +224,7 @@ constexpr Reason reasons[] = {
     {"only the test and the run-time libraries call it",
      "AcquireSRWLockExclusive CopyFileW CreateFileMappingW CreateProcessW EnumChildWindows "
      "EnumThreadWindows FindWindowExW FormatMessageA GetClassNameW GetCurrentDirectoryW GetExitCodeProcess "
-     "GetFileSize GetModuleHandleA GetProcessTimes GetSystemTimeAdjustment GetTempPathW GetThreadTimes "
+     "GetFileSize GetModuleHandleA GetModuleHandleExW GetProcessTimes GetSystemTimeAdjustment GetTempPathW GetThreadTimes "
      "GlobalAlloc GlobalLock GlobalUnlock MapViewOfFile PeekMessageW QueryPerformanceCounter "
      "QueryPerformanceFrequency RegCopyTreeW RegDeleteTreeW RegGetValueW ReleaseSRWLockExclusive "
      "RemoveDirectoryW RtlCaptureStackBackTrace SetEnvironmentVariableW SetSystemTime TerminateProcess "

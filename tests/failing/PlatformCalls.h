@@ -8,14 +8,18 @@
 
 namespace lumenor::failing {
 
-/// How a function that fails answers.
+/// How a function or a method that fails answers.
 struct Failing {
   std::string_view name;
   std::uint64_t answer;
   DWORD lastError; // none when 0
 
-  /// A function that gives something back does so all the same: else the test itself would leave it behind.
+  /// What gives something back does so all the same: else the test itself would leave it behind.
   bool actsAllTheSame;
+
+  /// The arguments of a method by which it gives out objects, null after a failure: the lowest bit stands for the first
+  /// one behind the object itself.
+  std::uint32_t outPointers = 0;
 };
 
 /// How the function fails; null for one that can't.

@@ -23,13 +23,16 @@ struct Function {
 };
 
 std::vector<Function> functions; // by their begins
+std::uintptr_t endOfProgram = 0;
 
-/// The entry function and what its file has for itself stand outside of the product's namespace.
+/// The entry function and what its file has for itself stand outside of the product's namespace. The operations of
+/// smart pointers are compiled into whoever uses them; the test's are told from the product's by OwnCode.
 bool IsProductName(std::string_view name) {
   for (const std::string_view others : {"7lumenor5tests", "7lumenor4desk", "7lumenor7failing"})
     if (name.find(others) != std::string_view::npos)
       return false;
-  return name.find("7lumenor") != std::string_view::npos || name == "wWinMain" || name.starts_with("_ZN12_GLOBAL__N_1");
+  return name.find("7lumenor") != std::string_view::npos || name == "wWinMain" ||
+         name.starts_with("_ZN12_GLOBAL__N_1") || name.find("9Microsoft3WRL") != std::string_view::npos;
 }
 
 /// The file of this program.
@@ -52,8 +55,11 @@ public:
     strings = symbols + headers.FileHeader.NumberOfSymbols * std::size_t{IMAGE_SIZEOF_SYMBOL};
   }
 
+  /// Where the program ends in memory.
+  std::uintptr_t End() const { return Base() + headers.OptionalHeader.SizeOfImage; }
+
   std::vector<Function> Functions() const {
-    const auto base = reinterpret_cast<std::uintptr_t>(::GetModuleHandleW(nullptr));
+    const std::uintptr_t base = Base();
     std::vector<Function> found;
     for (std::size_t i = 0; i < headers.FileHeader.NumberOfSymbols; ++i) {
       IMAGE_SYMBOL symbol = {};
@@ -72,6 +78,8 @@ public:
   }
 
 private:
+  static std::uintptr_t Base() { return reinterpret_cast<std::uintptr_t>(::GetModuleHandleW(nullptr)); }
+
   template <typename T> void Read(std::size_t at, T &to) const { std::memcpy(&to, file.data() + at, sizeof to); }
 
   IMAGE_SECTION_HEADER Section(int number) const {
@@ -98,14 +106,19 @@ private:
 };
 
 const Function *FunctionAt(const void *address) {
-  const auto next =
-      std::ranges::upper_bound(functions, reinterpret_cast<std::uintptr_t>(address), {}, &Function::begin);
-  return next == functions.begin() ? nullptr : &*(next - 1);
+  const auto place = reinterpret_cast<std::uintptr_t>(address);
+  const auto next = std::ranges::upper_bound(functions, place, {}, &Function::begin);
+  return next == functions.begin() || place >= endOfProgram ? nullptr : &*(next - 1);
 }
 
 } // namespace
 
-void ReadSymbols() { functions = SymbolTable(ReadOwnFile()).Functions(); }
+void ReadSymbols() {
+  const std::string file = ReadOwnFile();
+  const SymbolTable table(file);
+  functions = table.Functions();
+  endOfProgram = table.End();
+}
 
 bool IsProductCode(const void *address) {
   const Function *const function = FunctionAt(address);

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "dock/DockMessages.h"
-#include "dock/dragdrop/DragObjects.h"
 #include "failing/Calls.h"
+#include "failing/OthersData.h"
 
 #include <ole2.h>
 
@@ -111,29 +111,40 @@ void ChangeForYou(Stage &stage) {
 
 void TypeWord(Stage &stage) { ::SetWindowTextW(stage.Control(TextBoxId), L"word"); }
 
+/// The end of a drag with the effect that its last move had: without one there is no drop, and the cursor has said so.
+HRESULT EndDrag(IDataObject *data, POINTL point, DWORD allowed, DWORD effect) {
+  IDropTarget *const target = World::DropTarget();
+  if (target == nullptr)
+    return DRAGDROP_S_CANCEL;
+  if (effect == DROPEFFECT_NONE) {
+    World::hasRefused = true;
+    target->DragLeave();
+    return DRAGDROP_S_CANCEL;
+  }
+  effect = allowed;
+  return FAILED(target->Drop(data, 0, point, &effect)) ? DRAGDROP_S_CANCEL : DRAGDROP_S_DROP;
+}
+
 /// What a drag of the platform does over the row, up to the drop on the right half of its last button.
 HRESULT DropOnRow(IDataObject *data, DWORD allowed) {
   const RECT place = PlaceOf(Stage::Control(FirstUserButtonId + userButtons - 1));
   const POINTL point = {place.right - 8, (place.top + place.bottom) / 2};
+  DWORD effect = allowed;
   for (const bool isFirst : {true, false}) {
     IDropTarget *const target = World::DropTarget();
     if (target == nullptr)
       return DRAGDROP_S_CANCEL;
-    DWORD effect = allowed;
     if (isFirst)
       target->DragEnter(data, MK_LBUTTON, point, &effect);
     effect = allowed;
     target->DragOver(MK_LBUTTON, point, &effect);
   }
-  DWORD effect = allowed;
-  if (IDropTarget *const target = World::DropTarget();
-      target != nullptr && FAILED(target->Drop(data, 0, point, &effect)))
-    return DRAGDROP_S_CANCEL;
-  return DRAGDROP_S_DROP;
+  return EndDrag(data, point, allowed, effect);
 }
 
 void DropFile(Stage &stage) {
-  const auto data = MakeFileData({stage.world.DroppedPath()});
+  const auto data = MakeComObject<OthersData>(stage.world.DroppedPath());
+  StandBetween(data.Get());
   const ProductsTurn turn;
   DropOnRow(data.Get(), DROPEFFECT_COPY);
 }

@@ -10,11 +10,14 @@
 #include "failing/Scenarios.h"
 #include "support/ComApartment.h"
 #include "support/HandleCounts.h"
+#include "system/HResultError.h"
 #include "system/Log.h"
 #include "toolkit/drawing/WICHelper.h"
 #include "tracking/UsageTracker.h"
 
 #include <ole2.h>
+#include <shlobj.h>
+#include <wrl/client.h>
 
 namespace lumenor::failing {
 
@@ -108,6 +111,7 @@ int CountOf(const std::string &what, const std::string &text) {
 } // namespace
 
 HRESULT (*World::drag)(IDataObject *data) = nullptr;
+bool World::hasRefused = false;
 
 World::World() {
   Replace("ReportEventW", &HearReport);
@@ -128,7 +132,6 @@ void World::WritePictures() const {
   const std::wstring installed = folders.InstallFolder();
   tests::WriteBytes(installed + L"\\Dock\\LumenorDock.exe", "");
   tests::MakeFolders(installed + L"\\resources");
-  tests::MakeFolders(folders.CommonFolder() + L"\\ImageCache");
   const std::wstring picture = folders.Root() + L"\\picture.png";
   SaveHBitmapAsPng(CreateDib(16, 16).Get(), picture);
   for (const wchar_t *name :
@@ -139,10 +142,21 @@ void World::WritePictures() const {
   ReleaseImagingFactory();
 }
 
+void World::WriteShortcut() const {
+  const tests::ComApartment com;
+  Microsoft::WRL::ComPtr<IShellLinkW> link;
+  ThrowIfFailed(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&link)));
+  ThrowIfFailed(link->SetPath(DroppedPath().c_str()));
+  Microsoft::WRL::ComPtr<IPersistFile> file;
+  ThrowIfFailed(link.As(&file));
+  ThrowIfFailed(file->Save(ShortcutPath().c_str(), TRUE));
+}
+
 /// What no dock writes: pictures, texts, stubs, lists of others.
 void World::WriteContent() const {
   WritePictures();
   tests::WriteText(DroppedPath(), L"content");
+  WriteShortcut();
   const std::wstring picture = folders.Root() + L"\\picture.png";
   const std::wstring stubs = folders.CommonFolder() + L"\\LangRes\\xx_xx\\";
   for (const wchar_t *head : {L"Stub 1", L"Stub 2"})
@@ -166,15 +180,26 @@ void World::WriteContent() const {
                                                        L"</Providers></SearchingProviders>");
 }
 
-void World::WriteDocument(const std::wstring &name, const Texts &heads, const std::wstring &action) const {
+void World::WriteRows(const std::wstring &name, const Texts &rows) const {
   std::wstring elements;
-  int position = 0;
-  for (const std::wstring &head : heads)
-    elements += L"<Element>" +
-                Row(head, action, action == L"xml" ? folderDocument : L"http://nowhere.invalid/" + head,
-                    folders.Root() + L"\\picture.png", ++position) +
-                L"</Element>";
+  for (const std::wstring &row : rows)
+    elements += L"<Element>" + row + L"</Element>";
   tests::WriteText(folders.UserFolder() + L"\\" + name + L".xml", Whole(name, elements));
+}
+
+void World::WriteDocument(const std::wstring &name, const Texts &heads, const std::wstring &action) const {
+  Texts rows;
+  for (const std::wstring &head : heads)
+    rows.push_back(Row(head, action, action == L"xml" ? folderDocument : L"http://nowhere.invalid/" + head,
+                       folders.Root() + L"\\picture.png", static_cast<int>(rows.size()) + 1));
+  WriteRows(name, rows);
+}
+
+void World::WriteButtons() const {
+  const std::wstring picture = folders.Root() + L"\\picture.png";
+  WriteRows(userDocumentName, {Row(L"A", L"url", L"http://nowhere.invalid/A", picture, 1),
+                               Row(L"B", L"exe", L'"' + ShortcutPath() + L'"', picture, 2),
+                               Row(L"C", L"exe", L'"' + DroppedPath() + L'"', picture, 3)});
 }
 
 void World::WriteForYou(int rows) const {
@@ -186,7 +211,7 @@ void World::WriteForYou(int rows) const {
 
 void World::Reset() const {
   ForgetUser();
-  WriteDocument(userDocumentName, {L"A", L"B", L"C"});
+  WriteButtons();
   WriteDocument(mainDocumentName, {L"Folder"}, L"xml");
   WriteDocument(folderDocument, {L"Row 1", L"Row 2"});
   WriteDocument(forYouDocumentName, {});
@@ -200,6 +225,8 @@ void World::Reset() const {
 
 void World::ForgetUser() const {
   tests::DeleteTree(folders.AppData() + L"\\Tarnwick");
+  tests::DeleteTree(folders.CommonFolder() + L"\\ImageCache");
+  tests::MakeFolders(folders.CommonFolder() + L"\\ImageCache");
   log.Clear();
   registry.Delete();
   registry.Create();
@@ -207,6 +234,7 @@ void World::ForgetUser() const {
   launches.clear();
   usageTracker = UsageTracker();
   mainApplicationStarted = false;
+  hasRefused = false;
   ForgetDrag();
 }
 

@@ -33,7 +33,8 @@ class World {
 public:
   World();
 
-  /// Puts the user's files, the registry and the state of the process to the beginning.
+  /// Puts the user's files, the registry and the state of the process to the beginning. The user has a button for an
+  /// address, one for a shortcut and one for a file; no picture is shaded yet.
   void Reset() const;
 
   /// Takes all that the first start makes.
@@ -51,8 +52,9 @@ public:
   /// Makes the payload due for its transfer.
   void MakePayloadDue() const;
 
-  /// A file that a user could drop, "Dropped" by its label.
+  /// A file that a user could drop, "Dropped" by its label, and a shortcut to it.
   std::wstring DroppedPath() const { return folders.Root() + L"\\Dropped.txt"; }
+  std::wstring ShortcutPath() const { return folders.Root() + L"\\Shortcut.lnk"; }
 
   /// Writes a list for the For You flyout with so many rows.
   void WriteForYou(int rows) const;
@@ -71,6 +73,9 @@ public:
   static IDropTarget *DropTarget();
   static HRESULT (*drag)(IDataObject *data);
 
+  /// Whether the dock has refused a drop since Reset, which the program that is dragged from is told.
+  static bool hasRefused;
+
   static Holdings CountHoldings();
 
   const tests::TestFolders folders;
@@ -78,7 +83,10 @@ public:
 private:
   void WriteContent() const;
   void WritePictures() const;
+  void WriteShortcut() const;
+  void WriteButtons() const;
   void WriteDocument(const std::wstring &name, const Texts &heads, const std::wstring &action = L"url") const;
+  void WriteRows(const std::wstring &name, const Texts &rows) const;
 
   const tests::KeptRegistryKey registry{HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick\\Lumenor"};
   const tests::KeptRegistryKey tracking{HKEY_CURRENT_USER, L"SOFTWARE\\Wow6432Node\\Tarnwick\\Lumenor\\Dock"};

@@ -58,6 +58,13 @@ void StandBetweenEncoder(IWICStream *stream, IWICBitmapSource *source) {
   ThrowIfFailed(encoder->Commit());
 }
 
+/// What the imaging service keeps of the registry once it has looked there for a decoder. The dock seldom lets it, so
+/// that it would be taken for what a run leaves behind.
+void SearchDecoder(IWICImagingFactory *factory, IWICStream *stream) {
+  ComPtr<IWICBitmapDecoder> found;
+  ThrowIfFailed(factory->CreateDecoderFromStream(stream, nullptr, WICDecodeMetadataCacheOnLoad, &found));
+}
+
 /// Reads it again.
 void StandBetweenDecoder(IWICStream *stream) {
   ComPtr<IClassFactory> decoders;
@@ -91,6 +98,7 @@ void StandBetweenPictures() {
   StandBetween(converter.Get());
   ThrowIfFailed(stream->InitializeFromIStream(memory.Get()));
   StandBetweenEncoder(stream.Get(), picture.Get());
+  SearchDecoder(factory.Get(), stream.Get());
   StandBetweenDecoder(stream.Get());
 }
 

@@ -7,6 +7,7 @@
 #include "dock/dragdrop/DataObject.h"
 #include "dock/dragdrop/DragState.h"
 #include "system/HResultError.h"
+#include "system/Log.h"
 #include "system/ScopeExit.h"
 
 #include <shlobj.h>
@@ -114,8 +115,10 @@ HRESULT CDropTarget::Take(IDataObject &data, POINTL point) const {
   STGMEDIUM files = {};
   const ScopeExit release([&files] { ::ReleaseStgMedium(&files); }); // filled or not
   const HRESULT result = data.GetData(&format, &files);
-  if (FAILED(result))
+  if (FAILED(result)) {
+    LogError("DropTarget: the dropped files can't be had, error %x", static_cast<unsigned>(result));
     return result;
+  }
   if (draggedButton != nullptr)
     Notify(DropNotification, PackedPoint(point));
   else if (files.tymed == TYMED_HGLOBAL && files.hGlobal != nullptr)

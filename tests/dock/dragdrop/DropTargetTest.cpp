@@ -1,6 +1,7 @@
 // What the platform is told of a drag over the bar, and what the bar is told: the drop target through its interface,
 // with a window in the bar's place that notes what comes.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "dock/DockMessages.h"
@@ -9,7 +10,9 @@
 #include "dock/dragdrop/DropTarget.h"
 #include "support/ComApartment.h"
 #include "support/FailingClass.h"
+#include "support/LogCapture.h"
 #include "support/OperationSpy.h"
+#include "support/TestFolders.h"
 #include "system/HResultError.h"
 #include "system/WindowException.h"
 #include "toolkit/WindowImpl.h"
@@ -275,6 +278,15 @@ TEST_F(DropTarget, ReturnsTheFailureOfASourceThatHasGone) {
   const auto text = MakeTextData();
   EXPECT_EQ(DV_E_FORMATETC, Drop(text.Get()));
   EXPECT_EQ((Arrivals{}), window.Take());
+}
+
+// Nobody else tells the user why the drop adds nothing.
+TEST_F(DropTarget, LogsTheFailureOfASourceThatHasGone) {
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  Enter(files.Get());
+  Drop(MakeTextData().Get());
+  EXPECT_THAT(log.Lines(), ::testing::ElementsAre("ERROR: DropTarget: the dropped files can't be had, error 80040064"));
 }
 
 TEST_F(DropTarget, ReleasesWhatItWasGiven) {

@@ -59,8 +59,10 @@ bool HasDoctype(const XmlDocumentPtr &document) {
   return type != nullptr;
 }
 
-/// The document after the parser's result; null when it must not be used.
+/// The document after the parser's result; null when it must not be used. A lack of memory says nothing about it.
 XmlDocumentPtr Parsed(const XmlDocumentPtr &document, HRESULT result, VARIANT_BOOL isParsed) {
+  if (result == E_OUTOFMEMORY)
+    throw HResultError(result);
   return SUCCEEDED(result) && isParsed && !HasDoctype(document) ? document : nullptr;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 // A thin wrapper over the platform's XML DOM. Needs a thread that has initialised COM; DOM objects stay on it.
 //
-// A failed call raises HResultError; a null node raises it with E_INVALIDARG, a failed string allocation with
-// E_OUTOFMEMORY. XPaths are the DOM's, relative to the node that they are given with.
+// A failed call raises HResultError; a null node raises it with E_INVALIDARG, a failed string allocation and a parser
+// without memory with E_OUTOFMEMORY. XPaths are the DOM's, relative to the node that they are given with.
 
 #include <cstddef>
 #include <cstdint>

@@ -6,6 +6,7 @@
 #include "support/FailingDisk.h"
 #include "support/ImportSlot.h"
 #include "support/LogCapture.h"
+#include "support/OperationSpy.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
 #include "system/HResultError.h"
@@ -217,6 +218,19 @@ TEST_F(Xml, AFailedStringAllocationIsOutOfMemory) {
   EXPECT_EQ(outOfMemory, FailureOf([&] { NodeAttribute(SelectNode(document, L"a"), L"a"); }));
   EXPECT_EQ(outOfMemory, FailureOf([&] { CreateNode(document, L"a", L"b"); }));
   EXPECT_EQ(outOfMemory, FailureOf([&] { CreateProcessingInstruction(document, L"a", L"b"); }));
+}
+
+/// A document that was taken for a damaged one wouldn't be saved, or would be replaced.
+TEST_F(Xml, AParserWithoutMemoryIsOutOfMemory) {
+  constexpr std::size_t loadSlot = 58, loadXmlSlot = 65;
+  constexpr auto outOfMemory = static_cast<HRESULT>(0x8007000E);
+  const XmlDocumentPtr document = LoadXmlString(L"<a/>");
+  const auto fail = +[](void *, void *, void *) STDMETHODCALLTYPE -> HRESULT { return E_OUTOFMEMORY; };
+  tests::OperationSpy spy(document.Get());
+  spy.Exchange(loadSlot, fail);
+  spy.Exchange(loadXmlSlot, fail);
+  EXPECT_EQ(outOfMemory, FailureOf([] { LoadXmlFile(L"a"); }));
+  EXPECT_EQ(outOfMemory, FailureOf([] { LoadXmlString(L"<a/>"); }));
 }
 
 TEST_F(Xml, WithoutComADocumentRaises) {

@@ -172,16 +172,19 @@ private:
   std::size_t entries = 0;
 };
 
-/// The sections that have a place in the file. Nothing when one of them doesn't lie within it.
-std::optional<std::vector<Section>> SectionsIn(const PartReader &file, std::string_view table) {
+/// The sections that have a place in the file. Nothing when one of them doesn't lie within it, or in memory within the
+/// first `headsSize` bytes, where addresses count as places in the file.
+std::optional<std::vector<Section>> SectionsIn(const PartReader &file, std::string_view table,
+                                               std::uint32_t headsSize) {
   std::vector<Section> sections;
   for (std::size_t at = 0; at + sectionBytes <= table.size(); at += sectionBytes) {
     const Section section{*NumberAt<std::uint32_t>(table, at + 12), *NumberAt<std::uint32_t>(table, at + 16),
                           *NumberAt<std::uint32_t>(table, at + 20)};
-    if (!file.Holds(section.place, section.size) && section.place != 0)
+    if (section.place == 0)
+      continue; // it is in memory only
+    if (!file.Holds(section.place, section.size) || section.address < headsSize)
       return {};
-    if (section.place != 0) // else it is in memory only
-      sections.push_back(section);
+    sections.push_back(section);
   }
   return sections;
 }
@@ -197,6 +200,7 @@ std::optional<std::uint32_t> AddressOfResources(std::string_view head) {
 }
 
 bool IsWholeProgram(const PartReader &file, std::uint32_t start, std::span<const std::uint32_t> types) {
+  constexpr std::size_t sizeOfHeads = 60;
   const std::string signature = file.Read(start, signatureBytes);
   if (signature.size() != signatureBytes || signature.starts_with("NE"))
     return false; // one for 16 bits can't run, and isn't worth its own check
@@ -205,9 +209,10 @@ bool IsWholeProgram(const PartReader &file, std::uint32_t start, std::span<const
   const std::size_t count = *NumberAt<std::uint16_t>(signature, 6), headSize = *NumberAt<std::uint16_t>(signature, 20);
   const std::string heads =
       count > mostSections ? "" : file.Read(start + signatureBytes, headSize + count * sectionBytes);
-  const std::string_view all = heads;
-  const auto address = AddressOfResources(all.substr(0, headSize));
-  const auto sections = SectionsIn(file, all.substr(std::min(headSize, all.size())));
+  const std::string_view all = heads, head = all.substr(0, headSize);
+  const auto address = AddressOfResources(head);
+  const auto sections =
+      SectionsIn(file, all.substr(head.size()), NumberAt<std::uint32_t>(head, sizeOfHeads).value_or(0));
   if (!address || !sections)
     return false;
   if (*address == 0)

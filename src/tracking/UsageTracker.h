@@ -92,7 +92,7 @@ private:
   SYSTEMTIME sessionStartLocal{};
   std::uint32_t nextElementSeq = 1;
   std::uint32_t subSessionId = 1; // always
-  SYSTEMTIME nextTransferTime{}; // UTC
+  SYSTEMTIME nextTransferTime{};  // UTC
   std::vector<TrackRecord> records;
 };
 

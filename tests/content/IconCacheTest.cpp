@@ -66,6 +66,15 @@ TEST_F(IconCacheTest, AFileWithoutAnIconLeavesNoTrace) {
   EXPECT_THAT(IconSpy::destroyed, IsEmpty());
 }
 
+TEST_F(IconCacheTest, TheShellIsNotAskedForTheIconOfADamagedFile) {
+  const IconSpy icons(false, true);
+  WriteBytes(Path(L"a.exe"), "MZ");
+  WriteBytes(Path(L"a.lnk"), "no shortcut");
+  EXPECT_EQ(L"", CacheAssociatedIcon(Path(L"a.exe")));
+  EXPECT_EQ(L"", CacheAssociatedIcon(Path(L"a.lnk")));
+  EXPECT_THAT(IconSpy::associatedAsked, IsEmpty());
+}
+
 TEST_F(IconCacheTest, AnIconThatIsThereIsNotWrittenAgain) {
   const IconSpy icons(false, true);
   WriteBytes(Folder() + L"\\a.txt.ico", "former");

@@ -90,6 +90,16 @@ TEST_F(CreateTaskLinkTest, TakesTheGivenIconWithoutAskingTheShell) {
   EXPECT_THAT(IconSpy::associatedAsked, IsEmpty());
 }
 
+TEST_F(CreateTaskLinkTest, DoesNotAskTheShellForTheIconOfADamagedProgram) {
+  const IconSpy icons(true, true);
+  const std::wstring damaged = Path(L"damaged.exe");
+  WriteBytes(damaged, "MZ");
+  ASSERT_EQ(S_OK, Create(damaged));
+  EXPECT_EQ(L"", Described(link.Get()).icon);
+  EXPECT_THAT(IconSpy::ownAsked, IsEmpty());
+  EXPECT_THAT(IconSpy::associatedAsked, IsEmpty());
+}
+
 TEST_F(CreateTaskLinkTest, DestroysTheIconThatTellsOfTheFilesOwn) {
   const IconSpy icons(true, true);
   ASSERT_EQ(S_OK, Create(program));

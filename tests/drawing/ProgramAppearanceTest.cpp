@@ -54,14 +54,18 @@ TEST_F(ProgramAppearance, AFileWithoutAnIconHasAnImageToo) {
   }
 }
 
-TEST_F(ProgramAppearance, ADamagedShortcutHasNoImage) {
-  const std::wstring path = folders.Root() + L"\\damaged.lnk";
-  WriteBytes(path, "no shortcut");
-  try {
-    ProgramImage(path);
-    FAIL() << "nothing was raised";
-  } catch (const HResultError &error) {
-    EXPECT_EQ(HResultFromError(ERROR_FILE_CORRUPT), error.Result());
+TEST_F(ProgramAppearance, ADamagedFileHasNoImage) {
+  const std::pair<const wchar_t *, std::string> files[] = {
+      {L"a.lnk", "no shortcut"}, {L"a.exe", "MZ"}, {L"a.ico", std::string("\0\0\1\0", 4)}};
+  for (const auto &[name, bytes] : files) {
+    const std::wstring path = folders.Root() + L"\\" + name;
+    WriteBytes(path, bytes);
+    try {
+      ProgramImage(path);
+      FAIL() << "nothing was raised";
+    } catch (const HResultError &error) {
+      EXPECT_EQ(HResultFromError(ERROR_FILE_CORRUPT), error.Result());
+    }
   }
 }
 

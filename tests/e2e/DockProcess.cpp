@@ -48,8 +48,10 @@ DockProcess::DockProcess(const Installation &installation, const std::wstring &a
   STARTUPINFOW start = {};
   start.cb = sizeof(start);
   PROCESS_INFORMATION started = {};
-  if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started))
+  if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started)) {
+    std::printf("the dock can't be started, error %lu\n", ::GetLastError());
     return;
+  }
   ::CloseHandle(started.hThread);
   process.Reset(started.hProcess);
   id = started.dwProcessId;

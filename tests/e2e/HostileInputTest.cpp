@@ -155,6 +155,19 @@ TEST_F(HostileInput, BadRecordsOfTheUserCostTheirButtonOrItsPictureAndNothingEls
   }
 }
 
+TEST_F(HostileInput, ADamagedProgramOnTheRowHasTheDefaultPictureAndALogLine) {
+  const std::wstring icon = installation.WriteAside(L"a.ico", std::string("\0\0\1\0\1\0", 6));
+  const std::wstring program = installation.WriteAside(L"a.exe", "MZ" + std::string(58, '\0') + "\xFF\xFF\xFF\x7F");
+  installation.WriteDocument(userDocument,
+                             {{.head = L"Icon", .actionType = L"exe", .actionParams = icon, .image = L""},
+                              {.head = L"Program", .actionType = L"exe", .actionParams = program, .image = L""}});
+  ShownDock dock(installation);
+  EXPECT_NE(nullptr, dock.Control(2001));
+  EXPECT_TRUE(installation.Logged("a.ico is damaged"));
+  EXPECT_TRUE(installation.Logged("a.exe is damaged"));
+  EXPECT_EQ(0U, CloseByButton(dock));
+}
+
 TEST_F(HostileInput, TextsOfMegabytesAreShownAsFarAsTheyFitAndSavedWhole) {
   const auto entry = [&](std::size_t head, std::size_t toolTip) {
     return Entry{.head = std::wstring(head, L'm'),

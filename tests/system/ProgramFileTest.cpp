@@ -103,6 +103,8 @@ TEST_F(ProgramFile, WithAWrongHeadIsDamaged) {
   EXPECT_TRUE(IsDamagedWith(64 + 24 + 108, 2)) << "directories without one";
   EXPECT_TRUE(IsDamagedWith(64 + 24 + 112 + 16, 0x9000)) << "in no section";
   EXPECT_FALSE(IsDamagedWith(64 + 24 + 112 + 16, 0)) << "nowhere";
+  EXPECT_FALSE(IsDamagedWith(64 + 24 + 60, 0x1000));
+  EXPECT_TRUE(IsDamagedWith(64 + 24 + 60, 0x1001)) << "heads that reach into the section";
   const std::size_t section = 64 + 24 + 112 + 16 * 8;
   EXPECT_TRUE(IsDamagedWith(section + 16, 0x10000)) << "a section longer than the file";
   EXPECT_TRUE(IsDamagedWith(section + 20, 0xFFFFFFFF)) << "a section behind its end";

@@ -7,6 +7,7 @@
 
 #include "dock/dragdrop/DroppedFile.h"
 #include "support/ImportSlot.h"
+#include "support/ProgramBytes.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
 
@@ -134,6 +135,17 @@ TEST_F(LocalizedFile, HasTheNameOfALibraryForAnotherProcessor) {
 TEST_F(LocalizedFile, WhoseLibraryIsMissingHasAnEmptyLabel) {
   nameModule = L"C:\\gone\\gone.dll";
   EXPECT_EQ(L"", LabelOf(L"C:\\windows\\notepad.exe"));
+}
+
+TEST_F(LocalizedFile, WhoseLibraryIsDamagedHasAnEmptyLabel) {
+  const tests::TestFolders folders;
+  nameModule = folders.Root() + L"\\a.dll";
+  nameId = 1;
+  const std::string before(2, '\0'), text = tests::NumberBytes(4, 2) + std::string("a\0b\0c\0d\0", 8);
+  tests::WriteBytes(nameModule, tests::MakeProgram({{6, before + text + std::string(28, '\0')}}));
+  EXPECT_EQ(L"abcd", LabelOf(L"C:\\windows\\notepad.exe"));
+  tests::WriteBytes(nameModule, tests::MakeProgram({{6, before + text + std::string(27, '\0')}}));
+  EXPECT_EQ(L"", LabelOf(L"C:\\windows\\notepad.exe")) << "texts without their end";
 }
 
 TEST_F(LocalizedFile, WhoseTextIsMissingHasAnEmptyLabel) {

@@ -23,7 +23,8 @@ constexpr std::size_t mostSections = 96;                  // as the platform's l
 constexpr std::size_t largestResources = 16 << 20;        // bytes, ahead of which all directories have to lie
 constexpr std::size_t mostEntries = 1 << 16;              // of the directories of one program
 constexpr std::uint32_t highBit = std::uint32_t{1} << 31; // of an entry: a name, a directory
-constexpr std::uint32_t longestSide = 1024;               // pixels of an icon
+constexpr std::uint32_t lowWord = 0xFFFF;
+constexpr std::uint32_t longestSide = 1024; // pixels of an icon
 constexpr std::size_t textsOfABlock = 16;
 
 constexpr std::uint32_t iconType = 3, textType = 6, iconGroupType = 14;
@@ -92,8 +93,9 @@ public:
 
   /// Whether all of the `types` are whole.
   bool AreWhole(std::span<const std::uint32_t> types) {
-    return ForEachEntry(0, [&](std::uint32_t name, std::uint32_t type) {
-      return std::ranges::find(types, name) == types.end() || IsWholeType(name, type);
+    return ForEachEntry(0, [&](std::uint32_t name, std::uint32_t names) {
+      const std::uint32_t type = name & lowWord; // the rest of a number isn't looked at by all who read it
+      return std::ranges::find(types, type) == types.end() || IsWholeType(type, names);
     });
   }
 

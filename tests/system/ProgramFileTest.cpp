@@ -136,6 +136,12 @@ TEST_F(ProgramFile, WhoseResourcesLeadOutOfItIsDamaged) {
   EXPECT_TRUE(IsDamagedWith(leaf + 4, 0xFFFFFFFF)) << "data over the end";
 }
 
+TEST_F(ProgramFile, WhoseTypeHasMoreThanItsNumberIsCheckedAsThatType) {
+  constexpr std::size_t type = programHeadBytes + 16;
+  EXPECT_TRUE(IsDamaged(MakeProgram({{iconType, IconOf(3, 6)}}).replace(type, 4, NumberBytes(0x20003, 4))));
+  EXPECT_FALSE(IsDamaged(MakeProgram({{iconType, IconOf(3, 6)}}).replace(type, 4, NumberBytes(0x20004, 4))));
+}
+
 TEST_F(ProgramFile, WithAnIconOfAnotherSizeIsDamaged) {
   EXPECT_FALSE(IsIconDamaged("\x89PNG\r\n\x1A\n and more"));
   EXPECT_FALSE(IsIconDamaged(IconOf(2, 4, 8, 0, 2)));

@@ -4,58 +4,59 @@
 #include <gtest/gtest.h>
 
 #include "support/LogCapture.h"
+#include "support/ProgramBytes.h"
 #include "support/TestFolders.h"
 
 namespace lumenor {
 namespace {
 
 using namespace std::literals;
+using tests::NumberBytes;
 using tests::WriteBytes;
-
-std::string Number(std::uint32_t number, int bytes) {
-  std::string text;
-  for (int i = 0; i < bytes; ++i)
-    text += static_cast<char>(number >> 8 * i & 0xFF);
-  return text;
-}
 
 /// A shortcut with these flags, and `parts` behind its head.
 std::string ShortcutOf(std::uint32_t flags, const std::string &parts) {
-  return "\x4C\0\0\0\x01\x14\x02\0\0\0\0\0\xC0\0\0\0\0\0\0\x46"s + Number(flags, 4) + std::string(52, '\0') + parts;
+  return "\x4C\0\0\0\x01\x14\x02\0\0\0\0\0\xC0\0\0\0\0\0\0\x46"s + NumberBytes(flags, 4) + std::string(52, '\0') +
+         parts;
 }
 
 /// An item of a target, with its length in front.
 std::string Item(const std::string &content) {
-  return Number(static_cast<std::uint32_t>(content.size()) + 2, 2) + content;
+  return NumberBytes(static_cast<std::uint32_t>(content.size()) + 2, 2) + content;
 }
-std::string Target(const std::string &items) { return Number(static_cast<std::uint32_t>(items.size()), 2) + items; }
+std::string Target(const std::string &items) {
+  return NumberBytes(static_cast<std::uint32_t>(items.size()), 2) + items;
+}
 
 /// A place with a volume, a path and a suffix.
 std::string Place() {
-  const std::string volume = Number(20, 4) + Number(3, 4) + Number(7, 4) + Number(16, 4) + "hd\0\0"s;
-  return Number(28 + 20 + 8 + 4, 4) + Number(28, 4) + Number(1, 4) + Number(28, 4) + Number(48, 4) + Number(0, 4) +
-         Number(56, 4) + volume + "C:\\a.bc\0"s + "d.e\0"s;
+  const std::string volume =
+      NumberBytes(20, 4) + NumberBytes(3, 4) + NumberBytes(7, 4) + NumberBytes(16, 4) + "hd\0\0"s;
+  return NumberBytes(28 + 20 + 8 + 4, 4) + NumberBytes(28, 4) + NumberBytes(1, 4) + NumberBytes(28, 4) +
+         NumberBytes(48, 4) + NumberBytes(0, 4) + NumberBytes(56, 4) + volume + "C:\\a.bc\0"s + "d.e\0"s;
 }
 
 /// A place on a server, with texts of both widths.
 std::string ServerPlace() {
-  const std::string server =
-      Number(26, 4) + Number(2, 4) + Number(20, 4) + Number(23, 4) + Number(0, 4) + "sv\0"s + "X:\0"s;
+  const std::string server = NumberBytes(26, 4) + NumberBytes(2, 4) + NumberBytes(20, 4) + NumberBytes(23, 4) +
+                             NumberBytes(0, 4) + "sv\0"s + "X:\0"s;
   const auto head = static_cast<std::uint32_t>(36), behind = head + static_cast<std::uint32_t>(server.size());
-  return Number(behind + 2 + 4, 4) + Number(head, 4) + Number(2, 4) + Number(0, 4) + Number(0, 4) + Number(head, 4) +
-         Number(behind, 4) + Number(0, 4) + Number(behind + 2, 4) + server + "a\0"s + "b\0\0\0"s;
+  return NumberBytes(behind + 2 + 4, 4) + NumberBytes(head, 4) + NumberBytes(2, 4) + NumberBytes(0, 4) +
+         NumberBytes(0, 4) + NumberBytes(head, 4) + NumberBytes(behind, 4) + NumberBytes(0, 4) +
+         NumberBytes(behind + 2, 4) + server + "a\0"s + "b\0\0\0"s;
 }
 
 constexpr std::uint32_t target = 1, place = 2, description = 4, arguments = 0x20, wide = 0x80;
 
 TEST(WholeShortcut, HasAHeadAndWhatItsFlagsTell) {
   EXPECT_TRUE(IsWholeShortcut(ShortcutOf(0, "")));
-  EXPECT_TRUE(IsWholeShortcut(ShortcutOf(target, Target(Item("abc") + Item("d") + Number(0, 2)))));
+  EXPECT_TRUE(IsWholeShortcut(ShortcutOf(target, Target(Item("abc") + Item("d") + NumberBytes(0, 2)))));
   EXPECT_TRUE(IsWholeShortcut(ShortcutOf(place, Place())));
   EXPECT_TRUE(IsWholeShortcut(ShortcutOf(place, ServerPlace())));
-  EXPECT_TRUE(IsWholeShortcut(ShortcutOf(description | arguments, Number(2, 2) + "ab" + Number(0, 2))));
-  EXPECT_TRUE(IsWholeShortcut(ShortcutOf(description | wide, Number(2, 2) + "a\0b\0"s)));
-  EXPECT_TRUE(IsWholeShortcut(ShortcutOf(0, Number(12, 4) + "12345678" + Number(0, 4) + "what is behind is nobody's")));
+  EXPECT_TRUE(IsWholeShortcut(ShortcutOf(description | arguments, NumberBytes(2, 2) + "ab" + NumberBytes(0, 2))));
+  EXPECT_TRUE(IsWholeShortcut(ShortcutOf(description | wide, NumberBytes(2, 2) + "a\0b\0"s)));
+  EXPECT_TRUE(IsWholeShortcut(
+      ShortcutOf(0, NumberBytes(12, 4) + "12345678" + NumberBytes(0, 4) + "what is behind is nobody's")));
 }
 
 TEST(WholeShortcut, BeginsWithItsLengthAndItsClass) {
@@ -71,18 +72,21 @@ TEST(WholeShortcut, BeginsWithItsLengthAndItsClass) {
 
 TEST(WholeShortcut, IsNotOneWhoseTargetDoesntFit) {
   EXPECT_FALSE(IsWholeShortcut(ShortcutOf(target, "")));
-  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(target, Number(100, 2) + Item("abc") + Number(0, 2)))) << "too long";
+  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(target, NumberBytes(100, 2) + Item("abc") + NumberBytes(0, 2))))
+      << "too long";
   EXPECT_FALSE(IsWholeShortcut(ShortcutOf(target, Target(Item("abc"))))) << "without an end";
-  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(target, Target(Number(9, 2) + "abc" + Number(0, 2))))) << "an item too long";
-  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(target, Target(Number(1, 2) + Number(0, 2))))) << "an item without a length";
-  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(target, Target(Number(0, 2) + "abc")))) << "something behind the end";
+  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(target, Target(NumberBytes(9, 2) + "abc" + NumberBytes(0, 2)))))
+      << "an item too long";
+  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(target, Target(NumberBytes(1, 2) + NumberBytes(0, 2)))))
+      << "an item without a length";
+  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(target, Target(NumberBytes(0, 2) + "abc")))) << "something behind the end";
 }
 
 TEST(WholeShortcut, IsNotOneWhosePlacePointsOutOfItself) {
   for (const std::size_t at : {0, 4, 12, 16, 24, 28, 40})
     for (const std::uint32_t number : {1U, 0x7FU, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
       std::string bytes = Place();
-      bytes.replace(at, 4, Number(number, 4));
+      bytes.replace(at, 4, NumberBytes(number, 4));
       const bool isText = at == 16 || at == 24 || at == 40;
       if (isText && number == 1)
         continue; // a text may begin anywhere in it
@@ -90,7 +94,7 @@ TEST(WholeShortcut, IsNotOneWhosePlacePointsOutOfItself) {
     }
   for (const std::size_t at : {20, 28, 32, 36, 44, 48}) {
     std::string bytes = ServerPlace();
-    bytes.replace(at, 4, Number(0x7F, 4));
+    bytes.replace(at, 4, NumberBytes(0x7F, 4));
     EXPECT_FALSE(IsWholeShortcut(ShortcutOf(place, bytes))) << at;
   }
   std::string endless = Place();
@@ -100,11 +104,11 @@ TEST(WholeShortcut, IsNotOneWhosePlacePointsOutOfItself) {
 }
 
 TEST(WholeShortcut, IsNotOneWhoseTextsOrBlocksBreakOff) {
-  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(description, Number(3, 2) + "ab")));
-  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(description | wide, Number(2, 2) + "ab")));
-  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(description | arguments, Number(2, 2) + "ab")));
-  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(0, Number(13, 4) + "12345678")));
-  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(0, Number(7, 4) + "12345678")));
+  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(description, NumberBytes(3, 2) + "ab")));
+  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(description | wide, NumberBytes(2, 2) + "ab")));
+  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(description | arguments, NumberBytes(2, 2) + "ab")));
+  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(0, NumberBytes(13, 4) + "12345678")));
+  EXPECT_FALSE(IsWholeShortcut(ShortcutOf(0, NumberBytes(7, 4) + "12345678")));
 }
 
 class DamagedShortcut : public testing::Test {

@@ -163,6 +163,7 @@ TEST_F(HostileInput, ADamagedProgramOnTheRowHasTheDefaultPictureAndALogLine) {
                               {.head = L"Program", .actionType = L"exe", .actionParams = program, .image = L""}});
   ShownDock dock(installation);
   EXPECT_NE(nullptr, dock.Control(2001));
+  SaveShot("damaged-program");
   EXPECT_TRUE(installation.Logged("a.ico is damaged"));
   EXPECT_TRUE(installation.Logged("a.exe is damaged"));
   EXPECT_EQ(0U, CloseByButton(dock));

@@ -11,6 +11,7 @@ namespace {
 
 constexpr wchar_t barTitle[] = L"Lumenor Dock";
 constexpr DWORD exitLimitMs = 60'000;
+constexpr std::chrono::seconds clearLimit(5); // then the test goes on: something else may stand there by now
 
 std::wstring TitleOf(HWND window) {
   wchar_t text[64] = {};
@@ -64,15 +65,23 @@ DockProcess::~DockProcess() {
   if (bar != nullptr)
     ::PostMessageW(bar, WM_CLOSE, 0, 0);
   // Without its bar it is on its way out already, or will never go.
-  if (::WaitForSingleObject(process.Get(), bar != nullptr ? exitLimitMs : 1000) != WAIT_OBJECT_0) {
-    ::TerminateProcess(process.Get(), 99);
-    ::WaitForSingleObject(process.Get(), 5000);
-  }
+  if (::WaitForSingleObject(process.Get(), bar != nullptr ? exitLimitMs : 1000) != WAIT_OBJECT_0)
+    Kill();
 }
 
 void DockProcess::Kill() const {
   ::TerminateProcess(process.Get(), 99);
   ::WaitForSingleObject(process.Get(), 5000);
+  WaitForClearScreen();
+}
+
+// The display takes a dead program's windows away a moment after the program has gone. The next dock would take the bar
+// that is still to be seen for the screen without one.
+void DockProcess::WaitForClearScreen() const {
+  if (::IsRectEmpty(&shownAt))
+    return;
+  WaitFor([&] { return Capture(shownAt).Differences(bareScreen.Part(shownAt)) <= PixelCount(shownAt) / 2; },
+          clearLimit);
 }
 
 bool DockProcess::IsRunning() const { return process && ::WaitForSingleObject(process.Get(), 0) == WAIT_TIMEOUT; }
@@ -82,6 +91,7 @@ std::optional<DWORD> DockProcess::WaitForExit() const {
   if (!process || ::WaitForSingleObject(process.Get(), exitLimitMs) != WAIT_OBJECT_0 ||
       !::GetExitCodeProcess(process.Get(), &code))
     return std::nullopt;
+  WaitForClearScreen();
   return code;
 }
 
@@ -96,8 +106,10 @@ bool DockProcess::WaitForNewBar(HWND previous) const {
 HWND DockProcess::WaitForBar() {
   if (!WaitFor([&] { return Bar() != nullptr || !IsRunning(); }) || Bar() == nullptr)
     return nullptr;
-  if (!WaitForPaint(BarRect()))
+  const RECT bar = BarRect();
+  if (!WaitForPaint(bar))
     return nullptr;
+  ::IntersectRect(&shownAt, &bar, &screen);
   MoveCursor(Rest());
   CaptureSettled(BarRect());
   return Bar();

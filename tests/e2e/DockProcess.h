@@ -26,7 +26,7 @@ public:
   DWORD Id() const { return id; }
   bool IsRunning() const;
 
-  /// Ends the process at once, whatever it does.
+  /// Ends the process at once, whatever it does, and waits until its bar is no longer to be seen.
   void Kill() const;
 
   /// Waits for the process's end; its exit code, or nothing when it still runs after a minute.
@@ -101,6 +101,7 @@ private:
   HWND Row() const;
   HWND Arrow(bool left) const;
   bool WaitForPaint(const RECT &area) const;
+  void WaitForClearScreen() const;
   void PrintActivation() const;
   std::vector<HWND> TopLevelWindows() const;
 
@@ -108,6 +109,7 @@ private:
   DWORD id = 0;
   RECT screen = {};
   Picture bareScreen; // before the start
+  RECT shownAt = {};  // of the bar on the screen; empty until WaitForBar has found it
 };
 
 /// The dock with its bar on the screen.

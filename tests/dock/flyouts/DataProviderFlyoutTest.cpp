@@ -13,6 +13,7 @@
 #include "drawing/Pictures.h"
 #include "support/HandleCounts.h"
 #include "support/ProcessorTime.h"
+#include "support/Recorder.h"
 #include "system/HResultError.h"
 #include "system/WindowException.h"
 #include "toolkit/drawing/WICHelper.h"
@@ -22,6 +23,7 @@ namespace lumenor {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -253,13 +255,13 @@ TEST_F(ProviderRows, HideBeforeTheChosenActionRuns) {
 }
 
 TEST_F(ProviderRows, RunTheActionOfTheChosenElement) {
-  const std::wstring made = folders.Root() + L"\\made";
-  wchar_t system[MAX_PATH] = {};
-  ::GetSystemDirectoryW(system, MAX_PATH);
-  provider.list = {MakeElement(L"Run", L"exe", std::wstring(system) + L"\\cmd.exe /c mkdir \"" + made + L"\"")};
+  const tests::Recorder recorder(folders);
+  const std::wstring program = folders.Root() + L"\\program.exe";
+  recorder.InstallAs(program);
+  provider.list = {MakeElement(L"Run", L"exe", L"\"" + program + L"\"")};
   flyout.Create(owner.Get());
   Click(Row(0));
-  EXPECT_TRUE(desk::PumpUntil([&] { return tests::Exists(made); }, std::chrono::seconds(20)));
+  EXPECT_THAT(recorder.WaitForCommandLines(1), ElementsAre(HasSubstr(program)));
 }
 
 // Data that nothing can be made of.

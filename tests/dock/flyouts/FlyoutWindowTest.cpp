@@ -1,11 +1,12 @@
 #include "dock/flyouts/FlyoutWindow.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "dock/flyouts/DockButton.h"
 #include "dock/Rectangles.h"
 #include "dock/TestBar.h"
 #include "drawing/Pictures.h"
+#include "support/Recorder.h"
 
 namespace lumenor {
 
@@ -305,15 +306,15 @@ TEST_F(Flyout, IgnoresAClickOfNobody) {
 }
 
 TEST_F(Flyout, RunsTheActionOfTheChosenElement) {
-  const std::wstring made = folders.Root() + L"\\made";
-  wchar_t system[MAX_PATH] = {};
-  ::GetSystemDirectoryW(system, MAX_PATH);
-  const Element runs = MakeElement(L"Run", L"exe", std::wstring(system) + L"\\cmd.exe /c mkdir \"" + made + L"\"");
+  const tests::Recorder recorder(folders);
+  const std::wstring program = folders.Root() + L"\\program.exe";
+  recorder.InstallAs(program);
+  const Element runs = MakeElement(L"Run", L"exe", L"\"" + program + L"\"");
   FlyoutWindow flyout(givenBounds, L"Title", {runs});
   flyout.Create(nullptr);
   const HWND row = flyout.GetItems()[0]->GetHandle();
   ::SendMessageW(row, WM_COMMAND, 0, reinterpret_cast<LPARAM>(row));
-  EXPECT_TRUE(desk::PumpUntil([&] { return tests::Exists(made); }, std::chrono::seconds(20)));
+  EXPECT_THAT(recorder.WaitForCommandLines(1), testing::ElementsAre(testing::HasSubstr(program)));
   ::DestroyWindow(flyout.handle);
 }
 

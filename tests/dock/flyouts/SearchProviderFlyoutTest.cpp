@@ -10,6 +10,7 @@
 #include "dock/flyouts/FakeProvider.h"
 #include "dock/Rectangles.h"
 #include "dock/TestBar.h"
+#include "support/Recorder.h"
 #include "system/WindowException.h"
 
 namespace lumenor {
@@ -17,6 +18,7 @@ namespace lumenor {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -118,13 +120,13 @@ TEST_F(SearchRows, HideBeforeTheOwnerIsTold) {
 }
 
 TEST_F(SearchRows, RunAProgramAndTellNobody) {
-  const std::wstring made = folders.Root() + L"\\made";
-  wchar_t system[MAX_PATH] = {};
-  ::GetSystemDirectoryW(system, MAX_PATH);
-  provider.list = {MakeElement(L"Run", L"exe", std::wstring(system) + L"\\cmd.exe /c mkdir \"" + made + L"\"")};
+  const tests::Recorder recorder(folders);
+  const std::wstring program = folders.Root() + L"\\program.exe";
+  recorder.InstallAs(program);
+  provider.list = {MakeElement(L"Run", L"exe", L"\"" + program + L"\"")};
   flyout.Create(owner.Get());
   Choose(0);
-  EXPECT_TRUE(desk::PumpUntil([&] { return tests::Exists(made); }, std::chrono::seconds(20)));
+  EXPECT_THAT(recorder.WaitForCommandLines(1), ElementsAre(HasSubstr(program)));
   EXPECT_THAT(told, IsEmpty());
 }
 

@@ -32,8 +32,8 @@ Pair MedianOfTurns(int rounds, const std::function<double()> &subject, const std
 void ReportAtMost(const std::string &name, double value, const std::string &unit, double limit);
 void ReportAtLeast(const std::string &name, double value, const std::string &unit, double limit);
 
-/// Two numbers in a sentence.
-std::string Format(const char *format, double a, double b);
+/// One or two numbers in a sentence.
+std::string Format(const char *format, double a, double b = 0);
 
 /// Prints a figure that belongs to the line before it.
 void Note(const std::string &text);

@@ -1,27 +1,19 @@
 #include "Motion.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <set>
-#include <string_view>
+#include <thread>
 #include <vector>
 
-#include "dock/bar/MainDlg.h"
 #include "dock/DockMessages.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
 #include "Measure.h"
-#include "Started.h"
+#include "ShownBar.h"
 #include "support/Desk.h"
-#include "support/ImportSlot.h"
 #include "support/MessagePump.h"
-#include "system/Handles.h"
-#include "system/HResultError.h"
-#include "system/WindowException.h"
-
-// The slot through which a window puts its picture on the screen.
-extern "C" decltype(&::UpdateLayeredWindow) __imp_UpdateLayeredWindow;
+#include "WatchedProgram.h"
 
 namespace lumenor::bench {
 namespace {
@@ -33,44 +25,6 @@ using tests::PumpUntil;
 constexpr POINT farAway = {640, 600};
 constexpr int fadeFrom = 255, fadeTo = 190;
 constexpr long scrollStep = 77;
-
-// --- what reaches the screen --------------------------------------------------------------------------------------
-
-struct Frame {
-  Clock::time_point time;
-  int opacity;
-  long rowLeft;
-};
-
-/// Every picture that a window of this process puts on the screen while it lives.
-class FrameRecord {
-public:
-  /// `row` is the window whose place is noted with each picture.
-  explicit FrameRecord(HWND row) : slot(&__imp_UpdateLayeredWindow, &Update) {
-    former = slot.Former();
-    frames.clear();
-    watchedRow = row;
-  }
-
-  static const std::vector<Frame> &Frames() { return frames; }
-  static void Clear() { frames.clear(); }
-
-private:
-  static BOOL WINAPI Update(HWND window, HDC to, POINT *place, SIZE *size, HDC from, POINT *origin, COLORREF key,
-                            BLENDFUNCTION *blend, DWORD flags) {
-    const BOOL done = former(window, to, place, size, from, origin, key, blend, flags);
-    RECT row = {}, room = {};
-    ::GetWindowRect(watchedRow, &row);
-    ::GetWindowRect(::GetParent(watchedRow), &room);
-    frames.push_back({Clock::now(), blend == nullptr ? fadeFrom : blend->SourceConstantAlpha, row.left - room.left});
-    return done;
-  }
-
-  inline static decltype(&::UpdateLayeredWindow) former = nullptr;
-  inline static std::vector<Frame> frames;
-  inline static HWND watchedRow = nullptr;
-  tests::ImportSlot<decltype(&::UpdateLayeredWindow)> slot;
-};
 
 struct Rate {
   double pictures; // in a second
@@ -102,8 +56,6 @@ void ReportRate(const char *name, const std::vector<Rate> &rates) {
   Note(Format("%.1f different pictures of %.1f in all a second", Median(places), Median(pictures)));
 }
 
-// --- the bar in this process --------------------------------------------------------------------------------------
-
 /// Thirty buttons of the user's: more than the row has room for.
 void WriteThirtyButtons(const e2e::Installation &installation) {
   std::vector<e2e::Entry> entries;
@@ -113,48 +65,11 @@ void WriteThirtyButtons(const e2e::Installation &installation) {
   installation.WriteDocument(e2e::userDocument, entries);
 }
 
-class Bar {
-public:
-  Bar() {
-    ThrowIfNull(dock.Create(nullptr));
-    RethrowWindowException();
-    desk::MoveCursor(Place(144, 68));
-    tests::PumpUntil([] { return false; }, milliseconds(800)); // the first pictures are slow
-  }
-  ~Bar() { ::DestroyWindow(dock.GetHandle()); }
-  Bar(const Bar &) = delete;
-  Bar &operator=(const Bar &) = delete;
-
-  CMainDlg &Dock() { return dock; }
-  HWND Row() const { return ::GetParent(dock.GetUserButtons().at(0)->GetHandle()); }
-
-  /// A place of the bar, from its top right corner.
-  POINT Place(int right, int down) {
-    RECT bar = {};
-    ::GetWindowRect(dock.GetHandle(), &bar);
-    return {bar.right - right, bar.top + down};
-  }
-
-  RECT FieldRect() {
-    const POINT corner = Place(204 - 18, 37);
-    return {corner.x, corner.y, corner.x + 84, corner.y + 12};
-  }
-
-  void ClickAt(POINT point) {
-    desk::MoveCursor(point);
-    desk::PressLeftButton();
-    desk::ReleaseLeftButton();
-  }
-
-private:
-  CMainDlg dock;
-};
-
 void ReportEnd(const char *name, long end, long target) {
   ReportAtMost(name, static_cast<double>(std::abs(end - target)), "", 0);
 }
 
-void BenchFade(Bar &bar, const FrameRecord &record) {
+void BenchFade(ShownBar &bar, const FrameRecord &record) {
   std::vector<Rate> rates;
   for (int round = 0; round < 3; ++round) {
     record.Clear();
@@ -164,7 +79,7 @@ void BenchFade(Bar &bar, const FrameRecord &record) {
     rates.push_back(RateOf(record.Frames(), fadeFrom, fadeTo, [](const Frame &f) { return f.opacity; }));
     if (round == 0)
       ReportEnd("the fade's end, off 190", record.Frames().empty() ? 0 : record.Frames().back().opacity, fadeTo);
-    desk::MoveCursor(bar.Place(144, 68));
+    desk::MoveCursor(bar.Rest());
     PumpUntil([&] { return bar.Dock().Opacity.Get() == fadeFrom; });
     PumpUntil([] { return false; }, milliseconds(300));
   }
@@ -172,7 +87,7 @@ void BenchFade(Bar &bar, const FrameRecord &record) {
   ReportRate("different pictures a second of the fade", rates);
 }
 
-void BenchSlide(Bar &bar, const FrameRecord &record) {
+void BenchSlide(ShownBar &bar, const FrameRecord &record) {
   std::vector<Rate> rates;
   for (int round = 0; round < 5; ++round) {
     record.Clear();
@@ -188,7 +103,7 @@ void BenchSlide(Bar &bar, const FrameRecord &record) {
 }
 
 /// A file that is dragged along the whole row: what the drop target tells the bar at each move of the mouse.
-void BenchDrag(Bar &bar, const FrameRecord &record) {
+void BenchDrag(ShownBar &bar, const FrameRecord &record) {
   const HWND dock = bar.Dock().GetHandle();
   const auto tell = [&](UINT code, POINT place) {
     NMHDR header = {dock, static_cast<UINT_PTR>(MAKELONG(place.x, place.y)), code};
@@ -211,7 +126,7 @@ void BenchDrag(Bar &bar, const FrameRecord &record) {
   Note(Format("drag %.2f ms, plain %.2f ms", drag.subject / 1000, drag.floor / 1000));
 }
 
-void BenchTyping(Bar &bar, const FrameRecord &record) {
+void BenchTyping(ShownBar &bar, const FrameRecord &record) {
   bar.ClickAt(bar.Place(144, 43));
   const HWND field = ::GetFocus();
   std::vector<double> repaints;
@@ -231,7 +146,7 @@ void BenchTyping(Bar &bar, const FrameRecord &record) {
 }
 
 /// How often the message loop comes round while nobody does anything and the bar is dimmed.
-void BenchWakeUps(Bar &bar) {
+void BenchWakeUps(ShownBar &bar) {
   ::SetFocus(bar.Dock().GetHandle()); // a caret blinks
   desk::MoveCursor(farAway);
   PumpUntil([&] { return bar.Dock().Opacity.Get() == fadeTo; }, seconds(12));
@@ -252,89 +167,11 @@ void BenchWakeUps(Bar &bar) {
                rounds / std::chrono::duration<double>(Clock::now() - begin).count(), "/s", 6);
 }
 
-// --- at rest, as processes ----------------------------------------------------------------------------------------
-
-/// What a file holds that tells no size beforehand, up to 4,000 bytes.
-std::string ReadUnsized(const std::wstring &path) {
-  std::string bytes(4000, '\0');
-  const FileHandle file(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      OPEN_EXISTING, 0, nullptr));
-  DWORD read = 0;
-  if (file)
-    ::ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
-  bytes.resize(read);
-  return bytes;
-}
-
-/// The numbers of the host's processes of that name; the platform's own file system shows them.
-std::set<std::wstring> HostProcesses(const std::string &name) {
-  std::set<std::wstring> found;
-  WIN32_FIND_DATAW entry = {};
-  const FindHandle find(::FindFirstFileW(L"Z:\\proc\\*", &entry));
-  if (!find)
-    return found;
-  do {
-    const std::wstring number = entry.cFileName;
-    if (number.find_first_not_of(L"0123456789") == std::wstring::npos &&
-        ReadUnsized(L"Z:\\proc\\" + number + L"\\comm").starts_with(name))
-      found.insert(number);
-  } while (::FindNextFileW(find.Get(), &entry));
-  return found;
-}
-
-/// How often the process's first thread has gone to sleep of its own accord.
-double Sleeps(const std::wstring &hostProcess) {
-  const std::string status = ReadUnsized(L"Z:\\proc\\" + hostProcess + L"\\status");
-  constexpr std::string_view name = "\nvoluntary_ctxt_switches:";
-  const auto at = status.find(name);
-  return at == std::string::npos ? 0 : std::atof(status.c_str() + at + name.size());
-}
-
-/// What the process has used of the processors so far; the platform tells it of the own process only. The host counts
-/// it in hundredths of a second.
-double ProcessorMilliseconds(const std::wstring &hostProcess) {
-  const std::string stat = ReadUnsized(L"Z:\\proc\\" + hostProcess + L"\\stat");
-  const auto name = stat.rfind(')');
-  if (name == std::string::npos)
-    return 0;
-  long user = 0, kernel = 0;
-  std::sscanf(stat.c_str() + name + 1, " %*c %*d %*d %*d %*d %*d %*u %*u %*u %*u %*u %ld %ld", &user, &kernel);
-  return static_cast<double>(user + kernel) * 10;
-}
-
-/// A program at rest, seen by the host.
-class Resting {
-public:
-  Resting(const std::wstring &commandLine, const std::string &hostName)
-      : others(HostProcesses(hostName)), program(commandLine) {
-    e2e::WaitFor([&] {
-      for (const std::wstring &process : HostProcesses(hostName))
-        if (!others.contains(process))
-          host = process;
-      return !host.empty();
-    });
-  }
-
-  void Begin() {
-    processorBefore = ProcessorMilliseconds(host);
-    sleepsBefore = Sleeps(host);
-  }
-  double ProcessorSinceBegin() const { return ProcessorMilliseconds(host) - processorBefore; }
-  double SleepsSinceBegin() const { return Sleeps(host) - sleepsBefore; }
-
-private:
-  std::set<std::wstring> others;
-  Started program;
-  std::wstring host;
-  double processorBefore = 0;
-  double sleepsBefore = 0;
-};
-
 } // namespace
 
 void BenchMotion(const e2e::Installation &installation) {
   WriteThirtyButtons(installation);
-  Bar bar;
+  ShownBar bar;
   const FrameRecord record(bar.Row());
   BenchFade(bar, record);
   BenchSlide(bar, record);
@@ -346,8 +183,8 @@ void BenchMotion(const e2e::Installation &installation) {
 void BenchRest(const e2e::Installation &installation, const std::wstring &floorCommandLine) {
   constexpr double span = 30;
   e2e::MoveCursor(farAway);
-  Resting floor(floorCommandLine, "lumenor_floor");
-  Resting dock(L"\"" + installation.DockExe() + L"\"", "LumenorDock");
+  WatchedProgram floor(floorCommandLine, "lumenor_floor");
+  WatchedProgram dock(L"\"" + installation.DockExe() + L"\"", "LumenorDock");
   std::this_thread::sleep_for(seconds(10)); // up, dimmed, and settled
   floor.Begin();
   dock.Begin();

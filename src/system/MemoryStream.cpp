@@ -12,6 +12,14 @@ ComPtr<IStream> MakeMemoryStream() {
   return stream;
 }
 
+ComPtr<IStream> MakeMemoryStream(const std::string &bytes) {
+  ComPtr<IStream> stream = MakeMemoryStream();
+  ULONG written = 0;
+  ThrowIfFailed(stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), &written));
+  ThrowIfFailed(stream->Seek({}, STREAM_SEEK_SET, nullptr));
+  return stream;
+}
+
 std::string BytesOf(IStream *stream) {
   STATSTG state{};
   ThrowIfFailed(stream->Stat(&state, STATFLAG_NONAME));

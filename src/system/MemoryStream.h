@@ -12,6 +12,9 @@ namespace lumenor {
 /// A new, empty stream. Raises HResultError.
 Microsoft::WRL::ComPtr<IStream> MakeMemoryStream();
 
+/// A stream of its own copy of `bytes`, positioned at their beginning. Raises HResultError.
+Microsoft::WRL::ComPtr<IStream> MakeMemoryStream(const std::string &bytes);
+
 /// All that the stream holds; its position is then at its end. Raises HResultError.
 std::string BytesOf(IStream *stream);
 

@@ -209,10 +209,12 @@ TEST_F(Xml, ANullNodeIsAnInvalidArgument) {
 
 TEST_F(Xml, AFailedStringAllocationIsOutOfMemory) {
   constexpr auto outOfMemory = static_cast<HRESULT>(0x8007000E);
+  const std::wstring path = folders.Root() + L"\\a.xml";
+  tests::WriteBytes(path, "<a/>");
   const XmlDocumentPtr document = LoadXmlString(L"<a/>");
   const tests::ImportSlot slot(
       &__imp_SysAllocStringLen, +[](const OLECHAR *, UINT) STDAPICALLTYPE -> BSTR { return nullptr; });
-  EXPECT_EQ(outOfMemory, FailureOf([] { LoadXmlFile(L"a"); }));
+  EXPECT_EQ(outOfMemory, FailureOf([&] { LoadXmlFile(path); }));
   EXPECT_EQ(outOfMemory, FailureOf([] { LoadXmlString(L"<a/>"); }));
   EXPECT_EQ(outOfMemory, FailureOf([&] { SelectNode(document, L"a"); }));
   EXPECT_EQ(outOfMemory, FailureOf([&] { NodeAttribute(SelectNode(document, L"a"), L"a"); }));
@@ -224,12 +226,14 @@ TEST_F(Xml, AFailedStringAllocationIsOutOfMemory) {
 TEST_F(Xml, AParserWithoutMemoryIsOutOfMemory) {
   constexpr std::size_t loadSlot = 58, loadXmlSlot = 65;
   constexpr auto outOfMemory = static_cast<HRESULT>(0x8007000E);
+  const std::wstring path = folders.Root() + L"\\a.xml";
+  tests::WriteBytes(path, "<a/>");
   const XmlDocumentPtr document = LoadXmlString(L"<a/>");
   const auto fail = +[](void *, void *, void *) STDMETHODCALLTYPE -> HRESULT { return E_OUTOFMEMORY; };
   tests::OperationSpy spy(document.Get());
   spy.Exchange(loadSlot, fail);
   spy.Exchange(loadXmlSlot, fail);
-  EXPECT_EQ(outOfMemory, FailureOf([] { LoadXmlFile(L"a"); }));
+  EXPECT_EQ(outOfMemory, FailureOf([&] { LoadXmlFile(path); }));
   EXPECT_EQ(outOfMemory, FailureOf([] { LoadXmlString(L"<a/>"); }));
 }
 

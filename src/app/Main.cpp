@@ -5,6 +5,7 @@
 #include "app/CommandLine.h"
 #include "app/Cycles.h"
 #include "app/SingleInstance.h"
+#include "app/WarmUp.h"
 #include "dock/bar/MainDlg.h"
 #include "system/EventLog.h"
 #include "system/Log.h"
@@ -49,6 +50,7 @@ int RunDock() {
   SingleInstance instance;
   if (!instance.Join(dockActivateMessage))
     return AlreadyRunningExitCode;
+  const WarmUp warmUp;
   OpenDockEventLog();
   StartTracking();
   const int exitCode = RunCycles();

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "system/MemoryStream.h"
+#include "system/Windows.h"
+
+#include <shlwapi.h>
+#include <wrl/client.h>
 
 namespace lumenor {
 
@@ -14,8 +17,9 @@ namespace {
 using namespace std::literals;
 
 std::optional<PictureSize> SizeIn(const std::string &bytes) {
-  const auto stream = MakeMemoryStream();
-  stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), nullptr);
+  // Like a file's stream it has an end; Wine's stream on a global block can be read behind it.
+  Microsoft::WRL::ComPtr<IStream> stream;
+  stream.Attach(::SHCreateMemStream(reinterpret_cast<const BYTE *>(bytes.data()), static_cast<UINT>(bytes.size())));
   return ClaimedSize(stream.Get());
 }
 
@@ -89,10 +93,18 @@ TEST(ClaimedPictureSize, IsUnknownWhenThePictureBreaksOffBeforeIt) {
   EXPECT_EQ(std::nullopt, SizeIn(Icon(BitmapHeader(3, 4), 0xFFFFFFFF)));
 }
 
+TEST(ClaimedPictureSize, OfAJpegIsFoundBehindBytesOfNoSegment) {
+  const std::string frame = Jpeg('\xC1', 30000, 25088).substr(2);
+  for (const std::string &stray : {"stray"s, "\xFF\0"s, "\xFF\xD3"s, "\xFF\x01"s, "x\xFF\xFF\xFF\0y"s})
+    EXPECT_EQ((PictureSize{30000, 25088}), SizeIn("\xFF\xD8" + Segment('\xE0', "JFIF") + stray + frame)) << stray;
+}
+
 TEST(ClaimedPictureSize, OfAnEndlessJpegIsOneThatNobodyBears) {
-  const auto size = SizeIn("\xFF\xD8" + std::string(100'000, '\xFF'));
-  ASSERT_TRUE(size);
-  EXPECT_FALSE(IsBearable(*size));
+  for (const char endless : {'\xFF', 'x', '\0'}) {
+    const auto size = SizeIn("\xFF\xD8" + std::string(100'000, endless));
+    ASSERT_TRUE(size);
+    EXPECT_FALSE(IsBearable(*size));
+  }
 }
 
 TEST(BearablePicture, HasNoMoreThan4096By4096PixelsAndNoSideAbove32768) {

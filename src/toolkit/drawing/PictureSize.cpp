@@ -74,19 +74,28 @@ std::optional<PictureSize> IconSize(PictureBytes &bytes) {
   return png ? png : BitmapSize(bytes, offset);
 }
 
-/// The sizes stand in the frame header, one of the segments that follow the first two bytes.
-/// Pictures have some twenty of these; what has thousands is refused like one that is too large.
+/// Whether a JPEG's marker begins no segment, but is followed by the next marker: the restarts, and one of old
+/// encoders.
+bool StandsAlone(std::uint32_t marker) { return (marker >= 0xD0 && marker <= 0xD7) || marker == 0x01; }
+
+/// The sizes stand in the frame header, one of the segments that follow the first two bytes. Bytes between two segments
+/// are passed over, as decoders do. Pictures have some twenty segments; what takes thousands of steps is refused like a
+/// picture that is too large.
 std::optional<PictureSize> JpegSize(PictureBytes &bytes) {
   std::uint64_t offset = 2;
-  for (int segment = 0; segment < 4096; ++segment) {
-    if (!bytes.Read(offset, 9) || bytes.Byte(0) != 0xFF)
+  for (int step = 0; step < 4096; ++step) {
+    if (!bytes.Read(offset, 9))
       return {};
     const std::uint32_t marker = bytes.Byte(1);
+    if (bytes.Byte(0) != 0xFF || marker == 0x00 || marker == 0xFF) {
+      ++offset;
+      continue;
+    }
     const bool isFrameHeader =
         marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC; // tables, reserved
     if (isFrameHeader)
       return PictureSize{bytes.SmallFromTop(7), bytes.SmallFromTop(5)};
-    offset += marker == 0xFF ? 1 : 2 + bytes.SmallFromTop(2); // a segment may be preceded by more bytes 0xFF
+    offset += StandsAlone(marker) ? 2 : 2 + bytes.SmallFromTop(2);
   }
   return PictureSize{std::numeric_limits<UINT>::max(), std::numeric_limits<UINT>::max()};
 }

@@ -24,6 +24,16 @@ std::wstring FindInstalled(const wchar_t *place) {
   return PathExists(second) ? second : first;
 }
 
+/// INVALID_FILE_ATTRIBUTES, with the last error set, where nothing is. No path of the platform is longer than this, but
+/// it takes seconds to find that out of a long one with many parts "..".
+DWORD AttributesOf(const std::wstring &path) {
+  constexpr std::size_t longestPath = 32767;
+  if (path.size() <= longestPath)
+    return ::GetFileAttributesW(path.c_str());
+  ::SetLastError(ERROR_FILENAME_EXCED_RANGE);
+  return INVALID_FILE_ATTRIBUTES;
+}
+
 bool IsBelowProgramFiles(const std::wstring &path) {
   return path.size() > programFiles.size() && path[programFiles.size()] == L'\\' &&
          ::_wcsnicmp(path.c_str(), programFiles.data(), programFiles.size()) == 0;
@@ -44,7 +54,7 @@ std::wstring ExpandPath(const std::wstring &text) {
   }
 }
 
-bool PathExists(const std::wstring &path) { return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+bool PathExists(const std::wstring &path) { return AttributesOf(path) != INVALID_FILE_ATTRIBUTES; }
 
 bool PathIsMissing(const std::wstring &path) {
   if (PathExists(path))
@@ -55,7 +65,7 @@ bool PathIsMissing(const std::wstring &path) {
 }
 
 bool FileExists(const std::wstring &path) {
-  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  const DWORD attributes = AttributesOf(path);
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 

@@ -2,9 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include "support/ImportSlot.h"
 #include "support/LogCapture.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
+
+extern "C" decltype(&::GetFileAttributesW) __imp_GetFileAttributesW;
 
 namespace lumenor {
 namespace {
@@ -67,6 +70,17 @@ TEST(FileExists, ForAFileButNoFolder) {
   EXPECT_FALSE(FileExists(folders.Root() + L"\\a folder"));
   EXPECT_FALSE(FileExists(folders.Root() + L"\\b.txt"));
   EXPECT_FALSE(FileExists(L""));
+}
+
+TEST(FileExists, ForNoPathThatIsLongerThanThePlatformHas) {
+  const tests::ImportSlot everything(
+      &__imp_GetFileAttributesW, +[](LPCWSTR) WINAPI -> DWORD { return FILE_ATTRIBUTE_NORMAL; });
+  const std::wstring longest(32767, L'a'), longer(32768, L'a');
+  EXPECT_TRUE(PathExists(longest));
+  EXPECT_TRUE(FileExists(longest));
+  EXPECT_FALSE(PathExists(longer));
+  EXPECT_FALSE(FileExists(longer));
+  EXPECT_FALSE(PathIsMissing(longer)) << "nobody knows what it stands for";
 }
 
 TEST(LastWriteTime, IsTheFilesAndTheLookIsLogged) {

@@ -112,6 +112,7 @@ void BenchStubs(const e2e::Installation &installation) {
 }
 
 void BenchGrowth() {
+  const DockWindows version(withoutJumpList);
   BenchUserButtons();
   BenchLists();
   BenchReset();

@@ -7,7 +7,6 @@
 #include "e2e/Screen.h"
 #include "Measure.h"
 #include "Started.h"
-#include "support/KeptRegistryKey.h"
 #include "system/Handles.h"
 
 namespace lumenor::bench {
@@ -20,21 +19,6 @@ constexpr POINT firstIcon = {barPlace.left + 38, barPlace.top + 32};
 double MicrosecondsSince(Clock::time_point begin) {
   return std::chrono::duration<double, std::micro>(Clock::now() - begin).count();
 }
-
-/// The version of Windows that the dock is told. It publishes a jump list on Windows 7 only, ahead of its bar.
-class DockWindows {
-public:
-  explicit DockWindows(const wchar_t *version)
-      : settings(HKEY_CURRENT_USER, L"Software\\Wine\\AppDefaults\\LumenorDock.exe") {
-    settings.SetText(L"Version", version);
-  }
-
-private:
-  tests::KeptRegistryKey settings;
-};
-
-constexpr const wchar_t *withJumpList = L"win7";
-constexpr const wchar_t *withoutJumpList = L"win10";
 
 /// From the start of the process to the first picture of the bar, and the memory.
 void BenchStart(const e2e::Installation &installation, const std::wstring &floor, const wchar_t *windows,
@@ -70,6 +54,11 @@ COLORREF PixelAt(POINT point) {
 }
 
 HWND BarWindow() { return ::FindWindowW(nullptr, L"Lumenor Dock"); }
+
+DockWindows::DockWindows(const wchar_t *version)
+    : settings(HKEY_CURRENT_USER, L"Software\\Wine\\AppDefaults\\LumenorDock.exe") {
+  settings.SetText(L"Version", version);
+}
 
 StartFigures MeasureStart(const std::wstring &commandLine, POINT spot) {
   e2e::WaitFor([&] { return PixelAt(spot) == PixelAt({5, 1000}); }); // nothing there from the round before

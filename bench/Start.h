@@ -4,6 +4,7 @@
 #include <string>
 
 #include "e2e/Installation.h"
+#include "support/KeptRegistryKey.h"
 #include "system/Windows.h"
 
 namespace lumenor::bench {
@@ -16,6 +17,19 @@ struct StartFigures {
 
 /// Starts the program, and waits until `spot` shows it and it has settled. Ends it.
 StartFigures MeasureStart(const std::wstring &commandLine, POINT spot);
+
+/// The version of Windows that the dock is told while it lives. On Windows 7 only the dock publishes a jump list, ahead
+/// of its bar.
+class DockWindows {
+public:
+  explicit DockWindows(const wchar_t *version);
+
+private:
+  tests::KeptRegistryKey settings;
+};
+
+inline constexpr const wchar_t *withJumpList = L"win7";
+inline constexpr const wchar_t *withoutJumpList = L"win10";
 
 /// What the screen shows there.
 COLORREF PixelAt(POINT point);

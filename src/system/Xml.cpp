@@ -60,6 +60,7 @@ XmlDocumentPtr Parsed(const XmlDocumentPtr &document, HRESULT result, VARIANT_BO
 /// The document in the open file. The parser gets the bytes: with a path it would go through the machinery for web
 /// addresses, which takes fifty times as long.
 XmlDocumentPtr ParseFile(const FileHandle &file, const std::wstring &path) {
+  const XmlDocumentPtr document = NewDocument(); // ahead of all else: a lack of the parser is no lack of the file
   LARGE_INTEGER size{};
   if (!file || !::GetFileSizeEx(file.Get(), &size))
     return nullptr;
@@ -76,7 +77,6 @@ XmlDocumentPtr ParseFile(const FileHandle &file, const std::wstring &path) {
   VARIANT source = {};
   source.vt = VT_UNKNOWN;
   source.punkVal = stream.Get(); // lent
-  const XmlDocumentPtr document = NewDocument();
   VARIANT_BOOL isParsed = VARIANT_FALSE;
   const HRESULT result = document->load(source, &isParsed);
   return Parsed(document, result, isParsed);

@@ -11,6 +11,7 @@
 #include "e2e/Screen.h"
 #include "Measure.h"
 #include "ShownBar.h"
+#include "Start.h"
 #include "support/Desk.h"
 #include "support/MessagePump.h"
 #include "WatchedProgram.h"
@@ -184,7 +185,7 @@ void BenchRest(const e2e::Installation &installation, const std::wstring &floorC
   constexpr double span = 30;
   e2e::MoveCursor(farAway);
   WatchedProgram floor(floorCommandLine, "lumenor_floor");
-  WatchedProgram dock(L"\"" + installation.DockExe() + L"\"", "LumenorDock");
+  WatchedProgram dock(DockCommandLine(installation), "LumenorDock");
   std::this_thread::sleep_for(seconds(10)); // up, dimmed, and settled
   floor.Begin();
   dock.Begin();

@@ -53,6 +53,11 @@ COLORREF PixelAt(POINT point) {
   return ::GetPixel(screen.Get(), point.x, point.y);
 }
 
+COLORREF WaitForBareScreen(POINT spot) {
+  e2e::WaitFor([&] { return PixelAt(spot) == PixelAt({5, 1000}); });
+  return PixelAt(spot);
+}
+
 HWND BarWindow() { return ::FindWindowW(nullptr, L"Lumenor Dock"); }
 
 DockWindows::DockWindows(const wchar_t *version)
@@ -61,8 +66,7 @@ DockWindows::DockWindows(const wchar_t *version)
 }
 
 StartFigures MeasureStart(const std::wstring &commandLine, POINT spot) {
-  e2e::WaitFor([&] { return PixelAt(spot) == PixelAt({5, 1000}); }); // nothing there from the round before
-  const COLORREF before = PixelAt(spot);
+  const COLORREF before = WaitForBareScreen(spot);
   StartFigures figures = {};
   const auto begin = Clock::now();
   const Started program(commandLine);

@@ -34,6 +34,9 @@ inline constexpr const wchar_t *withoutJumpList = L"win10";
 /// What the screen shows there.
 COLORREF PixelAt(POINT point);
 
+/// Waits until no window of the round before stands there; what the screen shows then.
+COLORREF WaitForBareScreen(POINT spot);
+
 /// The dock's bar, in whatever process; null without one.
 HWND BarWindow();
 

@@ -9,8 +9,8 @@
 #include "e2e/DragProgram.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
-#include "e2e/Shortcut.h"
 #include "e2e/UserSteps.h"
+#include "support/Shortcut.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -227,7 +227,7 @@ TEST_F(Drags, OfFiveFilesAddThemInReverseOrder) {
 TEST_F(Drags, OfAShortcutAddAButtonThatOpensIt) {
   WriteButtons(1);
   const std::wstring shortcut = std::wstring(folder) + L"\\My shortcut.lnk";
-  MakeShortcut(shortcut, {.target = installation.Recorder()});
+  tests::MakeShortcut(shortcut, {.target = installation.Recorder()});
   ShownDock dock(installation);
   {
     const DragProgram other(Texts{shortcut});

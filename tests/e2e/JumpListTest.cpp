@@ -6,10 +6,10 @@
 #include "e2e/Input.h"
 #include "e2e/ResetDialog.h"
 #include "e2e/Screen.h"
-#include "e2e/Shortcut.h"
 #include "e2e/UserSteps.h"
 #include "support/JumpLists.h"
 #include "support/KeptRegistryKey.h"
+#include "support/Shortcut.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -88,10 +88,10 @@ TEST_F(JumpList, ShowsTheLastFlyoutThenTheUsersButtonsAndOutlivesTheDock) {
   const std::wstring notes = installation.WriteAside(L"Notes.txt", "a file");
   const std::wstring application = notes.substr(0, notes.rfind(L'\\')) + L"\\Lumenor.exe";
   const std::wstring shortcut = installation.WriteAside(L"My link.lnk", "");
-  MakeShortcut(shortcut, {.target = installation.Recorder(),
-                          .arguments = L"from link",
-                          .workingFolder = installation.ResourcesFolder(),
-                          .description = L"what it is"});
+  tests::MakeShortcut(shortcut, {.target = installation.Recorder(),
+                                 .arguments = L"from link",
+                                 .workingFolder = installation.ResourcesFolder(),
+                                 .description = L"what it is"});
   WriteStub(L"Test.Second", 1, L"Category", L"eccategory", L"Games");
   WriteStub(L"Test.Second", 2, L"Pillar", L"pillar", L"1");
   WriteStub(L"Test.Second", 3, L"Page", L"url", L"http://page.example/");

@@ -10,14 +10,12 @@
 #include "failing/Scenarios.h"
 #include "support/ComApartment.h"
 #include "support/HandleCounts.h"
-#include "system/HResultError.h"
+#include "support/Shortcut.h"
 #include "system/Log.h"
 #include "toolkit/drawing/WICHelper.h"
 #include "tracking/UsageTracker.h"
 
 #include <ole2.h>
-#include <shlobj.h>
-#include <wrl/client.h>
 
 namespace lumenor::failing {
 
@@ -142,21 +140,11 @@ void World::WritePictures() const {
   ReleaseImagingFactory();
 }
 
-void World::WriteShortcut() const {
-  const tests::ComApartment com;
-  Microsoft::WRL::ComPtr<IShellLinkW> link;
-  ThrowIfFailed(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&link)));
-  ThrowIfFailed(link->SetPath(DroppedPath().c_str()));
-  Microsoft::WRL::ComPtr<IPersistFile> file;
-  ThrowIfFailed(link.As(&file));
-  ThrowIfFailed(file->Save(ShortcutPath().c_str(), TRUE));
-}
-
 /// What no dock writes: pictures, texts, stubs, lists of others.
 void World::WriteContent() const {
   WritePictures();
   tests::WriteText(DroppedPath(), L"content");
-  WriteShortcut();
+  tests::MakeShortcut(ShortcutPath(), {.target = DroppedPath()});
   const std::wstring picture = folders.Root() + L"\\picture.png";
   const std::wstring stubs = folders.CommonFolder() + L"\\LangRes\\xx_xx\\";
   for (const wchar_t *head : {L"Stub 1", L"Stub 2"})

@@ -83,7 +83,6 @@ public:
 private:
   void WriteContent() const;
   void WritePictures() const;
-  void WriteShortcut() const;
   void WriteButtons() const;
   void WriteDocument(const std::wstring &name, const Texts &heads, const std::wstring &action = L"url") const;
   void WriteRows(const std::wstring &name, const Texts &rows) const;

@@ -1,4 +1,4 @@
-#include "e2e/Shortcut.h"
+#include "support/Shortcut.h"
 
 #include <wrl/client.h>
 
@@ -8,21 +8,23 @@
 
 #include <shlobj.h>
 
-namespace lumenor::e2e {
+namespace lumenor::tests {
 
 using Microsoft::WRL::ComPtr;
 
 void MakeShortcut(const std::wstring &path, const Shortcut &shortcut) {
-  const tests::ComApartment com;
+  const ComApartment com;
   ComPtr<IShellLinkW> link;
-  ThrowIfFailed(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(link.GetAddressOf())));
+  ThrowIfFailed(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&link)));
   ThrowIfFailed(link->SetPath(shortcut.target.c_str()));
   ThrowIfFailed(link->SetArguments(shortcut.arguments.c_str()));
   ThrowIfFailed(link->SetWorkingDirectory(shortcut.workingFolder.c_str()));
   ThrowIfFailed(link->SetDescription(shortcut.description.c_str()));
+  if (!shortcut.iconFile.empty())
+    ThrowIfFailed(link->SetIconLocation(shortcut.iconFile.c_str(), 0));
   ComPtr<IPersistFile> file;
   ThrowIfFailed(link.As(&file));
   ThrowIfFailed(file->Save(path.c_str(), TRUE));
 }
 
-} // namespace lumenor::e2e
+} // namespace lumenor::tests

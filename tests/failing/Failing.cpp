@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <optional>
 #include <set>
 
 #include "failing/Blocks.h"
@@ -114,31 +115,53 @@ public:
     return some;
   }
 
+  /// Lets the call fail. Of what is left behind counts what a second time leaves behind again: the platform keeps some
+  /// things for later, such as a device context for one more window at a time.
   void Fail(Kind kind, std::uint64_t number, bool tells) {
-    Prepare();
-    Traces traces = TakeTraces(world, RunScenario(world, scenario, Target{kind, number}));
-    ++shared.progress;
-    if (!HasFailed()) {
+    std::optional<Verdict> verdict = Try(kind, number);
+    if (!verdict) {
       ++shared.missed;
       return;
     }
     CountMade();
-    std::erase_if(traces.lines, [this](const std::string &line) {
-      return std::ranges::find(measure.lines, line) != measure.lines.end();
-    });
-    std::vector<std::string> problems = JudgeRun(scenario, traces);
-    World::ForgetReports();
-    const Traces next = TakeTraces(world, RunPlainNoted());
-    for (std::string &problem : JudgeNextStart(scenario, measure, traces, next))
-      problems.push_back(std::move(problem));
-    if (const Texts left = world.Leftovers(); !left.empty())
-      problems.push_back("files are left: " + Join(left));
-    if (const std::string growth = WaitForNoGrowth(); !growth.empty())
-      problems.push_back(growth);
-    Print(kind, number, traces, problems, tells);
+    if (!verdict->growth.empty())
+      if (const std::optional<Verdict> again = Try(kind, number))
+        verdict->growth = again->growth;
+    if (!verdict->growth.empty())
+      verdict->problems.push_back(verdict->growth);
+    Print(kind, number, *verdict, tells);
   }
 
 private:
+  /// Of a run in which a call has failed, and of the next start.
+  struct Verdict {
+    Traces traces; // of the run
+    std::vector<std::string> problems;
+    std::string growth;
+  };
+
+  /// None where the call didn't come.
+  std::optional<Verdict> Try(Kind kind, std::uint64_t number) {
+    Prepare();
+    Verdict verdict = {TakeTraces(world, RunScenario(world, scenario, Target{kind, number})), {}, {}};
+    ++shared.progress;
+    if (!HasFailed())
+      return std::nullopt;
+    Traces &traces = verdict.traces;
+    std::erase_if(traces.lines, [this](const std::string &line) {
+      return std::ranges::find(measure.lines, line) != measure.lines.end();
+    });
+    verdict.problems = JudgeRun(scenario, traces);
+    World::ForgetReports();
+    const Traces next = TakeTraces(world, RunPlainNoted());
+    for (std::string &problem : JudgeNextStart(scenario, measure, traces, next))
+      verdict.problems.push_back(std::move(problem));
+    if (const Texts left = world.Leftovers(); !left.empty())
+      verdict.problems.push_back("files are left: " + Join(left));
+    verdict.growth = WaitForNoGrowth();
+    return verdict;
+  }
+
   /// What the process has come to hold since the former call, and still does when all threads of the run had the time
   /// to end.
   std::string WaitForNoGrowth() {
@@ -208,8 +231,8 @@ private:
     ++shared.madeOf[at - calls.begin()];
   }
 
-  void Print(Kind kind, std::uint64_t number, const Traces &traces, const std::vector<std::string> &problems,
-             bool tells) const {
+  void Print(Kind kind, std::uint64_t number, const Verdict &verdict, bool tells) const {
+    const auto &[traces, problems, growth] = verdict;
     if (problems.empty() && !tells)
       return;
     shared.findings += problems.empty() ? 0 : 1;

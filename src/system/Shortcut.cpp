@@ -129,9 +129,13 @@ bool IsWholeShortcut(std::string_view bytes) {
   return AreBlocks(bytes);
 }
 
+bool IsShortcut(const std::wstring &path) {
+  return path.size() >= extension.size() &&
+         EqualsIgnoringCase(path.substr(path.size() - extension.size()), extension.data());
+}
+
 bool IsDamagedShortcut(const std::wstring &path) {
-  if (path.size() < extension.size() ||
-      !EqualsIgnoringCase(path.substr(path.size() - extension.size()), extension.data()))
+  if (!IsShortcut(path))
     return false;
   const FileHandle file = OpenForReading(path);
   LARGE_INTEGER size{};

@@ -11,6 +11,9 @@ namespace lumenor {
 /// doesn't matter.
 bool IsWholeShortcut(std::string_view bytes);
 
+/// Whether the file is a shortcut by its name, whatever its case.
+bool IsShortcut(const std::wstring &path);
+
 /// Whether the file at the expanded `path` is by its name a shortcut that isn't whole, which is logged. The shell must
 /// not be given it. False for what can't be read, which the shell can't read either.
 bool IsDamagedShortcut(const std::wstring &path);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "drawing/Pictures.h"
+#include "support/Shortcut.h"
 #include "support/TestFolders.h"
 #include "system/HResultError.h"
 
@@ -57,16 +58,25 @@ TEST_F(ProgramAppearance, AFileWithoutAnIconHasAnImageToo) {
 TEST_F(ProgramAppearance, ADamagedFileHasNoImage) {
   const std::pair<const wchar_t *, std::string> files[] = {
       {L"a.lnk", "no shortcut"}, {L"a.exe", "MZ"}, {L"a.ico", std::string("\0\0\1\0", 4)}};
-  for (const auto &[name, bytes] : files) {
-    const std::wstring path = folders.Root() + L"\\" + name;
-    WriteBytes(path, bytes);
+  for (const auto &[name, bytes] : files)
+    WriteBytes(folders.Root() + L"\\" + name, bytes);
+  MakeShortcut(folders.Root() + L"\\b.lnk", {.target = folders.Root() + L"\\a.exe"});
+  for (const wchar_t *name : {L"a.lnk", L"a.exe", L"a.ico", L"b.lnk"}) {
     try {
-      ProgramImage(path);
+      ProgramImage(folders.Root() + L"\\" + name);
       FAIL() << "nothing was raised";
     } catch (const HResultError &error) {
       EXPECT_EQ(HResultFromError(ERROR_FILE_CORRUPT), error.Result());
     }
   }
+}
+
+TEST_F(ProgramAppearance, AShortcutThatLeadsToItselfHasNoImage) {
+  const std::wstring one = folders.Root() + L"\\one.lnk", other = folders.Root() + L"\\other.lnk";
+  WriteBytes(other, ""); // the shell makes no shortcut to a file that isn't there
+  MakeShortcut(one, {.target = other});
+  MakeShortcut(other, {.target = one});
+  EXPECT_THROW(ProgramImage(one), HResultError);
 }
 
 TEST_F(ProgramAppearance, AMissingProgramHasNoImage) {

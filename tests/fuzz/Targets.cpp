@@ -21,6 +21,7 @@
 #include "fuzz/Inputs.h"
 #include "support/ImportSlot.h"
 #include "support/RenderSurface.h"
+#include "support/Shortcut.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
 #include "system/HResultError.h"
@@ -239,23 +240,15 @@ void TakePicture(const std::string &bytes) {
 std::string MakeShortcut(Random &random) {
   static const std::string saved = [] {
     const std::wstring path = ExpandPath(product::userFolder) + L"\\seed.lnk";
-    Microsoft::WRL::ComPtr<IShellLinkW> link;
-    Microsoft::WRL::ComPtr<IPersistFile> file;
-    ThrowIfFailed(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&link)));
-    link->SetPath(L"C:\\windows\\notepad.exe");
-    link->SetArguments(L"/a b");
-    link->SetIconLocation(L"C:\\windows\\explorer.exe", 1);
-    ThrowIfFailed(link.As(&file));
-    ThrowIfFailed(file->Save(path.c_str(), TRUE));
+    tests::MakeShortcut(
+        path, {.target = L"C:\\windows\\notepad.exe", .arguments = L"/a b", .iconFile = L"C:\\windows\\explorer.exe"});
     return tests::ReadBytes(path);
   }();
   return Mutated(random, saved);
 }
 
 /// All that the dock does with a file that a user has dropped: the button, its picture, the task of the jump list.
-void TakeDroppedFile(const std::wstring &extension, const std::string &bytes) {
-  const std::wstring path = ExpandPath(product::userFolder) + L"\\dropped." + extension;
-  WriteBytes(path, bytes);
+void TakeDroppedFile(const std::wstring &path) {
   MakeDroppedElement(path);
   try {
     ProgramDisplayName(path);
@@ -267,13 +260,23 @@ void TakeDroppedFile(const std::wstring &extension, const std::string &bytes) {
   ::DeleteFileW(CachedIconPath(path).c_str()); // one that is there isn't made again
 }
 
+std::wstring DroppedPath(const std::wstring &extension) {
+  return ExpandPath(product::userFolder) + L"\\dropped." + extension;
+}
+
+void TakeDroppedFile(const std::wstring &extension, const std::string &bytes) {
+  const std::wstring path = DroppedPath(extension);
+  WriteBytes(path, bytes);
+  TakeDroppedFile(path);
+}
+
 void TakeShortcut(const std::string &bytes) { TakeDroppedFile(L"lnk", bytes); }
 
 void TakeIconFile(const std::string &bytes) { TakeDroppedFile(L"ico", bytes); }
 
 void TakeWebShortcut(const std::string &bytes) { TakeDroppedFile(L"url", bytes); }
 
-/// The file also holds its own localized name, as one in the folder of installed programs may.
+/// The file also holds its own localized name, as one in the folder of installed programs may. A shortcut leads to it.
 void TakeProgram(const std::string &bytes) {
   const tests::ImportSlot named(
       &__imp_SHGetLocalizedName, +[](PCWSTR path, PWSTR module, UINT size, int *id) STDAPICALLTYPE -> HRESULT {
@@ -281,6 +284,8 @@ void TakeProgram(const std::string &bytes) {
         return ::lstrcpynW(module, path, static_cast<int>(size)) == nullptr ? E_FAIL : S_OK;
       });
   TakeDroppedFile(L"exe", bytes);
+  tests::MakeShortcut(DroppedPath(L"lnk"), {.target = DroppedPath(L"exe"), .iconFile = DroppedPath(L"exe")});
+  TakeDroppedFile(DroppedPath(L"lnk"));
 }
 
 std::wstring WideText(const std::string &bytes) {

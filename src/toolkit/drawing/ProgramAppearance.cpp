@@ -11,8 +11,7 @@
 
 #include "system/Desktop.h"
 #include "system/HResultError.h"
-#include "system/ProgramFile.h"
-#include "system/Shortcut.h"
+#include "system/IconSource.h"
 #include "toolkit/drawing/WICHelper.h"
 
 using Microsoft::WRL::ComPtr;
@@ -77,7 +76,7 @@ std::wstring ProgramDisplayName(const std::wstring &programPath) {
 }
 
 BitmapHandle ProgramImage(const std::wstring &programPath) {
-  if (IsDamagedShortcut(programPath) || IsDamagedProgram(programPath, ProgramPart::Icons))
+  if (HasDamagedIcon(programPath))
     throw HResultError(HResultFromError(ERROR_FILE_CORRUPT));
   BitmapHandle picture = ShellIconBitmap(programPath);
   if (IsUsablePicture(picture.Get()))

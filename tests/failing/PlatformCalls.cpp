@@ -96,7 +96,6 @@ constexpr Failing failings[] = {
     {"GetTextMetricsW", none, ERROR_NOT_ENOUGH_MEMORY, false},
     {"GetThreadContext", none, ERROR_NOT_ENOUGH_MEMORY, false},
     {"GetVersionExW", none, ERROR_NOT_ENOUGH_MEMORY, false},
-    {"GetWindowLongPtrW", none, ERROR_NOT_ENOUGH_MEMORY, false},
     {"GetWindowLongW", none, ERROR_NOT_ENOUGH_MEMORY, false},
     {"GetWindowRect", none, ERROR_NOT_ENOUGH_MEMORY, false},
     {"GetWindowTextLengthW", none, ERROR_NOT_ENOUGH_MEMORY, false},
@@ -213,6 +212,7 @@ constexpr Reason reasons[] = {
     {"its answer is that of a window procedure, or what was before",
      "CallWindowProcW DefWindowProcW DispatchMessageW EnableWindow SendMessageW ShowWindow "
      "TranslateMessage"},
+    {"it is only asked for what a window has itself, while that window has a message", "GetWindowLongPtrW"},
     {"only the run-time libraries call it",
      "AddVectoredExceptionHandler CreateEventA CreateSemaphoreA DeleteCriticalSection EnterCriticalSection "
      "GetCurrentThread GetCurrentThreadId GetProcessAffinityMask GetStartupInfoW GetSystemTimeAsFileTime "

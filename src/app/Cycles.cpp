@@ -10,6 +10,7 @@
 #include "system/Windows.h"
 #include "toolkit/AnimationServices.h"
 #include "toolkit/drawing/WICHelper.h"
+#include "toolkit/drawing/Window.h"
 
 namespace lumenor {
 
@@ -52,6 +53,7 @@ bool TryCycle(MSG &message) {
     return true;
   } catch (...) {
     ReportFailedStart();
+    Window::ForgetFactory();
     return false;
   }
 }
@@ -74,6 +76,7 @@ void ReportFailedStart() noexcept {
 }
 
 int RunCycles() {
+  const Window::FactoryHold fasterResets;
   // The message outlives the cycles on purpose: a failed cycle doesn't change it, so that a failure after a reset finds
   // the reset's code again and starts another cycle, for as long as the failure lasts.
   MSG message{};

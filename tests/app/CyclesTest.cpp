@@ -36,6 +36,8 @@
 extern "C" decltype(&::OpenEventLogW) __imp_OpenEventLogW;
 extern "C" decltype(&::ShellExecuteW) __imp_ShellExecuteW;
 extern "C" decltype(&::DialogBoxParamW) __imp_DialogBoxParamW;
+using CreateDrawingFactory = HRESULT(WINAPI *)(D2D1_FACTORY_TYPE, REFIID, const D2D1_FACTORY_OPTIONS *, void **);
+extern "C" CreateDrawingFactory __imp_D2D1CreateFactory;
 
 namespace lumenor {
 
@@ -45,6 +47,14 @@ constexpr wchar_t applicationId[] = L"com.tw.ebu.lumenor";
 constexpr wchar_t userDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.User";
 
 HINSTANCE WINAPI FailToLaunch(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT) { throw std::runtime_error("launch"); }
+
+int factoriesMade = 0;
+CreateDrawingFactory platformFactory = nullptr;
+
+HRESULT WINAPI CountFactory(D2D1_FACTORY_TYPE type, REFIID id, const D2D1_FACTORY_OPTIONS *options, void **factory) {
+  ++factoriesMade;
+  return platformFactory(type, id, options, factory);
+}
 
 std::function<void(HWND bar)> onBar;
 
@@ -57,6 +67,8 @@ void CALLBACK LookAtBar(HWND, UINT, UINT_PTR, DWORD) {
 class CyclesTest : public ::testing::Test {
 protected:
   CyclesTest() {
+    factoriesMade = 0;
+    platformFactory = factories.Former();
     OpenDockEventLog();
     registry.Delete();
     registry.Create();
@@ -124,6 +136,7 @@ protected:
   const tests::KeptRegistryKey registry{HKEY_CURRENT_USER, L"SOFTWARE\\Tarnwick\\Lumenor"};
   const tests::LogCapture log{folders};
   const desk::EventLogSpy eventLog;
+  const tests::ImportSlot<CreateDrawingFactory> factories{&__imp_D2D1CreateFactory, &CountFactory};
   const UINT_PTR timer = ::SetTimer(nullptr, 0, 20, &LookAtBar);
 };
 
@@ -161,6 +174,7 @@ TEST_F(CyclesTest, AResetBuildsANewBarInTheSameProcess) {
   };
   EXPECT_EQ(0, RunCycles());
   EXPECT_EQ(Twice(CycleThatComesUp()), CycleLines());
+  EXPECT_EQ(1, factoriesMade);
 }
 
 /// As a window procedure whose object has failed.
@@ -199,6 +213,7 @@ TEST_F(CyclesTest, ALostTargetBuildsANewBarWithTheUsersButtons) {
   EXPECT_EQ(Twice(CycleThatComesUp()), CycleLines());
   EXPECT_EQ(1U, LoadDocument(userDocument, false).size());
   EXPECT_EQ(Texts{}, eventLog.Reports());
+  EXPECT_EQ(2, factoriesMade);
 }
 
 TEST_F(CyclesTest, ATargetThatIsLostAgainAndAgainCostsACycleASecondAtMost) {
@@ -371,6 +386,7 @@ TEST_F(CyclesTest, AFailureAfterAResetIsTriedAgainUntilItLastsNoLonger) {
   EXPECT_EQ("INFO: Dock Startup complete", CycleLines().back());
   EXPECT_EQ(L"caught an unhandled exception in OnResetDock", eventLog.Reports().front());
   EXPECT_EQ(L"Failed to initialize Lumenor", eventLog.Reports().back());
+  EXPECT_EQ(2, factoriesMade);
 }
 
 TEST_F(CyclesTest, AFailureInTheLoopEndsWithWhatTheLastMessageHeld) {

@@ -1,6 +1,8 @@
 #include "toolkit/drawing/Window.h"
 
+#include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -92,6 +94,35 @@ TEST_F(WindowOnScreen, DrawsWithTheFactoryOfTheWindowsThatStand) {
   later.Create(nullptr);
   ASSERT_NE(factory.Get(), nullptr);
   EXPECT_EQ(laterFactory.Get(), factory.Get());
+}
+
+/// The factory of a window that comes when all others have gone.
+Microsoft::WRL::ComPtr<ID2D1Factory> FactoryOfTheNext() {
+  Microsoft::WRL::ComPtr<ID2D1Factory> factory;
+  TestWindow().Target()->GetFactory(&factory);
+  return factory;
+}
+
+TEST(DrawingFactory, GoesWithTheLastWindow) {
+  const auto former = FactoryOfTheNext();
+  EXPECT_NE(FactoryOfTheNext().Get(), former.Get());
+}
+
+TEST(DrawingFactory, OutlastsTheWindowsWhileItIsHeld) {
+  std::optional<Window::FactoryHold> hold(std::in_place);
+  const auto former = FactoryOfTheNext();
+  EXPECT_EQ(FactoryOfTheNext().Get(), former.Get());
+  hold.reset();
+  EXPECT_NE(FactoryOfTheNext().Get(), former.Get());
+}
+
+TEST(DrawingFactory, IsMadeAnewOnceItIsForgotten) {
+  const Window::FactoryHold hold;
+  const auto former = FactoryOfTheNext();
+  Window::ForgetFactory();
+  const auto later = FactoryOfTheNext();
+  EXPECT_NE(later.Get(), former.Get());
+  EXPECT_EQ(FactoryOfTheNext().Get(), later.Get());
 }
 
 TEST_F(WindowOnScreen, RunsModallyUntilEndDialog) {

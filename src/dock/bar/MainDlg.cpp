@@ -227,6 +227,7 @@ void CMainDlg::OnDrawFailed(HRESULT result) {
   if (result != static_cast<HRESULT>(D2DERR_RECREATE_TARGET))
     return;
   userRow.Save();
+  ForgetFactory();
   ::PostQuitMessage(RestartQuitCode);
   ::DestroyWindow(handle);
 }

@@ -66,13 +66,17 @@ void UpdateLayers(HWND window, const RECT &screenRect, HDC source, unsigned char
 } // namespace
 
 /// Every factory has a device, whose creation takes longer than everything else of a window. So a window that is made
-/// while there are others uses their factory, which is released with the last of them.
+/// while there are others uses their factory, which is released with the last of them unless it is held.
 Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> Window::CreateTarget() {
-  if (allWindows.empty())
-    return CreateGdiRenderTarget();
-  Microsoft::WRL::ComPtr<ID2D1Factory> factory;
-  allWindows.front()->renderTarget->GetFactory(&factory);
-  return CreateGdiRenderTarget(factory.Get());
+  Microsoft::WRL::ComPtr<ID2D1Factory> factory = heldFactory;
+  if (!allWindows.empty())
+    allWindows.front()->renderTarget->GetFactory(factory.ReleaseAndGetAddressOf());
+  if (factory)
+    return CreateGdiRenderTarget(factory.Get());
+  auto target = CreateGdiRenderTarget();
+  if (factoryHolds != 0)
+    target->GetFactory(&heldFactory);
+  return target;
 }
 
 Window::Window() : renderTarget(CreateTarget()) {

@@ -50,6 +50,21 @@ public:
     explicit RepaintHold(Window &window) : ScopedValue(window.repaintHolds, window.repaintHolds + 1) {}
   };
 
+  /// While one lives, the drawing factory outlasts its windows, and those that come later use it.
+  struct FactoryHold {
+    FactoryHold() { ++factoryHolds; }
+    ~FactoryHold() {
+      if (--factoryHolds == 0)
+        ForgetFactory();
+    }
+    FactoryHold(const FactoryHold &) = delete;
+    FactoryHold &operator=(const FactoryHold &) = delete;
+  };
+
+  /// Lets the factory go with the windows that use it, since something of it has failed. The next window makes a new
+  /// one.
+  static void ForgetFactory() { heldFactory.Reset(); }
+
   /// The number of the template that Create and DoModal take, set by the constructor of each subclass.
   WORD dialogId = 0;
 
@@ -113,6 +128,9 @@ private:
 
   /// All windows that exist, in the order in which they were made.
   static inline std::vector<Window *> allWindows;
+
+  static inline int factoryHolds = 0;
+  static inline Microsoft::WRL::ComPtr<ID2D1Factory> heldFactory; // null without a hold
 
   static Microsoft::WRL::ComPtr<ID2D1DCRenderTarget> CreateTarget();
   void DestroyAfterFailure();

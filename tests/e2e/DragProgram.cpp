@@ -1,5 +1,7 @@
 #include "e2e/DragProgram.h"
 
+#include <gtest/gtest.h>
+
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
@@ -33,8 +35,10 @@ DragProgram::DragProgram(const std::vector<std::wstring> &paths) {
   STARTUPINFOW start = {};
   start.cb = sizeof(start);
   PROCESS_INFORMATION started = {};
-  if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started))
+  if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started)) {
+    ADD_FAILURE() << "starting the program failed with " << ::GetLastError();
     return;
+  }
   process.Reset(started.hProcess);
   const KernelHandle thread(started.hThread);
   WaitFor([&] { return (window = ::FindWindowW(windowClass, nullptr)) != nullptr && ::IsWindowVisible(window); });

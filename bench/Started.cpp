@@ -2,18 +2,15 @@
 
 #include <psapi.h>
 
+#include "support/StartProgram.h"
 #include "system/HResultError.h"
 
 namespace lumenor::bench {
 
-Started::Started(std::wstring commandLine) {
-  STARTUPINFOW start = {};
-  start.cb = sizeof(start);
-  PROCESS_INFORMATION started = {};
-  ThrowIfFalse(
-      ::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started));
-  const KernelHandle thread(started.hThread);
-  process.Reset(started.hProcess);
+Started::Started(const std::wstring &commandLine) {
+  process = tests::StartProgram(commandLine).process;
+  if (!process)
+    throw HResultError(E_FAIL);
 }
 
 Started::~Started() {

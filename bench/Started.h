@@ -12,7 +12,7 @@ namespace lumenor::bench {
 class Started {
 public:
   /// Raises HResultError when the program can't be started.
-  explicit Started(std::wstring commandLine);
+  explicit Started(const std::wstring &commandLine);
 
   /// Ends the program if it still runs.
   ~Started();

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/StartProgram.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
 
@@ -17,16 +18,11 @@ public:
     EXPECT_TRUE(::CopyFileW(L"C:\\windows\\system32\\cmd.exe", path.c_str(), FALSE));
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     EXPECT_TRUE(::CreatePipe(input.Put(), writer.Put(), &inherited, 0));
-    STARTUPINFOW start = {};
-    start.cb = sizeof start;
-    start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdInput = input.Get();
-    PROCESS_INFORMATION started = {};
-    std::wstring commandLine = L"\"" + path + L"\"";
-    EXPECT_TRUE(::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
-                                 nullptr, &start, &started));
-    process.Reset(started.hProcess);
-    thread.Reset(started.hThread);
+    tests::StartOptions options = {.flags = CREATE_NO_WINDOW, .inheritsHandles = true};
+    options.startup.dwFlags = STARTF_USESTDHANDLES;
+    options.startup.hStdInput = input.Get();
+    process = tests::StartProgram(L"\"" + path + L"\"", options).process;
+    EXPECT_TRUE(process);
   }
 
   ~NamedProcess() {
@@ -35,7 +31,7 @@ public:
   }
 
 private:
-  KernelHandle input, writer, process, thread;
+  KernelHandle input, writer, process;
 };
 
 TEST(IsDockProcessRunning, IsFalseWithoutSuchAProcess) { EXPECT_FALSE(IsDockProcessRunning()); }

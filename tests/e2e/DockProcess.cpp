@@ -2,9 +2,11 @@
 
 #include <cstdio>
 #include <stdexcept>
+#include <utility>
 
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
+#include "support/StartProgram.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -45,17 +47,10 @@ template <typename Visit> void ForEachChild(HWND parent, Visit visit) {
 DockProcess::DockProcess(const Installation &installation, const std::wstring &arguments, const std::wstring &program)
     : screen{0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)}, bareScreen(Capture(screen)) {
   ::SetEnvironmentVariableW(L"LUMENOR_LOGGING", L"3");
-  std::wstring commandLine = L"\"" + (program.empty() ? installation.DockExe() : program) + L"\" " + arguments;
-  STARTUPINFOW start = {};
-  start.cb = sizeof(start);
-  PROCESS_INFORMATION started = {};
-  if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started)) {
-    std::printf("the dock can't be started, error %lu\n", ::GetLastError());
-    return;
-  }
-  ::CloseHandle(started.hThread);
-  process.Reset(started.hProcess);
-  id = started.dwProcessId;
+  tests::StartedProgram dock =
+      tests::StartProgram(L"\"" + (program.empty() ? installation.DockExe() : program) + L"\" " + arguments);
+  process = std::move(dock.process);
+  id = dock.id;
 }
 
 DockProcess::~DockProcess() {

@@ -1,10 +1,9 @@
 #include "e2e/DragProgram.h"
 
-#include <gtest/gtest.h>
-
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
+#include "support/StartProgram.h"
 #include "support/TestFolders.h"
 
 namespace lumenor::e2e {
@@ -31,16 +30,11 @@ std::wstring TitleOf(HWND window) {
 } // namespace
 
 DragProgram::DragProgram(const std::vector<std::wstring> &paths) {
-  std::wstring commandLine = L"\"" + tests::BesideThisProgram(L"drag_source.exe") + L"\" " + place + Arguments(paths);
-  STARTUPINFOW start = {};
-  start.cb = sizeof(start);
-  PROCESS_INFORMATION started = {};
-  if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started)) {
-    ADD_FAILURE() << "starting the program failed with " << ::GetLastError();
+  process =
+      tests::StartProgram(L"\"" + tests::BesideThisProgram(L"drag_source.exe") + L"\" " + place + Arguments(paths))
+          .process;
+  if (!process)
     return;
-  }
-  process.Reset(started.hProcess);
-  const KernelHandle thread(started.hThread);
   WaitFor([&] { return (window = ::FindWindowW(windowClass, nullptr)) != nullptr && ::IsWindowVisible(window); });
   CaptureSettled(RectOf(window));
 }

@@ -5,23 +5,18 @@
 #include <gtest/gtest.h>
 
 #include "e2e/Screen.h"
+#include "support/StartProgram.h"
 #include "system/Handles.h"
 #include "system/Paths.h"
 
 namespace lumenor::e2e {
 namespace {
 
-bool Runs(std::wstring commandLine) {
-  STARTUPINFOW start = {};
-  start.cb = sizeof(start);
-  PROCESS_INFORMATION started = {};
-  if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr,
-                        &start, &started))
-    return false;
-  const KernelHandle process(started.hProcess), thread(started.hThread);
+bool Runs(const std::wstring &commandLine) {
+  const KernelHandle process = tests::StartProgram(commandLine, {.flags = CREATE_NO_WINDOW}).process;
   DWORD code = 1;
-  return ::WaitForSingleObject(process.Get(), 60000) == WAIT_OBJECT_0 && ::GetExitCodeProcess(process.Get(), &code) &&
-         code == 0;
+  return process && ::WaitForSingleObject(process.Get(), 60000) == WAIT_OBJECT_0 &&
+         ::GetExitCodeProcess(process.Get(), &code) && code == 0;
 }
 
 /// The dock may be reading the file at that moment, and the interpreter doesn't wait for it.

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "support/StartProgram.h"
+
 namespace lumenor::tests {
 
 namespace {
@@ -29,13 +31,7 @@ void EndOnCrash(std::string (*describe)(const void *address)) {
 KernelHandle StartAgain(const std::wstring &words) {
   wchar_t path[MAX_PATH] = {};
   ::GetModuleFileNameW(nullptr, path, MAX_PATH);
-  std::wstring commandLine = L"\"" + std::wstring(path) + L"\" " + words;
-  STARTUPINFOW start = {};
-  start.cb = sizeof(start);
-  PROCESS_INFORMATION started = {};
-  ::CreateProcessW(path, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &started);
-  const KernelHandle thread(started.hThread);
-  return KernelHandle(started.hProcess);
+  return StartProgram(L"\"" + std::wstring(path) + L"\" " + words, {.inheritsHandles = true}).process;
 }
 
 DWORD WaitForChild(HANDLE process, const std::atomic<std::uint64_t> &progress, std::chrono::seconds longestSilence) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/StartProgram.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
 
@@ -36,17 +37,11 @@ std::wstring CommandLine() { return L"\"" + ThisProgram() + L"\" --gtest_color=n
 
 KernelHandle Start(HANDLE output) {
   const EnvironmentValue isChild(childVariable, L"1");
-  STARTUPINFOW start = {};
-  start.cb = sizeof start;
-  start.dwFlags = STARTF_USESTDHANDLES;
-  start.hStdOutput = output;
-  start.hStdError = output;
-  PROCESS_INFORMATION started = {};
-  std::wstring commandLine = CommandLine();
-  if (!::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &started))
-    return {};
-  const KernelHandle thread(started.hThread);
-  return KernelHandle(started.hProcess);
+  StartOptions options = {.inheritsHandles = true};
+  options.startup.dwFlags = STARTF_USESTDHANDLES;
+  options.startup.hStdOutput = output;
+  options.startup.hStdError = output;
+  return StartProgram(CommandLine(), options).process;
 }
 
 unsigned long WaitForEnd(const KernelHandle &process) {

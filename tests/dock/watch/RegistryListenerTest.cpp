@@ -13,6 +13,7 @@
 #include "dock/DockMessages.h"
 #include "support/ImportSlot.h"
 #include "support/KeptRegistryKey.h"
+#include "support/StartProgram.h"
 #include "system/WindowException.h"
 
 extern "C" decltype(&::TerminateThread) __imp_TerminateThread;
@@ -210,15 +211,11 @@ TEST_F(RegistryListener, SeesTwoQuickWritesAsOne) {
 TEST_F(RegistryListener, HearsAnotherProcess) {
   registry.SetText(positionValue, L"Top");
   Start();
-  std::wstring command = L"reg.exe add HKCU\\SOFTWARE\\Tarnwick\\Lumenor /v DockPosition /d Bottom /f";
-  STARTUPINFOW startup = {};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION process = {};
-  ASSERT_TRUE(::CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr,
-                               &startup, &process));
-  const KernelHandle processHandle(process.hProcess), threadHandle(process.hThread);
+  const tests::StartedProgram other = tests::StartProgram(
+      L"reg.exe add HKCU\\SOFTWARE\\Tarnwick\\Lumenor /v DockPosition /d Bottom /f", {.flags = CREATE_NO_WINDOW});
+  ASSERT_TRUE(other.process);
   EXPECT_EQ(std::vector<UINT>({1030}), MessagesUpTo(1030));
-  EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(processHandle.Get(), deadlineMs));
+  EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(other.process.Get(), deadlineMs));
 }
 
 TEST_F(RegistryListener, EndsWithAFailureWithoutTheKey) {

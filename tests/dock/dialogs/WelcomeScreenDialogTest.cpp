@@ -1,6 +1,7 @@
 #include "dock/dialogs/WelcomeScreenDialog.h"
 
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -34,7 +35,7 @@ struct DialogTree {
         updateCheckBox(At<CheckedButton>(buttonStack, {1})), startupCheckBox(At<CheckedButton>(buttonStack, {2})),
         preferences(At<TextElement>(buttonStack, {3})) {}
 
-  template <typename Child> static Child &At(UIElement &element, const std::vector<std::size_t> &path) {
+  template <typename Child> static Child &At(UIElement &element, std::initializer_list<std::size_t> path) {
     UIElement *found = &element;
     for (const std::size_t index : path)
       found = ChildrenOf(*found).at(index);

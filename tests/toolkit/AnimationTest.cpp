@@ -97,7 +97,7 @@ TEST_F(AnimationTest, BringsAnOpacityToItsEnd) {
   animation.Start();
   EXPECT_EQ(opacity.property.Get(), 190) << "until the first tick";
   ASSERT_TRUE(PumpUntilIdle());
-  ASSERT_GE(opacity.values.size(), 3U);
+  ASSERT_FALSE(opacity.values.empty());
   for (std::size_t i = 1; i < opacity.values.size(); ++i)
     EXPECT_GT(opacity.values[i], opacity.values[i - 1]);
   EXPECT_EQ(opacity.values.back(), 255);
@@ -109,9 +109,20 @@ TEST_F(AnimationTest, BringsAPlaceToItsEnd) {
   Prepare(animation, -20, -170, &left.property);
   animation.Start();
   ASSERT_TRUE(PumpUntilIdle());
-  ASSERT_GE(left.values.size(), 3U);
+  ASSERT_FALSE(left.values.empty());
   EXPECT_LT(left.values.front(), -20);
   EXPECT_EQ(left.values.back(), -170);
+}
+
+// How many ticks a movement of a tenth of a second gets depends on what else the machine does. This one lasts.
+TEST_F(AnimationTest, MovesAtEachTick) {
+  WatchedProperty<long> left(0);
+  LongAnimation animation;
+  Prepare(animation, 0, 1e6F, &left.property);
+  animation.Duration.Set(1000.0F);
+  animation.Start();
+  EXPECT_TRUE(PumpUntil([&] { return left.values.size() >= 3; }));
+  EXPECT_LT(left.property.Get(), 1'000'000);
 }
 
 TEST_F(AnimationTest, SpeedsUpAndSlowsDownByItsShares) {
@@ -308,7 +319,7 @@ TEST_F(AnimationTest, WhatAListenerRaisesReachesTheMessageLoop) {
   LongAnimation animation;
   Prepare(animation, 0, 100, &left);
   animation.Start();
-  EXPECT_THROW(PumpUntil([] { return false; }, std::chrono::milliseconds(500)), std::runtime_error);
+  EXPECT_THROW(PumpUntil([] { return false; }), std::runtime_error);
 }
 
 /// The order of the calls that a start makes of the services.

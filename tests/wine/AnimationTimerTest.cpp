@@ -94,24 +94,33 @@ TEST_F(AnimationTimerTest, TicksOnlyWhileAStoryboardPlays) {
   EXPECT_EQ(timer->IsEnabled(), S_OK);
   ASSERT_TRUE(PumpUntil([this] { return IsIdle(); }));
   EXPECT_EQ(Value(variable), 100) << "the last tick brings the end";
-  EXPECT_GE(listener.calls.size(), 10U);
+  EXPECT_FALSE(listener.calls.empty());
   EXPECT_LE(listener.calls.size(), 60U);
   EXPECT_EQ(CallsInAWhile(), 0U);
   EXPECT_TRUE(listener.isOnOneThread);
 }
 
+// How many ticks a short storyboard gets depends on what else the machine does. This one lasts.
 TEST_F(AnimationTimerTest, EachTickUpdatesBetweenItsTwoCalls) {
   Connect(UI_ANIMATION_IDLE_BEHAVIOR_DISABLE);
-  const auto variable = Run(0.1);
+  const auto variable = Run(1000);
   std::vector<double> values;
   listener.onPost = [&] { values.push_back(Value(variable)); };
-  ASSERT_TRUE(PumpUntil([this] { return IsIdle(); }));
+  ASSERT_TRUE(PumpUntil([&] { return values.size() >= 3; }));
   for (std::size_t i = 0; i < listener.calls.size(); ++i)
     EXPECT_EQ(listener.calls[i], i % 2 == 0 ? "pre" : "post");
-  ASSERT_GE(values.size(), 3U);
   for (std::size_t i = 1; i < values.size(); ++i)
     EXPECT_GT(values[i], values[i - 1]);
-  EXPECT_EQ(values.back(), 100) << "the end is told too";
+  EXPECT_LT(values.back(), 100);
+}
+
+TEST_F(AnimationTimerTest, TheEndIsToldToo) {
+  Connect(UI_ANIMATION_IDLE_BEHAVIOR_DISABLE);
+  const auto variable = Run(0.1);
+  double last = 0;
+  listener.onPost = [&] { last = Value(variable); };
+  ASSERT_TRUE(PumpUntil([this] { return IsIdle(); }));
+  EXPECT_EQ(last, 100);
 }
 
 TEST_F(AnimationTimerTest, NoTickComesFromAnotherThread) {
@@ -128,7 +137,8 @@ TEST_F(AnimationTimerTest, GoesOnWhenItIsntToStopWhenIdle) {
   Connect(UI_ANIMATION_IDLE_BEHAVIOR_CONTINUE);
   const auto variable = Run(0.03);
   ASSERT_TRUE(PumpUntil([&] { return Value(variable) == 100; }));
-  EXPECT_GT(CallsInAWhile(), 3U);
+  const std::size_t callsAtTheEnd = listener.calls.size();
+  EXPECT_TRUE(PumpUntil([&] { return listener.calls.size() > callsAtTheEnd + 3; }));
   EXPECT_EQ(timer->IsEnabled(), S_OK);
   EXPECT_EQ(timer->Disable(), S_OK);
   EXPECT_TRUE(IsIdle());

@@ -8,6 +8,7 @@
 #include "drawing/ButtonStage.h"
 #include "drawing/PaintSurface.h"
 #include "drawing/Pictures.h"
+#include "drawing/TestWindow.h"
 #include "support/FailingDisk.h"
 #include "support/HandleCounts.h"
 #include "support/LogCapture.h"
@@ -70,9 +71,19 @@ protected:
     return MakePicture(SolidPicture(20, 20, normalColor));
   }
 
+  /// A painter whose button has been on the screen.
   std::shared_ptr<GlowButtonPainter> MakePainter(const std::wstring &imagePath, const std::wstring &text = L"",
                                                  unsigned insetImage = 0, const std::wstring &programPath = L"") const {
-    return std::make_shared<GlowButtonPainter>(surface.Target(), insetImage, text, imagePath, BarLayout(), programPath);
+    auto painter = MakeFreshPainter(surface.Target(), imagePath, text, insetImage, programPath);
+    painter->LoadVariants();
+    return painter;
+  }
+
+  static std::shared_ptr<GlowButtonPainter> MakeFreshPainter(const RenderTargetPtr &target,
+                                                             const std::wstring &imagePath,
+                                                             const std::wstring &text = L"", unsigned insetImage = 0,
+                                                             const std::wstring &programPath = L"") {
+    return std::make_shared<GlowButtonPainter>(target, insetImage, text, imagePath, BarLayout(), programPath);
   }
 
   Picture Paint(IButtonPainter &painter, const D2D1_RECT_F &rect = buttonRect) {
@@ -156,6 +167,61 @@ TEST_F(GlowButtonPainterTest, ACachedVariantIsShownAndThePictureIsNotDecodedForI
   EXPECT_EQ(SolidPicture(20, 20, normalColor), PaintVariant(painter, 0, 0));
   EXPECT_EQ(SolidPicture(20, 20, hoverColor), PaintVariant(painter, 1, 0));
   EXPECT_EQ(SolidPicture(20, 20, pressedColor), PaintVariant(painter, 0, 1));
+}
+
+TEST_F(GlowButtonPainterTest, VariantsAreMadeAfterTheFirstPictureOfTheWindowAndBeforeItsFirstMessage) {
+  const std::wstring path = MakePicture(SolidPicture(20, 20, 0xFF000000));
+  TestWindow window;
+  std::shared_ptr<GlowButtonPainter> painter;
+  std::shared_ptr<Button> button;
+  std::vector<bool> cached;
+  const auto note = [&] { cached.push_back(Exists(Cache(L"Mail.png.pressed"))); };
+  window.onInitialize = [&] {
+    painter = MakeFreshPainter(window.Target(), path);
+    button = std::make_shared<Button>(painter);
+    window.canvas.AddChild(button.get());
+    button->SetBounds(&buttonBounds);
+    note();
+  };
+  window.onPaint = [&](ID2D1RenderTarget *) { note(); };
+  window.Create(nullptr);
+  note();
+  EXPECT_THAT(cached, ElementsAre(false, false, true));
+  EXPECT_EQ(SolidPicture(20, 20, 0xFF181818), ReadPicture(Cache(L"Mail.png.hover")));
+}
+
+TEST_F(GlowButtonPainterTest, AttachingToAButtonThatIsOnTheScreenLoadsTheVariantsAtOnceAndOnce) {
+  const std::wstring path = MakeColoredPictures();
+  const auto painter = MakeFreshPainter(surface.Target(), path);
+  const LogCapture log(folders);
+  EXPECT_EQ(SolidPicture(20, 20, hoverColor), PaintVariant(painter, 1, 0));
+  EXPECT_EQ(SolidPicture(20, 20, pressedColor), PaintVariant(painter, 0, 1));
+  EXPECT_EQ(3U, log.Lines().size());
+}
+
+TEST_F(GlowButtonPainterTest, APainterThatIsGoneBeforeTheFirstPictureMakesNoVariants) {
+  TestWindow window;
+  std::shared_ptr<Button> button;
+  window.onInitialize = [&] {
+    button = std::make_shared<Button>(MakeFreshPainter(window.Target(), MakePicture(SolidPicture(20, 20, 0xFF000000))));
+    window.canvas.AddChild(button.get());
+    button->SetPainter(std::make_shared<RecordingPainter>());
+  };
+  window.Create(nullptr);
+  EXPECT_FALSE(Exists(Cache(L"Mail.png.hover")));
+}
+
+TEST_F(GlowButtonPainterTest, ThePictureStandsInForAVariantThatCannotBeMade) {
+  const std::wstring path = MakePicture(SolidPicture(20, 20, normalColor));
+  const auto painter = MakeFreshPainter(surface.Target(), path);
+  WriteBytes(path, "damaged meanwhile");
+  const LogCapture log(folders);
+  painter->LoadVariants();
+  EXPECT_EQ(SolidPicture(20, 20, normalColor), PaintVariant(painter, 1, 0)) << "and no halo";
+  EXPECT_EQ(SolidPicture(20, 20, normalColor), PaintVariant(painter, 0, 1));
+  for (const wchar_t *variant : {L"hover", L"glow", L"pressed"})
+    EXPECT_THAT(log.Lines(), Contains(HasSubstr("ERROR: GlowButtonPainter: can't make " +
+                                                Utf8(Cache(std::wstring(L"Mail.png.") + variant)) + ", error 8")));
 }
 
 TEST_F(GlowButtonPainterTest, TheColoursOfAStretchedPictureRunIntoEachOther) {

@@ -4,6 +4,7 @@
 
 #include "system/HResultError.h"
 #include "system/ImagePath.h"
+#include "system/Log.h"
 #include "system/Paths.h"
 #include "toolkit/drawing/Button.h"
 #include "toolkit/drawing/ButtonParts.h"
@@ -45,53 +46,65 @@ GlowButtonPainter::GlowButtonPainter(RenderTargetPtr renderTarget, unsigned inse
       renderTarget(std::move(renderTarget)),
       sizeListener(MakeListener<PropertyChangeEventArgs<long>>(this, &GlowButtonPainter::Layout)) {
   if (imagePath.empty())
-    LoadProgramImages();
+    LoadProgramImage();
   else
-    LoadFileImages();
-  if (!normalImage || !hoverImage || !pressedImage)
-    throw HResultError(E_FAIL);
+    LoadFileImage();
 }
 
-void GlowButtonPainter::LoadProgramImages() {
+void GlowButtonPainter::LoadProgramImage() {
   if (!PathExists(programPath))
     throw CommandNotFoundException();
   const std::wstring displayName = ProgramDisplayName(programPath);
   if (text.empty())
     text = displayName;
-  BitmapHandle source = ProgramImage(programPath);
-  const std::wstring cacheBasePath = CacheBasePath(programPath);
+  source = ProgramImage(programPath);
   normalImage = LoadBitmapFromHBitmap(renderTarget.Get(), source.Get());
-  LoadVariants(source, cacheBasePath);
 }
 
-void GlowButtonPainter::LoadFileImages() {
+/// A folder is refused, since no variants can be made of it; whoever makes the painter then takes another picture.
+void GlowButtonPainter::LoadFileImage() {
+  if (!FileExists(imagePath) && PathExists(imagePath))
+    throw HResultError(E_ACCESSDENIED);
   normalImage = LoadBitmapFromFile(renderTarget.Get(), imagePath, true);
-  BitmapHandle source;
-  LoadVariants(source, CacheBasePath(imagePath));
 }
 
-void GlowButtonPainter::LoadVariants(BitmapHandle &source, const std::wstring &cacheBasePath) {
-  hoverImage = LoadShadedImage(source, cacheBasePath + L".hover", CAdditiveColorShader(24, 24, 24));
-  glowImage = LoadShadedImage(source, cacheBasePath + L".glow", COuterGlowShader(224, 224, 224, haloRadius, 0.6F));
-  pressedImage = LoadShadedImage(source, cacheBasePath + L".pressed", CAdditiveColorShader(15, 25, 65));
+void GlowButtonPainter::LoadVariants() {
+  if (areVariantsLoaded)
+    return;
+  areVariantsLoaded = true;
+  const std::wstring cacheBasePath = CacheBasePath(imagePath.empty() ? programPath : imagePath);
+  hoverImage = LoadVariant(cacheBasePath + L".hover", CAdditiveColorShader(24, 24, 24));
+  glowImage = LoadVariant(cacheBasePath + L".glow", COuterGlowShader(224, 224, 224, haloRadius, 0.6F));
+  pressedImage = LoadVariant(cacheBasePath + L".pressed", CAdditiveColorShader(15, 25, 65));
+  source.Reset();
 }
 
-GlowButtonPainter::BitmapPtr GlowButtonPainter::LoadShadedImage(BitmapHandle &source, const std::wstring &cachePath,
+GlowButtonPainter::BitmapPtr GlowButtonPainter::LoadVariant(const std::wstring &cachePath,
+                                                            const IBitmapShader &shader) {
+  try {
+    return LoadShadedImage(cachePath, shader);
+  } catch (const HResultError &error) {
+    LogError("GlowButtonPainter: can't make %S, error %x", cachePath.c_str(), static_cast<unsigned>(error.Result()));
+    return {};
+  }
+}
+
+GlowButtonPainter::BitmapPtr GlowButtonPainter::LoadShadedImage(const std::wstring &cachePath,
                                                                 const IBitmapShader &shader) {
   try {
     if (!PathExists(cachePath)) {
-      if (const BitmapHandle shaded = ShadeSource(source, shader))
+      if (const BitmapHandle shaded = ShadeSource(shader))
         SaveHBitmapAsPng(shaded.Get(), cachePath);
     }
     return LoadBitmapFromFile(renderTarget.Get(), cachePath, true);
   } catch (const std::exception &) {
     // Neither a cache that can't be written nor one that can't be read keeps the button from being shown.
-    const BitmapHandle shaded = ShadeSource(source, shader);
+    const BitmapHandle shaded = ShadeSource(shader);
     return shaded ? LoadBitmapFromHBitmap(renderTarget.Get(), shaded.Get()) : BitmapPtr();
   }
 }
 
-BitmapHandle GlowButtonPainter::ShadeSource(BitmapHandle &source, const IBitmapShader &shader) {
+BitmapHandle GlowButtonPainter::ShadeSource(const IBitmapShader &shader) {
   if (!source)
     source = LoadHBitmapFromFile(imagePath);
   return source ? shader.Shade(source.Get()) : BitmapHandle();
@@ -106,7 +119,8 @@ void GlowButtonPainter::Paint(RenderTargetPtr target, const D2D1_RECT_F *rect) {
   if (isMouseOver && !isPressed)
     DrawImage(target.Get(), glowImage.Get(), Grown(insetImage != 0 ? *rect : imageRectangle, haloRadius));
   const BitmapPtr &unpressedImage = isMouseOver ? hoverImage : normalImage;
-  DrawImage(target.Get(), (isPressed ? pressedImage : unpressedImage).Get(), imageRectangle);
+  const BitmapPtr &image = isPressed ? pressedImage : unpressedImage;
+  DrawImage(target.Get(), (image ? image : normalImage).Get(), imageRectangle);
   if (!text.empty())
     button->PaintChild(target, (isMouseOver ? hoverText : normalText).get(), rect);
 }
@@ -134,6 +148,10 @@ void GlowButtonPainter::Attach(Button *newButton) {
   newButton->Width.changed.AddListener(sizeListener.get());
   newButton->Height.changed.AddListener(sizeListener.get());
   Layout();
+  newButton->RunOnceShown([attached = weak_from_this()] {
+    if (const auto painter = attached.lock())
+      painter->LoadVariants();
+  });
 }
 
 void GlowButtonPainter::Layout() {

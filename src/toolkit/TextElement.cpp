@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "system/HResultError.h"
+#include "system/Log.h"
 #include "system/Text.h"
 #include "toolkit/StatusFont.h"
 
@@ -94,20 +95,34 @@ Microsoft::WRL::ComPtr<IDWriteTextLayout> TextElement::CreateLayout(const std::w
 }
 
 void TextElement::Measure() {
-  const auto layout = CreateLayout(Text.Get());
+  paintedLayout.Reset();
+  const auto unboundedLayout = CreateLayout(Text.Get());
   DWRITE_TEXT_METRICS metrics{};
-  ThrowIfFailed(layout->GetMetrics(&metrics));
+  ThrowIfFailed(unboundedLayout->GetMetrics(&metrics));
   DesiredWidth.Set(static_cast<long>(std::ceil(metrics.width)));
   DesiredHeight.Set(static_cast<long>(std::ceil(metrics.height)));
   Invalidate();
 }
 
 void TextElement::Paint(RenderTargetPtr, const D2D1_RECT_F *rect) {
-  if (brush == nullptr)
-    return; // never updated
-  const std::wstring_view shown = Shown(Text.Get());
-  renderTarget->DrawText(shown.data(), Length(shown), textFormat.Get(), rect, brush.Get(), D2D1_DRAW_TEXT_OPTIONS_NONE,
-                         DWRITE_MEASURING_MODE_NATURAL);
+  const D2D1_SIZE_F room{rect->right - rect->left, rect->bottom - rect->top};
+  const bool isInverted = room.width < 0 || room.height < 0;
+  if (brush != nullptr && !isInverted && LayOut(room))
+    renderTarget->DrawTextLayout({rect->left, rect->top}, paintedLayout.Get(), brush.Get(),
+                                 D2D1_DRAW_TEXT_OPTIONS_NONE);
+}
+
+/// A text that can't be laid out is missing in the picture, which is better than no picture.
+bool TextElement::LayOut(const D2D1_SIZE_F &room) {
+  const HRESULT result = HResultOf([&] {
+    if (paintedLayout == nullptr)
+      paintedLayout = CreateLayout(Text.Get());
+    ThrowIfFailed(paintedLayout->SetMaxWidth(room.width));
+    ThrowIfFailed(paintedLayout->SetMaxHeight(room.height));
+  });
+  if (FAILED(result))
+    LogError("TextElement: can't lay out the text, error %x", static_cast<unsigned>(result));
+  return SUCCEEDED(result);
 }
 
 } // namespace lumenor

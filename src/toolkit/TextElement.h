@@ -69,6 +69,12 @@ private:
   void Measure();
   void CreateFormat();
   void ApplyTrimming(IDWriteFactory *factory, IDWriteTextFormat *format);
+
+  /// Fits `paintedLayout` to `room`; false, with a log line, where that fails.
+  bool LayOut(const D2D1_SIZE_F &room);
+
+  /// What Paint draws: laying a text out costs more than drawing it. Made by the first Paint after a change.
+  Microsoft::WRL::ComPtr<IDWriteTextLayout> paintedLayout;
 };
 
 } // namespace lumenor

@@ -28,7 +28,7 @@ public:
   /// Forgets what was heard.
   void Clear();
 
-  /// What was drawn as whole texts.
+  /// What was drawn as whole texts; empty for those that were laid out before this lived.
   static const std::vector<std::wstring> &Texts();
 
   /// What was drawn as glyph runs.
@@ -38,6 +38,7 @@ public:
   static int Brushes();
 
 private:
+  OperationSpy factorySpy;
   OperationSpy spy;
 };
 

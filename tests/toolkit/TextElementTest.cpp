@@ -8,8 +8,10 @@
 #include <gtest/gtest.h>
 
 #include "support/HandleCounts.h"
+#include "support/LogCapture.h"
 #include "support/OperationSpy.h"
 #include "support/RenderSurface.h"
+#include "support/TestFolders.h"
 #include "system/HResultError.h"
 #include "toolkit/StatusFont.h"
 #include "toolkit/TestElements.h"
@@ -25,8 +27,9 @@ using tests::RenderSurface;
 /// The places of operations in their interfaces.
 enum : std::size_t {
   createTextFormatSlot = 15,
+  createTextLayoutSlot = 18,
   createSolidColorBrushSlot = 8,
-  drawTextSlot = 27,
+  drawTextLayoutSlot = 28,
 };
 
 using CreateTextFormat = HRESULT(STDMETHODCALLTYPE *)(IDWriteFactory *, const WCHAR *, IDWriteFontCollection *,
@@ -34,9 +37,10 @@ using CreateTextFormat = HRESULT(STDMETHODCALLTYPE *)(IDWriteFactory *, const WC
                                                       const WCHAR *, IDWriteTextFormat **);
 using CreateSolidColorBrush = HRESULT(STDMETHODCALLTYPE *)(ID2D1RenderTarget *, const D2D1_COLOR_F *,
                                                            const D2D1_BRUSH_PROPERTIES *, ID2D1SolidColorBrush **);
-using DrawTextCall = void(STDMETHODCALLTYPE *)(ID2D1RenderTarget *, const WCHAR *, UINT32, IDWriteTextFormat *,
-                                               const D2D1_RECT_F *, ID2D1Brush *, D2D1_DRAW_TEXT_OPTIONS,
-                                               DWRITE_MEASURING_MODE);
+using CreateTextLayout = HRESULT(STDMETHODCALLTYPE *)(IDWriteFactory *, const WCHAR *, UINT32, IDWriteTextFormat *,
+                                                      FLOAT, FLOAT, IDWriteTextLayout **);
+using DrawTextLayoutCall = void(STDMETHODCALLTYPE *)(ID2D1RenderTarget *, D2D1_POINT_2F, IDWriteTextLayout *,
+                                                     ID2D1Brush *, D2D1_DRAW_TEXT_OPTIONS);
 
 /// What the platform was asked for.
 struct Requests {
@@ -50,15 +54,17 @@ struct Requests {
   float size = 0;
   ComPtr<IDWriteTextFormat> format;
   D2D1_COLOR_F color{};
-  std::vector<std::wstring> texts;
+  std::vector<std::wstring> texts; // that were laid out
+  HRESULT layoutResult = S_OK;     // of the layouts that are asked for
+  std::vector<IDWriteTextLayout *> drawn;
   D2D1_DRAW_TEXT_OPTIONS options = D2D1_DRAW_TEXT_OPTIONS_CLIP;
-  DWRITE_MEASURING_MODE measuring = DWRITE_MEASURING_MODE_GDI_CLASSIC;
 };
 
 Requests requests;
 CreateTextFormat formerCreateTextFormat;
 CreateSolidColorBrush formerCreateSolidColorBrush;
-DrawTextCall formerDrawText;
+CreateTextLayout formerCreateTextLayout;
+DrawTextLayoutCall formerDrawTextLayout;
 
 HRESULT STDMETHODCALLTYPE RecordFormat(IDWriteFactory *factory, const WCHAR *family, IDWriteFontCollection *collection,
                                        DWRITE_FONT_WEIGHT weight, DWRITE_FONT_STYLE style, DWRITE_FONT_STRETCH stretch,
@@ -84,13 +90,20 @@ HRESULT STDMETHODCALLTYPE RecordBrush(ID2D1RenderTarget *target, const D2D1_COLO
   return formerCreateSolidColorBrush(target, color, properties, brush);
 }
 
-void STDMETHODCALLTYPE RecordText(ID2D1RenderTarget *target, const WCHAR *text, UINT32 length,
-                                  IDWriteTextFormat *format, const D2D1_RECT_F *rect, ID2D1Brush *brush,
-                                  D2D1_DRAW_TEXT_OPTIONS options, DWRITE_MEASURING_MODE measuring) {
+HRESULT STDMETHODCALLTYPE RecordLayout(IDWriteFactory *factory, const WCHAR *text, UINT32 length,
+                                       IDWriteTextFormat *format, FLOAT width, FLOAT height,
+                                       IDWriteTextLayout **layout) {
+  if (FAILED(requests.layoutResult))
+    return requests.layoutResult;
   requests.texts.emplace_back(text, length);
+  return formerCreateTextLayout(factory, text, length, format, width, height, layout);
+}
+
+void STDMETHODCALLTYPE RecordDrawing(ID2D1RenderTarget *target, D2D1_POINT_2F origin, IDWriteTextLayout *layout,
+                                     ID2D1Brush *brush, D2D1_DRAW_TEXT_OPTIONS options) {
+  requests.drawn.push_back(layout);
   requests.options = options;
-  requests.measuring = measuring;
-  formerDrawText(target, text, length, format, rect, brush, options, measuring);
+  formerDrawTextLayout(target, origin, layout, brush, options);
 }
 
 /// The size of the text by the platform's own measure, rounded up.
@@ -124,7 +137,8 @@ protected:
   TextElementTest() : textSpy(CreateTextFactory().Get()), targetSpy(surface.Target().Get()) {
     formerCreateTextFormat = textSpy.Exchange<CreateTextFormat>(createTextFormatSlot, RecordFormat);
     formerCreateSolidColorBrush = targetSpy.Exchange<CreateSolidColorBrush>(createSolidColorBrushSlot, RecordBrush);
-    formerDrawText = targetSpy.Exchange<DrawTextCall>(drawTextSlot, RecordText);
+    formerCreateTextLayout = textSpy.Exchange<CreateTextLayout>(createTextLayoutSlot, RecordLayout);
+    formerDrawTextLayout = targetSpy.Exchange<DrawTextLayoutCall>(drawTextLayoutSlot, RecordDrawing);
     requests = Requests();
   }
   ~TextElementTest() override { requests = Requests(); }
@@ -376,8 +390,8 @@ TEST_F(PaintedText, IsDrawnOnTheTargetOfItsConstruction) {
   const D2D1_RECT_F rect{0, 0, 60, 40};
   surface.Draw([&] { element.Paint(other.Target(), &rect); });
   EXPECT_EQ(requests.texts, std::vector<std::wstring>{L"HHHH"});
+  EXPECT_EQ(requests.drawn.size(), 1U);
   EXPECT_EQ(requests.options, D2D1_DRAW_TEXT_OPTIONS_NONE);
-  EXPECT_EQ(requests.measuring, DWRITE_MEASURING_MODE_NATURAL);
   EXPECT_NE(FindInk(surface, 60, 40).left, -1);
 }
 
@@ -385,6 +399,75 @@ TEST_F(PaintedText, NeverUpdatedItPaintsNothing) {
   TextElement element(surface.Target());
   element.Text.Set(L"HHHH");
   EXPECT_EQ(Paint(element, 60).left, -1);
+}
+
+TEST_F(PaintedText, IsLaidOutOnceForAllPaintsInAnyRoom) {
+  TextElement element(surface.Target());
+  Show(element, L"HHHH");
+  const Ink wide = Paint(element, 60);
+  const Ink narrow = Paint(element, 25);
+  EXPECT_LT(narrow.right, wide.right);
+  EXPECT_EQ(Paint(element, 60).right, wide.right);
+  EXPECT_EQ(requests.texts, std::vector<std::wstring>{L"HHHH"});
+  EXPECT_EQ(requests.drawn.size(), 3U);
+}
+
+TEST_F(PaintedText, ShowsEachChange) {
+  TextElement element(surface.Target());
+  Show(element, L"H");
+  const Ink one = Paint(element, 60);
+  element.Text.Set(L"HHH");
+  const Ink three = Paint(element, 60);
+  EXPECT_GT(three.right, one.right);
+  element.FontSize.Set(14);
+  const Ink big = Paint(element, 60);
+  EXPECT_GT(big.right, three.right);
+  element.TextAlignment.Set(DWRITE_TEXT_ALIGNMENT_TRAILING);
+  EXPECT_GT(Paint(element, 60).left, big.left);
+}
+
+/// Drawing a text without keeping its layout is the simplest way to the same picture.
+TEST_F(PaintedText, HasThePixelsOfTheTextDrawnWithoutAKeptLayout) {
+  TextElement element(surface.Target());
+  element.FontSize.Set(12); // of a format that is recorded
+  const ComPtr<IDWriteTextFormat> format = requests.format;
+  ComPtr<ID2D1SolidColorBrush> white;
+  const D2D1_COLOR_F color{1, 1, 1, 1};
+  ThrowIfFailed(surface.Target()->CreateSolidColorBrush(&color, nullptr, &white));
+  for (const std::wstring text : {L"", L"Mail", L"HHHHHHHHHHHHHHHH", L"gjpq\u00C4\u6F22"}) {
+    element.Text.Set(text);
+    for (const float right : {60.0F, 33.5F, 5.0F, 60.0F}) {
+      const D2D1_RECT_F rect{5, 4, right, 36};
+      const auto painted = surface.Draw([&] { element.Paint(surface.Target(), &rect); });
+      const auto expected = surface.Draw([&] {
+        surface.Target()->DrawText(text.c_str(), static_cast<UINT32>(text.size()), format.Get(), &rect, white.Get(),
+                                   D2D1_DRAW_TEXT_OPTIONS_NONE, DWRITE_MEASURING_MODE_NATURAL);
+      });
+      EXPECT_EQ(expected, painted) << right;
+    }
+  }
+}
+
+TEST_F(PaintedText, ThatCannotBeLaidOutIsMissingAndLogged) {
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  TextElement element(surface.Target());
+  Show(element, L"HHHH");
+  requests.layoutResult = E_OUTOFMEMORY;
+  EXPECT_EQ(Paint(element, 60).left, -1);
+  EXPECT_EQ(log.Lines(), std::vector<std::string>{"ERROR: TextElement: can't lay out the text, error 8007000e"});
+  requests.layoutResult = S_OK;
+  EXPECT_NE(Paint(element, 60).left, -1);
+}
+
+TEST_F(PaintedText, PaintsNothingIntoAnInvertedRectangle) {
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  TextElement element(surface.Target());
+  Show(element, L"HHHH");
+  EXPECT_EQ(Paint(element, 4).left, -1);
+  EXPECT_TRUE(requests.drawn.empty());
+  EXPECT_EQ(log.Lines(), std::vector<std::string>());
 }
 
 TEST_F(PaintedText, ShowsTheBeginningOfATextThatNoScreenHolds) {

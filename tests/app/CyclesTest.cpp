@@ -44,6 +44,7 @@ namespace lumenor {
 namespace {
 
 constexpr wchar_t applicationId[] = L"com.tw.ebu.lumenor";
+constexpr ULONGLONG limitMs = 60'000; // of a test that ends the cycles itself
 constexpr wchar_t userDocument[] = L"Lumenor.MainFrame.Windows.DockViewWindow.User";
 
 HINSTANCE WINAPI FailToLaunch(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT) { throw std::runtime_error("launch"); }
@@ -199,7 +200,7 @@ TEST_F(CyclesTest, ALostTargetBuildsANewBarWithTheUsersButtons) {
   mine.ActionType = L"url";
   mine.Image = L"nothing.png";
   SaveDocument({mine}, userDocument);
-  const ULONGLONG limit = ::GetTickCount64() + 15'000;
+  const ULONGLONG limit = ::GetTickCount64() + limitMs;
   HWND first = nullptr;
   onBar = [&](HWND bar) {
     if (first == nullptr) {
@@ -217,7 +218,7 @@ TEST_F(CyclesTest, ALostTargetBuildsANewBarWithTheUsersButtons) {
 }
 
 TEST_F(CyclesTest, ATargetThatIsLostAgainAndAgainCostsACycleASecondAtMost) {
-  const ULONGLONG limit = ::GetTickCount64() + 15'000;
+  const ULONGLONG limit = ::GetTickCount64() + limitMs;
   std::vector<ULONGLONG> starts;
   HWND last = nullptr;
   onBar = [&](HWND bar) {

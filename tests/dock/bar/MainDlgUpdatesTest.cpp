@@ -130,7 +130,7 @@ TEST_F(Updates, OfTheForYouListAreShownAndMarked) {
 TEST_F(Updates, ReachTheBarByThemselves) {
   StartUnwatched();
   WriteForYou({L"One"});
-  EXPECT_TRUE(tests::PumpUntil([&] { return HeadsOf(ForYouFlyout()) == Texts{L"One"}; }, std::chrono::seconds(2)));
+  EXPECT_TRUE(tests::PumpUntil([&] { return HeadsOf(ForYouFlyout()) == Texts{L"One"}; }));
   EXPECT_TRUE(Shows(active));
 }
 

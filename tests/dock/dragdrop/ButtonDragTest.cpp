@@ -54,7 +54,7 @@ void ByHand(const std::function<void()> &steps) {
     SendButton(MOUSEEVENTF_LEFTUP);
     isDone = true;
   });
-  desk::PumpUntil([&] { return isDone.load(); }, std::chrono::seconds(30));
+  desk::PumpUntil([&] { return isDone.load(); });
   hand.join();
   receiver = nullptr;
   desk::PumpAll();

@@ -24,7 +24,7 @@ namespace lumenor {
 
 namespace {
 
-constexpr DWORD deadlineMs = 10'000;
+constexpr DWORD deadlineMs = 60'000;
 constexpr wchar_t positionValue[] = L"DockPosition";
 
 decltype(&::TerminateThread) platformTerminateThread = nullptr;

@@ -48,6 +48,7 @@ int main(int argumentCount, char **arguments) {
   std::setvbuf(stdout, nullptr, _IONBF, 0);
   ::SetUnhandledExceptionFilter(EndOnCrash);
   std::signal(SIGABRT, [](int) { __builtin_trap(); });
+  ::SetProcessDPIAware(); // as the product's manifest says of the dock
   ::testing::InitGoogleMock(&argumentCount, arguments);
   if (::GetEnvironmentVariableW(lumenor::tests::guardVariable, nullptr, 0) != 0)
     GuardAllMemory();

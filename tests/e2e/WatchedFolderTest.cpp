@@ -68,12 +68,23 @@ protected:
   /// A list of so many entries.
   std::vector<Entry> ListOf(int count) const { return std::vector<Entry>(static_cast<std::size_t>(count), List(0)[0]); }
 
-  /// The figures of the process once it has `threads` threads again and its handles don't change any more.
+  /// How many threads the process has once none of its start ends any more.
+  static int SettledThreads(const DockProcess &dock) {
+    int threads = 0;
+    EXPECT_TRUE(WaitFor([&] {
+      threads = ThreadCount(dock.Id());
+      return HoldsFor([&] { return ThreadCount(dock.Id()) == threads; }, seconds(1));
+    }));
+    return threads;
+  }
+
+  /// The figures of the process once it has at most `threads` threads again and its handles don't change any more. A
+  /// platform may end threads of its own, such as those of a pool, minutes after the start.
   static Figures SettledFigures(const DockProcess &dock, int threads) {
     Figures last = {};
     EXPECT_TRUE(WaitFor([&] {
       const Figures before = std::exchange(last, FiguresOf(dock));
-      return before.threads == threads && last.threads == threads && before.handles == last.handles;
+      return before.threads <= threads && last.threads <= threads && before.handles == last.handles;
     })) << last.threads
         << " threads";
     return last;
@@ -110,7 +121,7 @@ TEST_F(WatchedFolder, TwoHundredSeparateChangesAreShownAndLeaveNothingBehind) {
     std::fflush(stdout);
     if (change == 2) {
       second = SettledFigures(dock, threads);
-      ASSERT_EQ(threads, second.threads);
+      ASSERT_GE(threads, second.threads);
     } else if (change % 60 == 2) { // of a list as long as the second
       Print(("after change " + std::to_string(change)).c_str(), SettledFigures(dock, threads));
     }
@@ -118,7 +129,7 @@ TEST_F(WatchedFolder, TwoHundredSeparateChangesAreShownAndLeaveNothingBehind) {
   const Figures last = SettledFigures(dock, threads);
   Print("after the second change", second);
   Print("after the last change", last);
-  EXPECT_EQ(second.handles, last.handles);
+  EXPECT_GE(second.handles, last.handles);
   EXPECT_GT(second.megabytes + heapNoiseMegabytes, last.megabytes);
   std::sort(times.begin(), times.end());
   std::printf("    shown after %lld ms, at worst %lld ms\n", static_cast<long long>(times[changes / 2].count()),
@@ -130,8 +141,8 @@ TEST_F(WatchedFolder, TenThousandWritesLoseNoLastStateWhileTheListIsClicked) {
   constexpr int writes = 10000;
   const OtherWindow other(elsewhere);
   ShownDock dock(installation);
-  const Figures start = FiguresOf(dock);
-  Print("at the start", start);
+  const int threads = SettledThreads(dock);
+  Print("at the start", FiguresOf(dock));
 
   std::atomic<bool> done = false;
   const auto begin = steady_clock::now();
@@ -152,7 +163,7 @@ TEST_F(WatchedFolder, TenThousandWritesLoseNoLastStateWhileTheListIsClicked) {
   std::printf("    %d writes in %.1f s, the list shown %d times meanwhile\n", writes,
               std::chrono::duration<double>(steady_clock::now() - begin).count(), shown);
   Print("after the last write", FiguresOf(dock));
-  EXPECT_TRUE(WaitFor([&] { return ThreadCount(dock.Id()) == start.threads; })) << ThreadCount(dock.Id());
+  EXPECT_TRUE(WaitFor([&] { return ThreadCount(dock.Id()) <= threads; })) << ThreadCount(dock.Id());
   std::printf("    settled after %.1f s\n", std::chrono::duration<double>(steady_clock::now() - begin).count());
   Print("once all is settled", FiguresOf(dock));
 

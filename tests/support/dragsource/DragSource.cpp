@@ -136,6 +136,7 @@ bool MakeWindow(int left, int top) {
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   using namespace lumenor;
+  ::SetProcessDPIAware(); // its place is told in the display's own pixels
   int count = 0;
   wchar_t **const words = ::CommandLineToArgvW(::GetCommandLineW(), &count);
   if (words == nullptr || count < 4 || FAILED(::OleInitialize(nullptr)))

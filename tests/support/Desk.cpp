@@ -20,6 +20,12 @@ LRESULT CALLBACK BackdropProcedure(HWND window, UINT message, WPARAM wParam, LPA
   return ::DefWindowProcW(window, message, wParam, lParam);
 }
 
+/// As PixelAt tells it.
+std::uint32_t RgbOf(COLORREF color) {
+  return static_cast<std::uint32_t>(GetRValue(color)) << 16 | static_cast<std::uint32_t>(GetGValue(color)) << 8 |
+         GetBValue(color);
+}
+
 void Send(INPUT input) { ::SendInput(1, &input, sizeof(input)); }
 
 } // namespace
@@ -86,6 +92,9 @@ Backdrop::Backdrop(const RECT &area, COLORREF color) : brush(::CreateSolidBrush(
                              windowClass.hInstance, nullptr);
   ::ShowWindow(window, SW_SHOWNOACTIVATE);
   ::UpdateWindow(window);
+  // The display shows what was drawn some time after, and not all of it at once.
+  for (const POINT corner : {POINT{area.left, area.top}, POINT{area.right - 1, area.bottom - 1}})
+    PumpUntil([&] { return ::WindowFromPoint(corner) != window || PixelAt(corner) == RgbOf(color); });
 }
 
 Backdrop::~Backdrop() {

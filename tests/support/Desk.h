@@ -32,7 +32,7 @@ std::uint32_t PixelAt(POINT point);
 /// The tool tip windows of this thread.
 std::vector<HWND> ToolTips();
 
-/// A plain, opaque, topmost window of one colour, behind or beside a window under test.
+/// A plain, opaque, topmost window of one colour, behind or beside a window under test. It is on the screen once made.
 class Backdrop {
 public:
   Backdrop(const RECT &area, COLORREF color);

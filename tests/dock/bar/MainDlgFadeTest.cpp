@@ -113,7 +113,8 @@ TEST_F(Fade, ShowsOnTheScreen) {
   const desk::Backdrop behind({180, 0, 1100, 100}, RGB(255, 255, 255));
   StartWithoutTimer();
   constexpr POINT plate{690, 70};
-  const std::uint32_t before = desk::PixelAt(plate);
+  std::uint32_t before = 0;
+  ASSERT_TRUE(desk::PumpUntil([&] { return (before = desk::PixelAt(plate)) != 0xFFFFFF; })) << "the bar is there";
   Dim();
   EXPECT_TRUE(desk::PumpUntil([&] { return desk::PixelAt(plate) != before; }));
 }

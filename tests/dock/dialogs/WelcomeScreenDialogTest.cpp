@@ -368,9 +368,12 @@ RECT LitBounds(const RECT &area) {
 TEST_F(WelcomeScreen, ShowsTheLabelsOfItsButtons) {
   WriteTexts(L"HH"); // a long one is in the middle wherever it begins
   const DialogTree tree = OpenDialog();
-  desk::PumpAll();
   const RECT close = ScreenRect(tree.closeButton.handle), box = ScreenRect(tree.updateCheckBox.handle);
-  const RECT label = LitBounds({close.left + 3, close.top + 5, close.right - 3, close.bottom - 5});
+  RECT label{};
+  ASSERT_TRUE(desk::PumpUntil([&] {
+    label = LitBounds({close.left + 3, close.top + 5, close.right - 3, close.bottom - 5});
+    return !::IsRectEmpty(&label);
+  })) << "the display shows the dialog";
   EXPECT_NEAR(114 / 2, (label.left + label.right) / 2, 3); // in the middle
   EXPECT_NEAR(30 / 2, (label.top + label.bottom) / 2, 3);
   const RECT beside = LitBounds({box.left + 17, box.top, box.right, box.bottom});

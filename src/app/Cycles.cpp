@@ -8,6 +8,7 @@
 #include "system/Log.h"
 #include "system/WindowException.h"
 #include "system/Windows.h"
+#include "system/Xml.h"
 #include "toolkit/AnimationServices.h"
 #include "toolkit/drawing/WICHelper.h"
 #include "toolkit/drawing/Window.h"
@@ -77,6 +78,7 @@ void ReportFailedStart() noexcept {
 
 int RunCycles() {
   const Window::FactoryHold fasterResets;
+  const XmlParserHold fasterDocuments;
   // The message outlives the cycles on purpose: a failed cycle doesn't change it, so that a failure after a reset finds
   // the reset's code again and starts another cycle, for as long as the failure lasts.
   MSG message{};

@@ -17,6 +17,8 @@ namespace {
 constexpr CLSID domDocument60 = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
 constexpr IID domDocumentInterface = {0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
 
+thread_local XmlParserHold *innermostHold = nullptr;
+
 /// In bytes. The parser takes seconds for some megabytes, and the bar stands still meanwhile.
 constexpr LONGLONG largestFile = 16 << 20;
 
@@ -28,10 +30,15 @@ const ComPtr<Node> &Required(const ComPtr<Node> &node, SourcePlace place = Sourc
   return node;
 }
 
+HRESULT MakeDocument(REFIID id, void **document) {
+  if (innermostHold != nullptr)
+    return innermostHold->MakeDocument(id, document);
+  return ::CoCreateInstance(domDocument60, nullptr, CLSCTX_INPROC_SERVER, id, document);
+}
+
 XmlDocumentPtr NewDocument() {
   XmlDocumentPtr document;
-  ThrowIfFailed(::CoCreateInstance(domDocument60, nullptr, CLSCTX_INPROC_SERVER, domDocumentInterface,
-                                   reinterpret_cast<void **>(document.GetAddressOf())));
+  ThrowIfFailed(MakeDocument(domDocumentInterface, reinterpret_cast<void **>(document.GetAddressOf())));
   ThrowIfFailed(document->put_async(VARIANT_FALSE));
   ThrowIfFailed(document->put_validateOnParse(VARIANT_TRUE));
   ThrowIfFailed(document->put_resolveExternals(VARIANT_TRUE));
@@ -101,6 +108,24 @@ void SetAttribute(const XmlDocumentPtr &document, const XmlNodePtr &node, const 
 }
 
 } // namespace
+
+XmlParserHold::XmlParserHold() : outer(std::exchange(innermostHold, this)) {}
+
+XmlParserHold::~XmlParserHold() {
+  innermostHold = outer;
+  if (parsers != nullptr)
+    parsers->LockServer(FALSE);
+}
+
+HRESULT XmlParserHold::MakeDocument(REFIID id, void **document) {
+  if (parsers == nullptr) {
+    const HRESULT found = ::CoGetClassObject(domDocument60, CLSCTX_INPROC_SERVER, nullptr, IID_PPV_ARGS(&parsers));
+    if (FAILED(found))
+      return found;
+    parsers->LockServer(TRUE); // or the platform may unload it between two documents
+  }
+  return parsers->CreateInstance(nullptr, id, document);
+}
 
 XmlDocumentPtr LoadXmlFile(const std::wstring &path) { return ParseFile(OpenForReading(path), path); }
 

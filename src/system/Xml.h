@@ -23,6 +23,23 @@ using XmlNodePtr = Microsoft::WRL::ComPtr<IXMLDOMNode>;
 /// Names and values of attributes, in order.
 using XmlAttributes = std::vector<std::pair<std::wstring, std::wstring>>;
 
+/// While one lives, its thread looks the parser up once, at the first document, and not for each: the platform goes
+/// through the registry for that, which takes longer than to read a small document. Ends before COM does on the thread.
+class XmlParserHold {
+public:
+  XmlParserHold();
+  ~XmlParserHold();
+  XmlParserHold(const XmlParserHold &) = delete;
+  XmlParserHold &operator=(const XmlParserHold &) = delete;
+
+  /// A new document without anything in it, as CoCreateInstance would make it. The caller owns it.
+  HRESULT MakeDocument(REFIID id, void **document);
+
+private:
+  XmlParserHold *const outer;
+  Microsoft::WRL::ComPtr<IClassFactory> parsers; // null until the first document
+};
+
 /// The document in the file at the expanded `path`; null, with no line logged, when it can't be read, isn't well-formed
 /// or has a DOCTYPE. Null too, and logged, when it has more than 16 MB.
 XmlDocumentPtr LoadXmlFile(const std::wstring &path);

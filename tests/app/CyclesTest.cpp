@@ -38,6 +38,7 @@ extern "C" decltype(&::ShellExecuteW) __imp_ShellExecuteW;
 extern "C" decltype(&::DialogBoxParamW) __imp_DialogBoxParamW;
 using CreateDrawingFactory = HRESULT(WINAPI *)(D2D1_FACTORY_TYPE, REFIID, const D2D1_FACTORY_OPTIONS *, void **);
 extern "C" CreateDrawingFactory __imp_D2D1CreateFactory;
+extern "C" decltype(&::CoGetClassObject) __imp_CoGetClassObject;
 
 namespace lumenor {
 
@@ -57,6 +58,15 @@ HRESULT WINAPI CountFactory(D2D1_FACTORY_TYPE type, REFIID id, const D2D1_FACTOR
   return platformFactory(type, id, options, factory);
 }
 
+int parserLookUps = 0;
+decltype(&::CoGetClassObject) platformLookUp = nullptr;
+
+HRESULT WINAPI CountParser(REFCLSID classId, DWORD context, void *server, REFIID id, void **factory) {
+  constexpr CLSID parser = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
+  parserLookUps += ::IsEqualCLSID(classId, parser) ? 1 : 0;
+  return platformLookUp(classId, context, server, id, factory);
+}
+
 std::function<void(HWND bar)> onBar;
 
 /// Watches from inside the message loop: calls `onBar` while a bar exists.
@@ -68,8 +78,9 @@ void CALLBACK LookAtBar(HWND, UINT, UINT_PTR, DWORD) {
 class CyclesTest : public ::testing::Test {
 protected:
   CyclesTest() {
-    factoriesMade = 0;
+    factoriesMade = parserLookUps = 0;
     platformFactory = factories.Former();
+    platformLookUp = classObjects.Former();
     OpenDockEventLog();
     registry.Delete();
     registry.Create();
@@ -138,6 +149,7 @@ protected:
   const tests::LogCapture log{folders};
   const desk::EventLogSpy eventLog;
   const tests::ImportSlot<CreateDrawingFactory> factories{&__imp_D2D1CreateFactory, &CountFactory};
+  const tests::ImportSlot<decltype(&::CoGetClassObject)> classObjects{&__imp_CoGetClassObject, &CountParser};
   const UINT_PTR timer = ::SetTimer(nullptr, 0, 20, &LookAtBar);
 };
 
@@ -176,6 +188,7 @@ TEST_F(CyclesTest, AResetBuildsANewBarInTheSameProcess) {
   EXPECT_EQ(0, RunCycles());
   EXPECT_EQ(Twice(CycleThatComesUp()), CycleLines());
   EXPECT_EQ(1, factoriesMade);
+  EXPECT_EQ(1, parserLookUps);
 }
 
 /// As a window procedure whose object has failed.

@@ -168,6 +168,14 @@ TEST_F(Documents, ChildrenAreFoundByNameInAnyOrder) {
   EXPECT_THAT(Load(), ElementsAre(expected));
 }
 
+TEST_F(Documents, ChildrenOfANamespaceOrFurtherDownAreNone) {
+  WriteDocument("<Element><Head xmlns=\"urn:other\">1</Head><o:Head xmlns:o=\"urn:other\">2</o:Head>"
+                "<Other><Head>3</Head></Other><Head MaxLength=\"4\">h</Head><Head MaxLength=\"5\">i</Head></Element>");
+  Element expected = Named(L"h", 0);
+  expected.HeadMaxLength = 4;
+  EXPECT_THAT(Load(), ElementsAre(expected));
+}
+
 TEST_F(Documents, MissingChildrenReadAsEmpty) {
   WriteDocument("<Element/>");
   EXPECT_THAT(Load(), ElementsAre(Element()));

@@ -14,7 +14,6 @@ using Microsoft::WRL::ComPtr;
 
 namespace {
 
-constexpr CLSID domDocument60 = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
 constexpr IID domDocumentInterface = {0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
 
 thread_local XmlParserHold *innermostHold = nullptr;
@@ -33,7 +32,7 @@ const ComPtr<Node> &Required(const ComPtr<Node> &node, SourcePlace place = Sourc
 HRESULT MakeDocument(REFIID id, void **document) {
   if (innermostHold != nullptr)
     return innermostHold->MakeDocument(id, document);
-  return ::CoCreateInstance(domDocument60, nullptr, CLSCTX_INPROC_SERVER, id, document);
+  return ::CoCreateInstance(xmlParserClass, nullptr, CLSCTX_INPROC_SERVER, id, document);
 }
 
 XmlDocumentPtr NewDocument() {
@@ -113,16 +112,16 @@ XmlParserHold::XmlParserHold() : outer(std::exchange(innermostHold, this)) {}
 
 XmlParserHold::~XmlParserHold() {
   innermostHold = outer;
-  if (parsers != nullptr)
+  if (isLocked)
     parsers->LockServer(FALSE);
 }
 
 HRESULT XmlParserHold::MakeDocument(REFIID id, void **document) {
   if (parsers == nullptr) {
-    const HRESULT found = ::CoGetClassObject(domDocument60, CLSCTX_INPROC_SERVER, nullptr, IID_PPV_ARGS(&parsers));
+    const HRESULT found = ::CoGetClassObject(xmlParserClass, CLSCTX_INPROC_SERVER, nullptr, IID_PPV_ARGS(&parsers));
     if (FAILED(found))
       return found;
-    parsers->LockServer(TRUE); // or the platform may unload it between two documents
+    isLocked = SUCCEEDED(parsers->LockServer(TRUE)); // or the platform may unload it between two documents
   }
   return parsers->CreateInstance(nullptr, id, document);
 }

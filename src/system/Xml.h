@@ -20,6 +20,9 @@ namespace lumenor {
 using XmlDocumentPtr = Microsoft::WRL::ComPtr<IXMLDOMDocument2>;
 using XmlNodePtr = Microsoft::WRL::ComPtr<IXMLDOMNode>;
 
+/// The class of the parser, and of the documents that it makes: DOMDocument60.
+constexpr CLSID xmlParserClass = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
+
 /// Names and values of attributes, in order.
 using XmlAttributes = std::vector<std::pair<std::wstring, std::wstring>>;
 
@@ -38,6 +41,7 @@ public:
 private:
   XmlParserHold *const outer;
   Microsoft::WRL::ComPtr<IClassFactory> parsers; // null until the first document
+  bool isLocked = false;                         // in memory, with the class of the parsers
 };
 
 /// The document in the file at the expanded `path`; null, with no line logged, when it can't be read, isn't well-formed

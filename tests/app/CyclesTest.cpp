@@ -25,6 +25,7 @@
 #include "support/TestFolders.h"
 #include "system/EventLog.h"
 #include "system/WindowException.h"
+#include "system/Xml.h"
 #include "toolkit/AnimationServices.h"
 #include "toolkit/drawing/WICHelper.h"
 #include "toolkit/drawing/Window.h"
@@ -62,8 +63,7 @@ int parserLookUps = 0;
 decltype(&::CoGetClassObject) platformLookUp = nullptr;
 
 HRESULT WINAPI CountParser(REFCLSID classId, DWORD context, void *server, REFIID id, void **factory) {
-  constexpr CLSID parser = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
-  parserLookUps += ::IsEqualCLSID(classId, parser) ? 1 : 0;
+  parserLookUps += ::IsEqualCLSID(classId, xmlParserClass) ? 1 : 0;
   return platformLookUp(classId, context, server, id, factory);
 }
 

@@ -90,6 +90,7 @@ std::vector<Method> MakeMethods() {
       LUMENOR_METHOD(IAccPropServices, SetHwndProp),
       LUMENOR_METHOD(IAccPropServices, SetHwndPropStr),
       LUMENOR_METHOD(IClassFactory, CreateInstance),
+      LUMENOR_METHOD(IClassFactory, LockServer),
       LUMENOR_METHOD(ICustomDestinationList, AddUserTasks),
       LUMENOR_METHOD(ICustomDestinationList, BeginList),
       LUMENOR_METHOD(ICustomDestinationList, CommitList),

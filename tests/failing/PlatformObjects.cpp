@@ -33,6 +33,9 @@ template <typename Interface> ComPtr<Interface> Make(REFCLSID id) {
 }
 
 void StandBetweenXml() {
+  ComPtr<IClassFactory> parsers;
+  ThrowIfFailed(::CoGetClassObject(xmlParserClass, CLSCTX_INPROC_SERVER, nullptr, IID_PPV_ARGS(&parsers)));
+  StandBetween(parsers.Get());
   const XmlDocumentPtr document = LoadXmlString(L"<?target data?><list name='value'>text<!-- remark --></list>");
   StandBetween(document.Get());
   for (const XmlNodePtr &node : SelectNodes(document, L"//node() | //@*"))

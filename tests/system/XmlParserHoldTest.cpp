@@ -20,10 +20,8 @@ extern decltype(&::CoGetClassObject) __imp_CoGetClassObject;
 namespace lumenor {
 namespace {
 
-constexpr CLSID parserClass = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
-
 int created = 0, lookedUp = 0, locks = 0;
-HRESULT lookUpResult = S_OK;
+HRESULT lookUpResult = S_OK, lockResult = S_OK;
 decltype(&::CoCreateInstance) platformCreate = nullptr;
 decltype(&::CoGetClassObject) platformLookUp = nullptr;
 HRESULT(STDMETHODCALLTYPE *platformLock)(IClassFactory *, BOOL) = nullptr;
@@ -40,7 +38,7 @@ HRESULT WINAPI CountLookUp(REFCLSID classId, DWORD context, void *server, REFIID
 
 HRESULT STDMETHODCALLTYPE CountLock(IClassFactory *factory, BOOL isLocked) {
   locks += isLocked ? 1 : -1;
-  return platformLock(factory, isLocked);
+  return FAILED(lockResult) ? lockResult : platformLock(factory, isLocked);
 }
 
 /// With the numbers of documents that were made in the platform's way, and of look-ups of the parser.
@@ -48,7 +46,7 @@ class XmlParserHoldTest : public testing::Test {
 protected:
   XmlParserHoldTest() {
     created = lookedUp = locks = 0;
-    lookUpResult = S_OK;
+    lookUpResult = lockResult = S_OK;
     platformCreate = create.Former();
     platformLookUp = lookUp.Former();
   }
@@ -92,16 +90,39 @@ TEST_F(XmlParserHoldTest, GoesOnAfterOneWithinIt) {
   EXPECT_EQ(0, created);
 }
 
-TEST_F(XmlParserHoldTest, KeepsTheParserLoadedUntilItEnds) {
-  Microsoft::WRL::ComPtr<IClassFactory> parsers;
-  ASSERT_EQ(S_OK, ::CoGetClassObject(parserClass, CLSCTX_INPROC_SERVER, nullptr, IID_PPV_ARGS(&parsers)));
-  tests::OperationSpy spy(parsers.Get());
-  platformLock = spy.Exchange(4, &CountLock);
-  std::optional<XmlParserHold> hold(std::in_place);
+/// Counts how often the parser is kept in memory.
+class LockedParser : public XmlParserHoldTest {
+protected:
+  LockedParser() { platformLock = spy.Exchange(4, &CountLock); }
+
+  static Microsoft::WRL::ComPtr<IClassFactory> LookUp() {
+    Microsoft::WRL::ComPtr<IClassFactory> parsers;
+    ::CoGetClassObject(xmlParserClass, CLSCTX_INPROC_SERVER, nullptr, IID_PPV_ARGS(&parsers));
+    return parsers;
+  }
+
+  tests::OperationSpy spy{LookUp().Get()};
+  std::optional<XmlParserHold> hold{std::in_place};
+};
+
+TEST_F(LockedParser, IsKeptInMemoryFromTheFirstDocumentToTheEnd) {
   EXPECT_EQ(0, locks);
   Read();
   Read();
   EXPECT_EQ(1, locks);
+  hold.reset();
+  EXPECT_EQ(0, locks);
+}
+
+TEST_F(LockedParser, ThatCantBeKeptServesAndIsNotLetGo) {
+  lockResult = E_FAIL;
+  EXPECT_EQ(L"text", Read());
+  EXPECT_EQ(1, locks);
+  hold.reset();
+  EXPECT_EQ(1, locks);
+}
+
+TEST_F(LockedParser, ThatWasNeverUsedIsNotLetGo) {
   hold.reset();
   EXPECT_EQ(0, locks);
 }
@@ -116,7 +137,7 @@ TEST_F(XmlParserHoldTest, WithoutAParserRaisesWhatThePlatformSaysAndLooksAgain) 
 }
 
 TEST_F(XmlParserHoldTest, RaisesTheFailureOfAParser) {
-  const tests::FailingClass parsers(parserClass, E_OUTOFMEMORY);
+  const tests::FailingClass parsers(xmlParserClass, E_OUTOFMEMORY);
   const XmlParserHold hold;
   EXPECT_EQ(E_OUTOFMEMORY, HResultOf([] { Read(); }));
   EXPECT_EQ(1, parsers.Creations());

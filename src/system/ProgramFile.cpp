@@ -18,7 +18,7 @@ namespace {
 using namespace std::literals;
 
 constexpr std::size_t startPlace = 60, signatureBytes = 24, sectionBytes = 40;
-constexpr std::size_t directoryBytes = 16, entryBytes = 8, leafBytes = 16;
+constexpr std::size_t directoryBytes = 16, entryBytes = 8;
 constexpr std::size_t mostSections = 96;                  // as the platform's loader allows
 constexpr std::size_t largestResources = 16 << 20;        // bytes, ahead of which all directories have to lie
 constexpr std::size_t mostEntries = 1 << 16;              // of the directories of one program

@@ -214,7 +214,7 @@ protected:
   }
 
   bool SlidesTo(long left) {
-    return desk::PumpUntil([this] { return GetAnimationServices().Timer()->IsEnabled() == S_FALSE; }) &&
+    return desk::PumpUntil([] { return GetAnimationServices().Timer()->IsEnabled() == S_FALSE; }) &&
            strip.Left.Get() == left;
   }
 

@@ -52,10 +52,10 @@ void DragProgram::Grab() const {
   MoveCursor({grip.x + 6, grip.y});
 }
 
-void DragProgram::DragTo(POINT place) const {
+void DragProgram::DragTo(POINT target) const {
   Grab();
-  MoveCursor(place);
-  LetGo(place);
+  MoveCursor(target);
+  LetGo(target);
 }
 
 std::wstring DragProgram::WaitForResult() const {

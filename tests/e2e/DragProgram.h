@@ -25,8 +25,8 @@ public:
   /// Begins a drag: presses the left button on the window, keeps it down and moves a little.
   void Grab() const;
 
-  /// Begins a drag and lets go at `place` (screen coordinates).
-  void DragTo(POINT place) const;
+  /// Begins a drag and lets go at `target` (screen coordinates).
+  void DragTo(POINT target) const;
 
   /// Waits for the end of the drag: its result in hexadecimal, a blank and its effect.
   std::wstring WaitForResult() const;

@@ -309,7 +309,7 @@ HANDLE WINAPI RefuseThread(SECURITY_ATTRIBUTES *, SIZE_T, LPTHREAD_START_ROUTINE
 
 TEST_F(FolderWatcher, LogsAThreadThatCantBeStarted) {
   const tests::LogCapture log(folders);
-  const tests::ImportSlot createThread(&__imp_CreateThread, &RefuseThread);
+  const tests::ImportSlot refusal(&__imp_CreateThread, &RefuseThread);
   EXPECT_FALSE(StartFolderWatch(userFolder, window.Get(), told));
   EXPECT_THAT(log.Lines(), ElementsAre("ERROR: FolderWatcher: can't start a thread, error 8"));
 }
@@ -327,7 +327,7 @@ TEST_F(FolderWatcher, StartsNoThreadThatCouldNotBeEnded) {
 }
 
 TEST_F(FolderWatcher, KeepsNothingOfAThreadThatCantBeStarted) {
-  const tests::ImportSlot createThread(&__imp_CreateThread, &RefuseThread);
+  const tests::ImportSlot refusal(&__imp_CreateThread, &RefuseThread);
   const int before = tests::CountKernelHandles();
   for (int i = 0; i < 100; ++i)
     EXPECT_FALSE(StartFolderWatch(userFolder, window.Get(), told));

@@ -59,9 +59,9 @@ public:
   static void Refuse(HANDLE log) { refused.push_back(log); }
 
 private:
-  static HANDLE WINAPI Open(LPCWSTR machine, LPCWSTR source) {
+  static HANDLE WINAPI Open(LPCWSTR machine, LPCWSTR name) {
     if (machine == nullptr)
-      opened.emplace_back(source);
+      opened.emplace_back(name);
     return handle;
   }
 

@@ -25,9 +25,9 @@ constexpr GEOID noCountry = -1;
 /// A user of a language in a country, as the platform tells it.
 class User {
 public:
-  User(LANGID language, GEOID country) {
-    User::language = language;
-    User::country = country;
+  User(LANGID itsLanguage, GEOID itsCountry) {
+    language = itsLanguage;
+    country = itsCountry;
     tag = L"en-US";
   }
 

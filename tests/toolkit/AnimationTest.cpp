@@ -508,9 +508,9 @@ TEST_F(AnimationServicesTest, UnusedOnesAreMadeForTheShutDown) {
 }
 
 TEST_F(AnimationServicesTest, AreMadeAnewAfterAShutDown) {
-  const auto former = GetAnimationServices().Manager();
+  const auto before = GetAnimationServices().Manager();
   ShutDownAnimationServices();
-  EXPECT_NE(GetAnimationServices().Manager().Get(), former.Get());
+  EXPECT_NE(GetAnimationServices().Manager().Get(), before.Get());
   EXPECT_NE(GetAnimationServices().TransitionLibrary().Get(), nullptr);
   EXPECT_NE(GetAnimationServices().Timer().Get(), nullptr);
 }

@@ -27,7 +27,7 @@ TopLevel &TextBoxScene::Root() {
   return *root;
 }
 
-long TextBoxScene::Repaints() { return std::count(Root().calls.begin(), Root().calls.end(), "Invalidate"); }
+long TextBoxScene::Repaints() { return static_cast<long>(std::ranges::count(Root().calls, "Invalidate")); }
 
 TextBoxScene::TextBoxScene() {
   Root().calls.clear();

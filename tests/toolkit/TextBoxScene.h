@@ -42,7 +42,7 @@ public:
     return {handled, result};
   }
 
-  long CountOf(UINT message) const { return std::count(received.begin(), received.end(), message); }
+  long CountOf(UINT message) const { return static_cast<long>(std::ranges::count(received, message)); }
 
   void OnAccept(TextBoxEventArgs *args) {
     senders.push_back(args->sender);

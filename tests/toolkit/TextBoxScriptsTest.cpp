@@ -148,7 +148,8 @@ TEST_F(TextBoxScripts, SelectedSurrogatePairIsHighlightedAsAWhole) {
   const auto first = std::find(highlighted.begin(), highlighted.end(), true);
   EXPECT_EQ(first - highlighted.begin(), PositionOf(1));
   // The control may share an odd width out unevenly between the halves.
-  EXPECT_NEAR(std::find(first, highlighted.end(), false) - highlighted.begin(), info.rcCaret.left, 1);
+  EXPECT_NEAR(static_cast<LONG>(std::find(first, highlighted.end(), false) - highlighted.begin()), info.rcCaret.left,
+              1);
 }
 
 TEST_F(TextBoxScripts, ComposedCharacterLeavesWhatFollowsInPlace) {

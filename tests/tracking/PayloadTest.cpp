@@ -2,6 +2,8 @@
 
 #include "tracking/Payload.h"
 
+#include <initializer_list>
+
 #include "system/Xml.h"
 #include "tracking/Tracking.h"
 
@@ -50,7 +52,7 @@ protected:
   void UseDock() {
     SetMinute(10);
     tracker.TrackDockOpen();
-    for (WORD minute : {11, 12, 13}) {
+    for (const WORD minute : std::initializer_list<WORD>{11, 12, 13}) {
       SetMinute(minute);
       tracker.TrackIconClick(Entry(L"Mail", L"exe", L"C:\\mail.exe"));
     }

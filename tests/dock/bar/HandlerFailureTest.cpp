@@ -48,9 +48,9 @@ public:
 /// Runs `action` once, out of a message of the loop that the thread is in, as soon as `isTime`.
 class FromTheLoop {
 public:
-  FromTheLoop(std::function<bool()> isTime, std::function<void()> action) {
-    FromTheLoop::isTime = std::move(isTime);
-    FromTheLoop::action = std::move(action);
+  FromTheLoop(std::function<bool()> itsTime, std::function<void()> itsAction) {
+    isTime = std::move(itsTime);
+    action = std::move(itsAction);
   }
   ~FromTheLoop() { ::KillTimer(nullptr, timer); }
   FromTheLoop(const FromTheLoop &) = delete;

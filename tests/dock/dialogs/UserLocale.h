@@ -17,11 +17,11 @@ constexpr GEOID unitedStates = 244, germany = 94, canada = 39, noCountry = -1;
 
 class UserLocale {
 public:
-  /// `tag` is what the platform has for the country as a tag of language and country; empty for none.
-  UserLocale(LANGID language, GEOID country, const std::wstring &tag = L"") {
-    UserLocale::language = language;
-    UserLocale::country = country;
-    UserLocale::tag = tag;
+  /// `itsTag` is what the platform has for the country as a tag of language and country; empty for none.
+  UserLocale(LANGID itsLanguage, GEOID itsCountry, const std::wstring &itsTag = L"") {
+    language = itsLanguage;
+    country = itsCountry;
+    tag = itsTag;
   }
 
 private:

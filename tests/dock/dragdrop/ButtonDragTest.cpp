@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <functional>
-#include <optional>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -345,7 +344,6 @@ TEST_F(ButtonDrag, DuringWhichTheBarClosesEndsWithIt) {
   StartWith(3);
   dock->AddButton(PictureElement(L"New"), 3); // isn't in the document yet
   const HWND window = dock->handle;
-  std::optional<int> quitCode;
   std::thread hand([&] {
     MoveHand(FirstHalf(0));
     SendButton(MOUSEEVENTF_LEFTDOWN);

@@ -12,13 +12,15 @@ namespace {
 
 LONG Number(const std::wstring &text) { return ::_wtoi(text.c_str()); }
 
-/// The elements below a node, the first of each name. One query finds them all: a query takes the platform much longer
-/// than the reading of what it finds, and an entry has seven.
+/// What an entry is read from, the first child of each name. One query finds them all: a query takes the platform much
+/// longer than the reading of what it finds.
 class Children {
 public:
   explicit Children(const XmlNodePtr &node) {
-    for (XmlNodePtr &child : SelectNodes(node, L"*[namespace-uri()='']"))
-      nodes.try_emplace(NodeName(child), std::move(child));
+    // No more than these: a file may hold millions of children.
+    for (XmlNodePtr &child :
+         SelectNodes(node, L"Head[1]|ToolTip[1]|ActionType[1]|ActionParams[1]|Image[1]|Position[1]"))
+      nodes.emplace(NodeName(child), std::move(child));
   }
 
   std::wstring Text(const wchar_t *name) const {

@@ -5,7 +5,7 @@
 #include <functional>
 #include <utility>
 
-#include "system/HResultError.h"
+#include "system/Log.h"
 
 namespace lumenor {
 
@@ -150,6 +150,8 @@ void EditTextElement::Paint(RenderTargetPtr, const D2D1_RECT_F *rect) {
     DrawSelection(origin);
 }
 
+// Runs that can't be drawn are missing in the picture: a failure that was raised here would leave the clips of the
+// field and of the selection behind.
 void EditTextElement::DrawRuns(D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) {
   RunRenderer renderer([&](const DWRITE_GLYPH_RUN &glyphs, const DWRITE_GLYPH_RUN_DESCRIPTION &text) {
     const Run run{glyphs, text};
@@ -158,7 +160,8 @@ void EditTextElement::DrawRuns(D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) {
     if (glyphs.glyphCount != 0 && run.Length() != 0)
       DrawRun(run, origin, glyphBrush);
   });
-  ThrowIfFailed(renderer.Render(layout.Get()));
+  if (const HRESULT result = renderer.Render(layout.Get()); FAILED(result))
+    LogError("EditTextElement: can't draw the text, error %x", static_cast<unsigned>(result));
 }
 
 void EditTextElement::DrawRun(const Run &run, D2D1_POINT_2F origin, ID2D1Brush *glyphBrush) const {

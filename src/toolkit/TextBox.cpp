@@ -9,6 +9,8 @@
 #include <commctrl.h>
 
 #include "system/HResultError.h"
+#include "system/Log.h"
+#include "system/ReadableMemory.h"
 #include "toolkit/Accessibility.h"
 #include "toolkit/CommonControls.h"
 #include "toolkit/EditReading.h"
@@ -71,6 +73,14 @@ bool BelongsToFormerPress(LPARAM lParam) {
     return false;
   const MSG &message = *reinterpret_cast<const MSG *>(lParam);
   return message.message != WM_KEYDOWN || (message.lParam & wasDown) != 0;
+}
+
+/// Whether `layOut` succeeds. A text that can't be laid out is missing in the picture, which is better than no picture.
+template <typename LayOut> bool IsLaidOut(LayOut &&layOut) {
+  const HRESULT result = HResultOf(std::forward<LayOut>(layOut));
+  if (FAILED(result))
+    LogError("TextBox: can't lay out the text, error %x", static_cast<unsigned>(result));
+  return SUCCEEDED(result);
 }
 
 } // namespace
@@ -232,16 +242,22 @@ BOOL TextBox::OnStyleChanging(WPARAM which, LPARAM styles, LRESULT &result) {
 
 // Unhandled, so that the control keeps the text. The listeners of both properties send this message again, with the
 // values that are already set; so it ends there. A text out of the property itself is gone once that is set: the
-// control has it by the listener's message, and doesn't get this one.
+// control has it by the listener's message, and doesn't get this one. Nor does it get an address that no text is at:
+// any program of the desktop can send one.
 BOOL TextBox::OnSetCueBanner(WPARAM shownOnFocus, LPARAM text, LRESULT &result) {
   const auto *newText = reinterpret_cast<const wchar_t *>(text);
   const std::wstring &former = WatermarkText.Get();
   const std::less_equal<> notBehind;
   const bool isOwn = notBehind(former.data(), newText) && notBehind(newText, former.data() + former.size());
-  const std::wstring copy = newText == nullptr ? L"" : newText;
-  const bool isGone = isOwn && copy != former;
+  const std::optional<std::wstring> copy = newText == nullptr ? std::wstring() : CopyReadableText(newText);
+  if (!copy) {
+    LogError("Message %u with an address that can't be read", EM_SETCUEBANNER);
+    result = FALSE;
+    return TRUE;
+  }
+  const bool isGone = isOwn && *copy != former;
   WatermarkShownOnFocus.Set(static_cast<int>(shownOnFocus));
-  WatermarkText.Set(copy);
+  WatermarkText.Set(*copy);
   RequestRepaint();
   if (isGone)
     result = TRUE;
@@ -311,13 +327,13 @@ void TextBox::PaintText(const RenderTargetPtr &target, const D2D1_RECT_F &rect) 
   EditReading reading = ReadEdit(handle);
   if (HasFocus.Get() == 0)
     reading.selectionEnd = reading.selectionStart; // the control shows it only with the focus
-  textElement->Show(std::move(reading));
-  PaintChild(target, textElement.get(), &rect);
+  if (IsLaidOut([&] { textElement->Show(std::move(reading)); }))
+    PaintChild(target, textElement.get(), &rect);
 }
 
 void TextBox::PaintWatermark(const RenderTargetPtr &target, const D2D1_RECT_F &rect) {
-  watermarkElement->Text.Set(ReadCueBanner());
-  PaintChild(target, watermarkElement.get(), &rect);
+  if (IsLaidOut([&] { watermarkElement->Text.Set(ReadCueBanner()); }))
+    PaintChild(target, watermarkElement.get(), &rect);
 }
 
 std::wstring TextBox::ReadCueBanner() const {

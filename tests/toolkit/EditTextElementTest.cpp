@@ -4,12 +4,10 @@
 
 #include <gmock/gmock.h>
 
-#include "support/ImportSlot.h"
 #include "support/RenderSurface.h"
 #include "system/HResultError.h"
+#include "toolkit/FailingText.h"
 #include "toolkit/GlyphSpy.h"
-
-extern "C" decltype(&::DWriteCreateFactory) __imp_DWriteCreateFactory;
 
 namespace lumenor {
 
@@ -31,22 +29,6 @@ EditReading ReadingOf(const std::wstring &text) {
   reading.ascent = 10;
   return reading;
 }
-
-/// Lets the text service refuse one of the calls that come, counted from 1.
-class FailingText {
-public:
-  explicit FailingText(int call) { callsToCome = call; }
-
-private:
-  static HRESULT WINAPI CreateOrFail(DWRITE_FACTORY_TYPE type, REFIID id, IUnknown **factory) {
-    return --callsToCome == 0 ? E_OUTOFMEMORY : create(type, id, factory);
-  }
-
-  static inline int callsToCome;
-  static inline decltype(__imp_DWriteCreateFactory) create;
-  const tests::ImportSlot<decltype(__imp_DWriteCreateFactory)> slot{
-      (create = __imp_DWriteCreateFactory, &__imp_DWriteCreateFactory), &CreateOrFail};
-};
 
 class ShownText : public ::testing::Test {
 protected:
@@ -89,7 +71,7 @@ TEST_F(ShownText, ThatCouldNotBeShapedIsShapedByTheNextShow) {
   for (const int failedCall : {1, 2}) {
     element.Show(ReadingOf(L"a long text"));
     {
-      const FailingText failing(failedCall);
+      const tests::FailingText failing(failedCall);
       EXPECT_THROW(element.Show(ReadingOf(L"abc")), HResultError);
     }
     element.Show(ReadingOf(L"abc"));
@@ -101,7 +83,7 @@ TEST_F(ShownText, ThatCouldNotBeShapedIsShapedByTheNextShow) {
 TEST_F(ShownText, StaysTheFormerOneAfterAShowThatFailed) {
   for (const int failedCall : {1, 2}) {
     element.Show(ReadingOf(L"abcd"));
-    const FailingText failing(failedCall);
+    const tests::FailingText failing(failedCall);
     EXPECT_THROW(element.Show(ReadingOf(L"a longer text")), HResultError);
     EXPECT_EQ((Lefts{{0, 9, 18, 27}}), Painted()) << "call " << failedCall;
   }
@@ -110,7 +92,7 @@ TEST_F(ShownText, StaysTheFormerOneAfterAShowThatFailed) {
 TEST_F(ShownText, StaysInStepAfterAnUpdateThatFailed) {
   element.Show(ReadingOf(L"abcd"));
   for (int failedCall = 1; failedCall <= 3; ++failedCall) {
-    const FailingText failing(failedCall);
+    const tests::FailingText failing(failedCall);
     EXPECT_THROW(element.Update(), HResultError);
     element.Show(ReadingOf(L"abc"));
     EXPECT_EQ((Lefts{{0, 9, 18}}), Painted()) << "call " << failedCall;

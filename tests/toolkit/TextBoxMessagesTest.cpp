@@ -12,7 +12,9 @@
 #include <commctrl.h>
 
 #include "support/ImportSlot.h"
+#include "support/LogCapture.h"
 #include "support/MessagePump.h"
+#include "support/TestFolders.h"
 #include "system/WindowException.h"
 #include "toolkit/TextBoxScene.h"
 
@@ -344,6 +346,20 @@ TEST_F(TextBoxMessages, CueBannerWithoutTextIsEmpty) {
   box.WatermarkText.Set(L"cue");
   EXPECT_EQ(box.Ask(EM_SETCUEBANNER, 0, 0), unhandled);
   EXPECT_EQ(box.WatermarkText.Get(), L"");
+}
+
+TEST_F(TextBoxMessages, CueBannerAtAnAddressThatCannotBeReadIsLoggedAndIgnored) {
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  box.WatermarkText.Set(L"cue");
+  for (const LPARAM wild : {LPARAM{8}, LPARAM{0x7FFF'FFFF'0000}, LPARAM{-2}}) {
+    EXPECT_EQ(::SendMessageW(box.handle, EM_SETCUEBANNER, 1, wild), FALSE) << wild;
+    EXPECT_THAT(log.Lines(), ElementsAre("ERROR: Message 5377 with an address that can't be read")) << wild;
+    log.Clear();
+  }
+  EXPECT_EQ(box.WatermarkText.Get(), L"cue");
+  EXPECT_EQ(CueBannerOf(box.handle), L"cue");
+  EXPECT_EQ(box.WatermarkShownOnFocus.Get(), 0);
 }
 
 TEST_F(TextBoxMessages, WatermarkListenerAndCueBannerDontChaseEachOther) {

@@ -11,13 +11,19 @@
 
 #include <commctrl.h>
 
+#include "support/LogCapture.h"
+#include "support/OperationSpy.h"
+#include "support/TestFolders.h"
+#include "toolkit/FailingText.h"
 #include "toolkit/GlyphSpy.h"
+#include "toolkit/StatusFont.h"
 #include "toolkit/TextBoxScene.h"
 
 namespace lumenor {
 
 namespace {
 
+using ::testing::AllOf;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -353,6 +359,80 @@ TEST_F(PaintedTextBox, SecondPaintMakesNothingAnew) {
   Paint();
   ASSERT_THAT(ColumnsOf(white), SizeIs(1)) << "caret, selection and text";
   EXPECT_EQ(spy.Brushes(), 0);
+}
+
+namespace {
+
+/// What the text service was asked to draw; it draws nothing.
+HRESULT STDMETHODCALLTYPE RefuseToDraw(IDWriteTextLayout *, void *, IDWriteTextRenderer *, FLOAT, FLOAT) {
+  return E_OUTOFMEMORY;
+}
+
+Microsoft::WRL::ComPtr<IDWriteTextLayout> AnyLayout() {
+  const auto factory = CreateTextFactory();
+  const auto format = CreateStatusTextFormat(factory.Get(), DWRITE_FONT_WEIGHT_NORMAL, DWRITE_FONT_STYLE_NORMAL,
+                                             DWRITE_FONT_STRETCH_NORMAL, 12);
+  Microsoft::WRL::ComPtr<IDWriteTextLayout> layout;
+  factory->CreateTextLayout(L"x", 1, format.Get(), 100, 100, &layout);
+  return layout;
+}
+
+constexpr char notLaidOut[] = "ERROR: TextBox: can't lay out the text, error 8007000e";
+
+} // namespace
+
+TEST_F(PaintedTextBox, TextThatCannotBeLaidOutIsMissingAndLogged) {
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  for (const int failedCall : {1, 2}) {
+    SetText(L"former");
+    Paint();
+    SetText(L"abc");
+    {
+      const tests::FailingText failing(failedCall);
+      EXPECT_NO_THROW(Paint());
+    }
+    EXPECT_THAT(spy.Runs(), IsEmpty()) << "call " << failedCall;
+    EXPECT_THAT(log.Lines(), ElementsAre(notLaidOut));
+    log.Clear();
+    Paint();
+    EXPECT_THAT(spy.Runs(), SizeIs(1)) << "call " << failedCall;
+  }
+  EXPECT_THAT(log.Lines(), IsEmpty());
+}
+
+TEST_F(PaintedTextBox, WatermarkThatCannotBeLaidOutIsMissingAndLogged) {
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  box.WatermarkText.Set(L"cue");
+  {
+    const tests::FailingText failing(1);
+    EXPECT_NO_THROW(Paint());
+  }
+  EXPECT_THAT(PaintedColumns(), IsEmpty());
+  EXPECT_THAT(log.Lines(), ElementsAre(notLaidOut));
+  Paint();
+  EXPECT_THAT(PaintedColumns(), Not(IsEmpty()));
+}
+
+TEST_F(PaintedTextBox, TextThatCannotBeDrawnIsMissingAndLeavesNoClipBehind) {
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  SetText(L"abc");
+  Focus();
+  Select(0, 2);
+  HideCaret();
+  {
+    constexpr std::size_t drawSlot = 58;
+    tests::OperationSpy layouts(AnyLayout().Get());
+    layouts.Exchange(drawSlot, &RefuseToDraw);
+    EXPECT_NO_THROW(Paint());
+  }
+  EXPECT_THAT(spy.Runs(), IsEmpty());
+  EXPECT_THAT(log.Lines(), AllOf(SizeIs(2), Each("ERROR: EditTextElement: can't draw the text, error 8007000e")))
+      << "the text, and its selected part";
+  Paint();
+  EXPECT_THAT(spy.Runs(), SizeIs(2));
 }
 
 } // namespace lumenor

@@ -15,6 +15,7 @@
 #include "system/Launch.h"
 #include "system/Log.h"
 #include "toolkit/drawing/CommandNotFoundException.h"
+#include "toolkit/drawing/ProgramAppearance.h"
 #include "toolkit/drawing/WICHelper.h"
 
 #include <shlobj.h>
@@ -58,7 +59,7 @@ ComPtr<IDragSourceHelper> MakeDragSourceHelper() {
 /// A picture that can't be read any more doesn't keep the button from being moved.
 BitmapHandle LoadDragPicture(const std::wstring &image, const std::wstring &program) {
   try {
-    return image.empty() ? ShellIconBitmap(program) : LoadHBitmapFromFile(image);
+    return image.empty() ? ProgramImage(program) : LoadHBitmapFromFile(image);
   } catch (const HResultError &) {
     return BitmapHandle();
   }
@@ -225,7 +226,8 @@ void RowDrag::OnDragAdd(const std::wstring &path, POINT screenPoint) {
 }
 
 /// A file that can't be added isn't read. The record of a file that makes no button stays in the list and is saved with
-/// it. A file whose icon the shell can't load must not end the bar either.
+/// it. Neither a file that can't be shown nor a use that can't be counted ends the bar, with all that the user has
+/// moved and added since the start.
 void RowDrag::AddDroppedFile(const std::wstring &path, POINT screenPoint) {
   const Window::RepaintHold hold(window);
   const auto position = GetInsertionIndex(screenPoint);
@@ -235,8 +237,8 @@ void RowDrag::AddDroppedFile(const std::wstring &path, POINT screenPoint) {
     row.Add(MakeDroppedElement(path), *position);
   } catch (const CommandNotFoundException &) {
     LogError(cannotAddButton);
-  } catch (const HResultError &) {
-    LogError(cannotAddButton);
+  } catch (const HResultError &error) {
+    LogError("MainDlg: a drop of %S failed, error %x", path.c_str(), static_cast<unsigned>(error.Result()));
   }
 }
 

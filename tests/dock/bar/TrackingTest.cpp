@@ -4,15 +4,17 @@
 
 #include <stdexcept>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "content/Documents.h"
 #include "dock/bar/BarFixture.h"
 #include "dock/bar/HelpPanes.h"
+#include "dock/dragdrop/DragState.h"
 #include "dock/flyouts/FakeProvider.h"
 #include "dock/flyouts/FlyoutWindow.h"
 #include "dock/TestBar.h"
 #include "support/Desk.h"
+#include "support/LogCapture.h"
 #include "support/OptIn.h"
 #include "system/HResultError.h"
 #include "system/WindowException.h"
@@ -357,6 +359,29 @@ TEST_F(TrackedDock, WritesAtTheTwentiethUse) {
   dock->AddButton(PictureElement(L"Twentieth"), 0);
   EXPECT_EQ(20u, Written().size());
   EXPECT_EQ(L"Add", LastWritten());
+}
+
+TEST_F(TrackedDock, KeepsADroppedButtonThoughThePayloadCannotBeWritten) {
+  const tests::LogCapture log(folders);
+  StartWith(PictureElements(1));
+  for (int i = 0; i < 18; ++i)
+    usageTracker.TrackIconClick(MakeElement(L"Button " + std::to_wstring(i)));
+  BlockPayload();
+  const std::wstring file = folders.Root() + L"\\New.txt";
+  tests::WriteBytes(file, "content");
+  RECT first = {};
+  ::GetWindowRect(dock->GetUserButtons().at(0)->GetHandle(), &first);
+  log.Clear();
+  dragOverButtons = true;
+  SendAddress(dock->handle, DragAddMessage, file.c_str(), MAKELONG(first.left + 10, first.top + 20));
+  ForgetDrag();
+  EXPECT_THAT(log.Lines(),
+              testing::Contains(testing::StartsWith("ERROR: MainDlg: a drop of " + tests::Utf8(file) + " failed")));
+  EXPECT_EQ(Texts{}, eventLog.Reports());
+  ASSERT_TRUE(::IsWindow(dock->handle));
+  EXPECT_EQ(2u, dock->GetUserButtons().size());
+  EXPECT_EQ(2u, dock->GetUserElements().size());
+  EXPECT_EQ(20u, Waiting().size());
 }
 
 /// The dock of a user who wasn't asked or didn't agree.

@@ -31,7 +31,11 @@ DockButton::DockButton(std::shared_ptr<IButtonPainter> painter, const Element &e
     return;
   flyout = std::make_shared<FlyoutWindow>(GetFlyoutRect(), element.Head, LoadDocument(element.ActionParams, false));
   flyout->Visible.AddListener(flyoutListener);
+  subscriptions.Add(this, &DockButton::OnFlyoutVisibilityChanged, flyout->Visible);
 }
+
+// The arrow turns, also when the flyout goes because another program has come up, which paints nothing of the bar.
+void DockButton::OnFlyoutVisibilityChanged() { InvalidateWindow(FALSE); }
 
 RECT DockButton::GetFlyoutRect() {
   POINT corner = {Left.Get(), Top.Get() + Height.Get()};

@@ -50,6 +50,8 @@ private:
   /// Notes the position of a mouse move and begins a drag where one is due; true when the mouse didn't move at all.
   bool OnMouseMove(int x, int y);
 
+  void OnFlyoutVisibilityChanged();
+
   Element element;
   std::shared_ptr<FlyoutWindow> flyout;
   int lastMouseX = -1;

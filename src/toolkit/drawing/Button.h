@@ -64,6 +64,9 @@ protected:
   /// On WM_DESTROY: nothing here.
   virtual void OnDestroy() {}
 
+  /// Asks for a repaint of the button, at the next turn of the message loop. `erase` as the platform takes it.
+  void InvalidateWindow(BOOL erase);
+
   std::shared_ptr<IButtonPainter> painter;
 
 private:
@@ -75,7 +78,6 @@ private:
   BOOL OnCommand(WPARAM wParam, LPARAM lParam, LRESULT &result);
   BOOL OnTextRequest(UINT message, WPARAM room, LPARAM buffer, LRESULT &result) const;
 
-  void InvalidateWindow(BOOL erase);
   void OnStateChanged();
   void OnNameChanged();
   bool HasWindowText() const;

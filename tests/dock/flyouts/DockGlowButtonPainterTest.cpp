@@ -86,6 +86,16 @@ TEST_F(DockGlowPainter, PointsUpWhileTheFlyoutIsOpen) {
   EXPECT_TRUE(Shows(38, 69, blue));
 }
 
+TEST_F(DockGlowPainter, TurnsTheArrowWheneverTheFlyoutComesOrGoes) {
+  const auto button = MakeButton(MakeElement(L"", L"xml", L"Lumenor.Test.Folder", picture));
+  ASSERT_TRUE(Shows(38, 69, red));
+  button->GetFlyout()->SetBounds(button->GetFlyoutRect());
+  button->GetFlyout()->Visibility.Set(Visibility::Visible);
+  EXPECT_TRUE(Shows(38, 69, blue));
+  button->GetFlyout()->Visibility.Set(Visibility::Hidden);
+  EXPECT_TRUE(Shows(38, 69, red));
+}
+
 TEST_F(DockGlowPainter, SetsTheArrowInItsPlace) {
   const auto button = MakeButton(MakeElement(L"", L"xml", L"Lumenor.Test.Folder", picture));
   ASSERT_TRUE(Shows(38, 69, red));

@@ -43,7 +43,7 @@ std::wstring LoadString(const std::wstring &fileName, const std::wstring &query)
     return {};
   }
   LogInfo("LoadString: Loading from %S with query %S", path.c_str(), query.c_str());
-  const XmlDocumentPtr document = LoadXmlFile(path);
+  const XmlDocumentPtr document = LoadXmlFileWhenFree(path);
   return document == nullptr ? std::wstring() : ChildText(document, query);
 }
 

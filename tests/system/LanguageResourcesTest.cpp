@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "support/ComApartment.h"
+#include "support/HeldFile.h"
 #include "support/ImportSlot.h"
 #include "support/KeptRegistryKey.h"
 #include "support/LogCapture.h"
@@ -134,6 +135,14 @@ TEST_F(LanguageResources, AQueryThatMatchesNothingGivesEmptyTextWithoutAFurtherL
 TEST_F(LanguageResources, ABrokenFileGivesEmptyTextWithoutAFurtherLine) {
   tests::WriteBytes(PathIn(L"ENU_DE"), "<UIRoot>");
   EXPECT_EQ(L"", LoadString(fileName, L"//UIRoot"));
+  EXPECT_EQ(2u, log.Lines().size());
+}
+
+TEST_F(LanguageResources, AFileThatIsInUseIsWaitedFor) {
+  tests::WriteBytes(PathIn(L"ENU_DE"), "<UIRoot><Head>Close</Head></UIRoot>");
+  const tests::HeldFile held(PathIn(L"ENU_DE"), 2);
+  ASSERT_TRUE(held.IsHeld());
+  EXPECT_EQ(L"Close", LoadString(fileName, L"//UIRoot/Head"));
   EXPECT_EQ(2u, log.Lines().size());
 }
 

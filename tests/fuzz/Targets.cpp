@@ -296,6 +296,8 @@ std::wstring WideText(const std::string &bytes) {
 
 std::string MakeDrop(Random &random) {
   DROPFILES head{.pFiles = sizeof(DROPFILES), .pt = {}, .fNC = FALSE, .fWide = !random.Once(4)};
+  if (random.Once(8))
+    head.pFiles = static_cast<DWORD>(random.Once(2) ? random.Below(200) : random.Below(0xFFFFFFFF));
   std::string bytes(reinterpret_cast<const char *>(&head), sizeof head);
   for (std::size_t files = random.Below(6); files > 0; --files) {
     const std::string path = AnyText(random);
@@ -303,13 +305,13 @@ std::string MakeDrop(Random &random) {
       bytes += head.fWide ? std::string{c, '\0'} : std::string{c};
     bytes += std::string(head.fWide ? 2 : 1, '\0');
   }
-  bytes += std::string(2, '\0'); // the memory's end is the platform's to look after; a list always has its own
-  return random.Once(2)
-             ? bytes
-             : bytes.substr(0, sizeof head) + Mutated(random, bytes.substr(sizeof head)) + std::string(4, '\0');
+  bytes += std::string(random.Below(3), '\0'); // the end, which some programs forget
+  return random.Once(2) ? bytes : Mutated(random, bytes);
 }
 
 void TakeDrop(const std::string &bytes) {
+  if (bytes.empty())
+    return; // a block of nothing is none
   static const HWND window =
       ::CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
   STGMEDIUM medium{};

@@ -1,11 +1,12 @@
 #include "dock/dragdrop/DropTarget.h"
 
-#include <algorithm>
-#include <vector>
+#include <cstring>
+#include <string_view>
 
 #include "dock/DockMessages.h"
 #include "dock/dragdrop/DataObject.h"
 #include "dock/dragdrop/DragState.h"
+#include "system/Handles.h"
 #include "system/HResultError.h"
 #include "system/Log.h"
 #include "system/ScopeExit.h"
@@ -17,6 +18,41 @@ namespace lumenor {
 namespace {
 
 constexpr UINT allFiles = 0xFFFFFFFF;
+
+/// Of the files of one drop, more than any list of buttons can use.
+constexpr UINT mostFiles = 1 << 16;
+
+using GlobalBlock = Owner<NullHandleTraits<HGLOBAL, &::GlobalFree>>;
+
+/// The list of files in `block` with an end behind it, in memory that stays where it is. The platform follows the list
+/// to its own end, which some programs forget. Empty, with a log line, when the list isn't in the block at all.
+GlobalBlock CopyFileList(HGLOBAL block) {
+  const std::string_view end("\0\0\0\0\0\0\0", 8);
+  const std::size_t size = ::GlobalSize(block);
+  const auto *const bytes = static_cast<const char *>(::GlobalLock(block));
+  const ScopeExit unlock([&] { ::GlobalUnlock(block); });
+  if (bytes == nullptr || size < sizeof(DROPFILES) || reinterpret_cast<const DROPFILES *>(bytes)->pFiles > size) {
+    LogError("DropTarget: the list of the dropped files is damaged");
+    return GlobalBlock();
+  }
+  GlobalBlock copy(ThrowIfNull(::GlobalAlloc(GMEM_FIXED, size + end.size())));
+  std::memcpy(copy.Get(), bytes, size);
+  std::memcpy(static_cast<char *>(copy.Get()) + size, end.data(), end.size());
+  return copy;
+}
+
+/// Lets the list begin with its second file.
+void SkipFirstFile(DROPFILES &list) {
+  const auto *name = reinterpret_cast<const char *>(&list) + list.pFiles;
+  const std::size_t characterBytes = list.fWide ? sizeof(wchar_t) : sizeof(char);
+  wchar_t character = 0;
+  do {
+    character = 0;
+    std::memcpy(&character, name, characterBytes);
+    name += characterBytes;
+    list.pFiles += static_cast<DWORD>(characterBytes);
+  } while (character != 0);
+}
 
 /// A screen point as messages carry it: x in the low half, y in the high one.
 DWORD PackedPoint(POINTL point) { return static_cast<DWORD>(MAKELONG(point.x, point.y)); }
@@ -122,22 +158,29 @@ HRESULT CDropTarget::Take(IDataObject &data, POINTL point) const {
   if (draggedButton != nullptr)
     Notify(DropNotification, PackedPoint(point));
   else if (files.tymed == TYMED_HGLOBAL && files.hGlobal != nullptr)
-    AddDroppedFiles(static_cast<HDROP>(files.hGlobal), point);
+    AddDroppedFiles(files.hGlobal, point);
   return result;
 }
 
-/// One buffer for all paths, each of which starts at the end of the one before. A path is cut at the platform's limit.
-void CDropTarget::AddDroppedFiles(HDROP drop, POINTL point) const {
-  const UINT count = ::DragQueryFileW(drop, allFiles, nullptr, 0);
-  std::vector<wchar_t> paths(std::size_t{count} * (MAX_PATH + 1) + 1);
-  wchar_t *path = paths.data();
+/// A path is cut at the platform's limit. The platform counts the files from the first one at each question, so that is
+/// the only one that it is asked for.
+void CDropTarget::AddDroppedFiles(HGLOBAL files, POINTL point) const {
+  const GlobalBlock block = CopyFileList(files);
+  if (!block)
+    return;
+  auto &list = *static_cast<DROPFILES *>(block.Get());
+  const auto drop = static_cast<HDROP>(block.Get());
+  UINT count = ::DragQueryFileW(drop, allFiles, nullptr, 0);
+  if (count > mostFiles) {
+    LogError("DropTarget: of %u dropped files the first %u are taken", count, mostFiles);
+    count = mostFiles;
+  }
   for (UINT i = 0; i < count; ++i) {
     const ScopedValue rest(droppedFilesToCome, count - 1 - i); // so that the bar finishes with the last one
-    *path = L'\0';
-    const UINT length = ::DragQueryFileW(drop, i, path, MAX_PATH);
-    if (length > 0)
+    wchar_t path[MAX_PATH + 1] = {};
+    if (::DragQueryFileW(drop, 0, path, MAX_PATH) > 0)
       SendAddress(window, DragAddMessage, path, static_cast<LPARAM>(PackedPoint(point)));
-    path += std::min<UINT>(length, MAX_PATH - 1);
+    SkipFirstFile(list);
   }
 }
 

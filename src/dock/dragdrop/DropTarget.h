@@ -34,7 +34,7 @@ private:
 
   bool ComputeEffect(DWORD keyState, DWORD &effect) const;
   HRESULT Take(IDataObject &data, POINTL point) const;
-  void AddDroppedFiles(HDROP drop, POINTL point) const;
+  void AddDroppedFiles(HGLOBAL files, POINTL point) const;
   void Notify(UINT code, UINT_PTR idFrom) const;
 
   bool acceptsData = false;

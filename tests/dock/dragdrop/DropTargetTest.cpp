@@ -1,6 +1,9 @@
 // What the platform is told of a drag over the bar, and what the bar is told: the drop target through its interface,
 // with a window in the bar's place that notes what comes.
 
+#include <cstring>
+#include <string>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -24,6 +27,7 @@ namespace lumenor {
 namespace {
 
 using Microsoft::WRL::ComPtr;
+using namespace std::literals;
 
 /// What arrived: a notification's code and idFrom, or 1025 and the packed point, with the path behind.
 struct Arrival {
@@ -249,6 +253,60 @@ TEST_F(DropTarget, AddsThousandsOfFiles) {
   Enter(many.Get());
   EXPECT_EQ(S_OK, Drop(many.Get()));
   EXPECT_TRUE(expected == window.Take()) << "too many to be printed";
+}
+
+/// A data object with a list of files that begins `begin` bytes into its block and holds these `names`.
+ComPtr<CDataObject> MakeList(DWORD begin, const std::string &names, BOOL isWide = TRUE) {
+  const DROPFILES head{.pFiles = begin, .pt = {}, .fNC = FALSE, .fWide = isWide};
+  const std::string bytes = std::string(reinterpret_cast<const char *>(&head), sizeof head) + names;
+  STGMEDIUM medium = {};
+  medium.tymed = TYMED_HGLOBAL;
+  medium.hGlobal = ::GlobalAlloc(GMEM_MOVEABLE, bytes.size());
+  std::memcpy(::GlobalLock(medium.hGlobal), bytes.data(), bytes.size());
+  ::GlobalUnlock(medium.hGlobal);
+  return MakeData(fileListFormat, medium);
+}
+
+TEST_F(DropTarget, TakesAListThatLacksItsEndAsFarAsItGoes) {
+  const auto unended = MakeList(sizeof(DROPFILES), "a\0\0\0b\0"s);
+  Enter(unended.Get());
+  EXPECT_EQ(S_OK, Drop(unended.Get()));
+  EXPECT_EQ((Arrivals{{1025, packedPlace, L"a"}, {1025, packedPlace, L"b"}}), window.Take());
+  const auto narrow = MakeList(sizeof(DROPFILES), "c\0d"s, FALSE);
+  Enter(narrow.Get());
+  EXPECT_EQ(S_OK, Drop(narrow.Get()));
+  EXPECT_EQ((Arrivals{{1025, packedPlace, L"c"}, {1025, packedPlace, L"d"}}), window.Take());
+}
+
+TEST_F(DropTarget, RefusesAListThatBeginsBehindItsBlock) {
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  for (const DWORD begin : {0x10000000UL, 0xFFFFFFFFUL}) {
+    const auto damaged = MakeList(begin, "a\0\0\0\0\0"s);
+    Enter(damaged.Get());
+    EXPECT_EQ(S_OK, Drop(damaged.Get()));
+    EXPECT_EQ((Arrivals{}), window.Take());
+    EXPECT_EQ((std::vector<std::string>{"ERROR: DropTarget: the list of the dropped files is damaged"}), log.Lines());
+    log.Clear();
+  }
+}
+
+TEST_F(DropTarget, RefusesABlockThatIsTooShortForAList) {
+  const auto shortBlock = MakeData(fileListFormat, MakeMemory("short"));
+  Enter(shortBlock.Get());
+  EXPECT_EQ(S_OK, Drop(shortBlock.Get()));
+  EXPECT_EQ((Arrivals{}), window.Take());
+}
+
+TEST_F(DropTarget, TakesTheFirstOfAnEndlessListOfFiles) {
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  const auto many = MakeFileData(std::vector<std::wstring>(70'000, L"n"));
+  Enter(many.Get());
+  EXPECT_EQ(S_OK, Drop(many.Get()));
+  EXPECT_EQ(65'536U, window.Take().size());
+  EXPECT_EQ((std::vector<std::string>{"ERROR: DropTarget: of 70000 dropped files the first 65536 are taken"}),
+            log.Lines());
 }
 
 TEST_F(DropTarget, NotifiesOfADroppedButtonAndAddsNothing) {

@@ -26,6 +26,8 @@ constexpr std::uint32_t highBit = std::uint32_t{1} << 31; // of an entry: a name
 constexpr std::uint32_t lowWord = 0xFFFF;
 constexpr std::uint32_t longestSide = 1024; // pixels of an icon
 constexpr std::size_t textsOfABlock = 16;
+constexpr std::size_t iconHeadBytes = 40, groupHeadBytes = 6;
+constexpr std::size_t mostTextBytes = 64 << 20; // of all texts of a program
 
 constexpr std::uint32_t iconType = 3, textType = 6, iconGroupType = 14;
 
@@ -65,10 +67,21 @@ struct Section {
   std::uint32_t address, size, place; // `size` is that in the file
 };
 
-/// A bitmap with its colors, above them its mask, or a PNG.
-bool IsWholeIcon(std::string_view icon) {
+/// A number of a PNG, most significant byte first.
+std::uint32_t PngNumber(std::uint32_t number) {
+  return number >> 24 | (number >> 8 & 0xFF00) | (number & 0xFF00) << 8 | number << 24;
+}
+
+/// Some decoders compute the room for the pixels in 32 bits.
+bool IsWholePng(std::string_view icon) {
+  const auto width = NumberAt<std::uint32_t>(icon, 16), height = NumberAt<std::uint32_t>(icon, 20);
+  return width && height && PngNumber(*width) <= longestSide && PngNumber(*height) <= longestSide;
+}
+
+/// A bitmap of `size` bytes with its colors, above them its mask, or a PNG, by its first `iconHeadBytes`.
+bool IsWholeIcon(std::string_view icon, std::size_t size) {
   if (icon.starts_with("\x89PNG\r\n\x1A\n"sv))
-    return true;
+    return IsWholePng(icon);
   const auto head = NumberAt<std::uint32_t>(icon, 0), width = NumberAt<std::uint32_t>(icon, 4),
              height = NumberAt<std::uint32_t>(icon, 8), compression = NumberAt<std::uint32_t>(icon, 16),
              colors = NumberAt<std::uint32_t>(icon, 32);
@@ -81,7 +94,7 @@ bool IsWholeIcon(std::string_view icon) {
     return false;
   const std::uint32_t palette = *depth > 8 ? *colors : *colors == 0 ? 1U << *depth : *colors;
   const std::size_t row = (std::size_t{*width} * *depth + 31) / 32 * 4;
-  return icon.size() >= bitmapHead + palette * 4 + row * (*height / 2);
+  return size >= bitmapHead + palette * 4 + row * (*height / 2);
 }
 
 /// The resources of one program, by their directories: types, in them names, in them languages.
@@ -135,7 +148,8 @@ private:
            });
   }
 
-  bool IsWholeLeaf(std::uint32_t type, std::size_t leaf) const {
+  /// What many entries share is read for each, so no more is read than is looked at, and of texts not without end.
+  bool IsWholeLeaf(std::uint32_t type, std::size_t leaf) {
     const auto address = NumberAt<std::uint32_t>(bytes, leaf), size = NumberAt<std::uint32_t>(bytes, leaf + 4);
     if (!NumberAt<std::uint64_t>(bytes, leaf + 8))
       return false;
@@ -144,18 +158,20 @@ private:
     });
     if (section == sections.end() || *size > largestResources)
       return false;
-    const std::string content = file.Read(std::uint64_t{section->place} + *address - section->address, *size);
-    if (content.size() != *size)
-      return false;
-    return type == iconType        ? IsWholeIcon(content)
-           : type == iconGroupType ? IsWholeGroup(content)
-                                   : IsWholeBlock(content);
+    const std::uint64_t place = std::uint64_t{section->place} + *address - section->address;
+    const auto begin = [&](std::size_t count) { return file.Read(place, std::min<std::size_t>(*size, count)); };
+    if (type == iconType)
+      return IsWholeIcon(begin(iconHeadBytes), *size);
+    if (type == iconGroupType)
+      return IsWholeGroup(begin(groupHeadBytes), *size);
+    textBytes += *size;
+    return textBytes <= mostTextBytes && IsWholeBlock(begin(*size));
   }
 
-  static bool IsWholeGroup(std::string_view group) {
-    constexpr std::size_t groupHead = 6, groupEntry = 14;
+  static bool IsWholeGroup(std::string_view group, std::size_t size) {
+    constexpr std::size_t groupEntry = 14;
     const auto count = NumberAt<std::uint16_t>(group, 4);
-    return count && *count > 0 && group.size() >= groupHead + *count * groupEntry;
+    return count && *count > 0 && size >= groupHeadBytes + *count * groupEntry;
   }
 
   static bool IsWholeBlock(std::string_view block) {
@@ -172,6 +188,7 @@ private:
   const std::vector<Section> sections;
   const std::string bytes;
   std::size_t entries = 0;
+  std::uint64_t textBytes = 0;
 };
 
 /// The sections that have a place in the file. Nothing when one of them doesn't lie within it, or in memory within the
@@ -234,7 +251,8 @@ bool IsWholeIconFile(const PartReader &file) {
   const std::string list = file.Read(listHead, count * listEntry);
   for (std::size_t at = 0; at < list.size(); at += listEntry) {
     const std::uint32_t size = *NumberAt<std::uint32_t>(list, at + 8), place = *NumberAt<std::uint32_t>(list, at + 12);
-    if (size > largestResources || !IsWholeIcon(file.Read(place, size)))
+    if (size > largestResources || !file.Holds(place, size) ||
+        !IsWholeIcon(file.Read(place, std::min<std::size_t>(size, iconHeadBytes)), size))
       return false;
   }
   return !list.empty();

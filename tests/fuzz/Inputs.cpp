@@ -266,8 +266,8 @@ std::string Number(std::size_t number, int bytes, bool highFirst) {
 }
 
 std::size_t AnySide(Random &random) {
-  constexpr std::array<std::size_t, 14> sides = {0,     1,     2,      47,         48,         49,         300,
-                                                 4'096, 4'097, 30'000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFF0, 0xFFFFFFFF};
+  constexpr std::array<std::size_t, 16> sides = {
+      0, 1, 2, 47, 48, 49, 300, 4'096, 4'097, 23'000, 30'000, 32'768, 0x7FFFFFFF, 0x80000000, 0xFFFFFFF0, 0xFFFFFFFF};
   return random.Once(2) ? random.Of(sides) : random.Below(400);
 }
 

@@ -1,12 +1,17 @@
 #include "system/ProgramFile.h"
 
+#include <algorithm>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/ImportSlot.h"
 #include "support/LogCapture.h"
 #include "support/ProgramBytes.h"
 #include "support/TestFolders.h"
 #include "system/Handles.h"
+
+extern "C" decltype(&::ReadFile) __imp_ReadFile;
 
 namespace lumenor {
 namespace {
@@ -24,6 +29,13 @@ std::string IconOf(std::uint32_t width = 2, std::uint32_t height = 4, std::uint3
   return NumberBytes(40, 4) + NumberBytes(width, 4) + NumberBytes(height, 4) + NumberBytes(1, 2) +
          NumberBytes(depth, 2) + NumberBytes(compression, 4) + std::string(12, '\0') + NumberBytes(colors, 4) +
          std::string(4, '\0') + std::string(16, 'p') + std::string(8, 'm');
+}
+
+/// The beginning of a PNG.
+std::string PngOf(std::uint32_t width, std::uint32_t height) {
+  std::string sides = NumberBytes(height, 4) + NumberBytes(width, 4); // to be read backwards
+  std::ranges::reverse(sides);
+  return "\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR"s + sides + "and more";
 }
 
 std::string GroupOf(std::uint32_t count, std::size_t entries) {
@@ -143,7 +155,12 @@ TEST_F(ProgramFile, WhoseTypeHasMoreThanItsNumberIsCheckedAsThatType) {
 }
 
 TEST_F(ProgramFile, WithAnIconOfAnotherSizeIsDamaged) {
-  EXPECT_FALSE(IsIconDamaged("\x89PNG\r\n\x1A\n and more"));
+  EXPECT_FALSE(IsIconDamaged(PngOf(256, 256)));
+  EXPECT_FALSE(IsIconDamaged(PngOf(1024, 1024)));
+  EXPECT_TRUE(IsIconDamaged(PngOf(1025, 1)));
+  EXPECT_TRUE(IsIconDamaged(PngOf(1, 1025)));
+  EXPECT_TRUE(IsIconDamaged(PngOf(32768, 32768))) << "whose pixels take 0 bytes of 32 bits";
+  EXPECT_TRUE(IsIconDamaged(PngOf(1, 1).substr(0, 23)));
   EXPECT_FALSE(IsIconDamaged(IconOf(2, 4, 8, 0, 2)));
   EXPECT_TRUE(IsIconDamaged(IconOf().substr(0, 30)));
   EXPECT_TRUE(IsIconDamaged("\x0C" + IconOf().substr(1)));
@@ -179,6 +196,41 @@ TEST_F(ProgramFile, WithAGroupOfMoreIconsThanItListsIsDamaged) {
   EXPECT_TRUE(IsDamaged(MakeProgram({{groupType, GroupOf(2, 1)}})));
   EXPECT_TRUE(IsDamaged(MakeProgram({{groupType, GroupOf(0, 1)}})));
   EXPECT_TRUE(IsDamaged(MakeProgram({{groupType, "short"}})));
+}
+
+std::uint64_t bytesRead = 0;
+decltype(__imp_ReadFile) platformRead = nullptr;
+
+BOOL WINAPI CountRead(HANDLE file, LPVOID buffer, DWORD bytes, LPDWORD read, LPOVERLAPPED place) {
+  bytesRead += bytes;
+  return platformRead(file, buffer, bytes, read, place);
+}
+
+TEST_F(ProgramFile, ThatListsOnePartVeryOftenIsNotReadVeryOften) {
+  const tests::ImportSlot counted(&__imp_ReadFile, &CountRead);
+  platformRead = counted.Former();
+  constexpr std::uint32_t count = 1000, partBytes = 1 << 20;
+  std::string list;
+  for (std::uint32_t i = 0; i < count; ++i)
+    list += std::string(8, '\0') + NumberBytes(partBytes, 4) + NumberBytes(6 + 16 * count, 4);
+  bytesRead = 0;
+  EXPECT_FALSE(IsDamaged("\0\0\1\0"s + NumberBytes(count, 2) + list + PngOf(1, 1) + std::string(partBytes, 'p')));
+  EXPECT_GT(partBytes, bytesRead);
+}
+
+TEST_F(ProgramFile, WithOneBlockOfTextsUnderVeryManyNamesIsDamaged) {
+  const std::string block = Texts() + std::string(1 << 20, 't');
+  // All but the last have no bytes of their own, and so begin where the last one does.
+  const auto isDamaged = [&](std::size_t names) {
+    std::vector<std::pair<std::uint32_t, std::string>> resources(names - 1, {textType, ""});
+    resources.emplace_back(textType, block);
+    std::string program = MakeProgram(resources);
+    for (std::size_t i = 0; i + 1 < names; ++i)
+      program.replace(programHeadBytes + 16 + 8 * names + 64 * i + 52, 4, NumberBytes(block.size(), 4));
+    return IsDamaged(program, ProgramPart::Texts);
+  };
+  EXPECT_FALSE(isDamaged(10));
+  EXPECT_TRUE(isDamaged(100));
 }
 
 } // namespace

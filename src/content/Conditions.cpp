@@ -112,6 +112,9 @@ Verdict Check(const Condition &condition) {
   return Verdict::FailsSilently;
 }
 
+/// Of a stub, and parameters of a condition. A file of some megabytes can hold a million.
+constexpr std::size_t mostConditions = 1000;
+
 constexpr std::pair<const wchar_t *, std::wstring Condition::*> params[] = {{L"Logic", &Condition::Logic},
                                                                             {L"Key", &Condition::Key},
                                                                             {L"ValueName", &Condition::ValueName},
@@ -128,10 +131,10 @@ void SetParam(Condition &condition, const std::wstring &name, const std::wstring
 
 std::vector<Condition> ReadConditions(const XmlNodePtr &elementNode) {
   std::vector<Condition> conditions;
-  for (const XmlNodePtr &node : SelectNodes(elementNode, L"//Condition")) {
+  for (const XmlNodePtr &node : SelectNodes(elementNode, L"//Condition", mostConditions + 1)) {
     Condition condition;
     condition.Type = NodeAttribute(node, L"type");
-    for (const XmlNodePtr &param : SelectNodes(node, L"param"))
+    for (const XmlNodePtr &param : SelectNodes(node, L"param", mostConditions))
       SetParam(condition, NodeAttribute(param, L"name"), NodeText(param));
     conditions.push_back(std::move(condition));
   }
@@ -139,6 +142,10 @@ std::vector<Condition> ReadConditions(const XmlNodePtr &elementNode) {
 }
 
 bool EvaluateConditions(const std::wstring &stubPath, const std::vector<Condition> &conditions) {
+  if (conditions.size() > mostConditions) {
+    LogError("DockStub: %S has too many conditions", stubPath.c_str());
+    return false;
+  }
   for (const Condition &condition : conditions) {
     switch (Check(condition)) {
     case Verdict::Holds:

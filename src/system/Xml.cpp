@@ -143,7 +143,10 @@ void SaveXmlFile(const XmlDocumentPtr &document, const std::wstring &path) {
   target.vt = VT_UNKNOWN;
   target.punkVal = stream.Get(); // lent
   ThrowIfFailed(Required(document)->save(target));
-  WriteWholeFile(path, BytesOf(stream.Get()));
+  const std::string bytes = BytesOf(stream.Get());
+  if (bytes.size() > std::size_t{largestFile}) // which would take the place of one that can be read
+    return LogError("Xml: %S would be too large and stays as it is", path.c_str());
+  WriteWholeFile(path, bytes);
 }
 
 XmlNodePtr SelectNode(const XmlNodePtr &node, const std::wstring &xpath) {

@@ -54,7 +54,8 @@ XmlDocumentPtr LoadXmlFileWhenFree(const std::wstring &path);
 /// The document that `xml` holds; null when it isn't well-formed or has a DOCTYPE.
 XmlDocumentPtr LoadXmlString(const std::wstring &xml);
 
-/// Writes the document over the file at the expanded `path`, whole or not at all (system/WholeFile.h).
+/// Writes the document over the file at the expanded `path`, whole or not at all (system/WholeFile.h). One that is too
+/// large to be read again isn't written, with a line in the log.
 void SaveXmlFile(const XmlDocumentPtr &document, const std::wstring &path);
 
 /// The first node that matches; null when none does or `node` is null.

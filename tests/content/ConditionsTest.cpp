@@ -46,6 +46,20 @@ TEST(ReadConditions, UnknownNamesAreIgnoredAndARepeatedOneReplaces) {
   EXPECT_THAT(ReadConditions(SelectNode(document, L"/E")), ElementsAre(Condition{L"", L"", L"second", L"", L"", L""}));
 }
 
+TEST(ReadConditions, OfAMillionOnlySoManyAreReadThatTheyAreTooMany) {
+  const tests::ComApartment com;
+  std::wstring xml = L"<E>";
+  for (int i = 0; i < 1500; ++i)
+    xml += L"<Condition type='File'/>";
+  EXPECT_EQ(1001U, ReadConditions(SelectNode(LoadXmlString(xml + L"</E>"), L"/E")).size());
+  xml = L"<E><Condition>";
+  for (int i = 0; i < 1000; ++i)
+    xml += L"<param name='Logic'>first</param>";
+  xml += L"<param name='Logic'>last</param></Condition></E>";
+  EXPECT_THAT(ReadConditions(SelectNode(LoadXmlString(xml), L"/E")),
+              ElementsAre(Condition{L"", L"first", L"", L"", L"", L""}));
+}
+
 class Conditions : public testing::Test {
 protected:
   bool Evaluate(const std::vector<Condition> &conditions) const {
@@ -89,6 +103,14 @@ protected:
 };
 
 TEST_F(Conditions, NoneAtAllAreMet) { EXPECT_TRUE(Evaluate({})); }
+
+TEST_F(Conditions, TooManyAreNotEvaluated) {
+  const Condition met{L"File", L"FileNotExist", L"C:\\no such file", L"", L"", L""};
+  EXPECT_TRUE(Evaluate(std::vector<Condition>(1000, met)));
+  EXPECT_THAT(log.Lines(), IsEmpty());
+  EXPECT_FALSE(Evaluate(std::vector<Condition>(1001, met)));
+  EXPECT_THAT(log.Lines(), ElementsAre("ERROR: DockStub: C:\\a stub.dstb has too many conditions"));
+}
 
 TEST_F(Conditions, TheFirstThatFailsEndsTheEvaluation) {
   const Condition other{L"File", L"FileExist", L"C:\\nor this", L"", L"", L""};

@@ -379,6 +379,15 @@ TEST_F(Documents, InUseForLongerThanAQuarterOfASecondFailTheSave) {
   EXPECT_THAT(tests::ListFolder(folders.UserFolder()), ElementsAre(L"Some.Document.xml"));
 }
 
+TEST_F(Documents, ThatWouldBeTooLargeToBeReadAreNotWritten) {
+  const tests::LogCapture log(folders);
+  WriteDocument("<Element><Head>good</Head></Element>");
+  EXPECT_EQ(S_OK, FailureOfSaving({Named(std::wstring(6'000'000, L'\x4E2D'), 0)})) << "three bytes each";
+  EXPECT_THAT(log.Lines(),
+              ElementsAre("ERROR: Xml: " + tests::Utf8(DocumentPath(name)) + " would be too large and stays as it is"));
+  EXPECT_THAT(Load(), ElementsAre(Named(L"good", 0)));
+}
+
 TEST_F(Documents, OnAFullDiskSavingRaisesAndTheOldListStays) {
   SaveDocument({Named(L"old", 1)}, name);
   const ElementList longer(1000, FullElement());

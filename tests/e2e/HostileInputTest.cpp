@@ -16,6 +16,8 @@
 #include "e2e/Screen.h"
 #include "e2e/UserSteps.h"
 
+#include <commctrl.h>
+
 namespace lumenor::e2e {
 namespace {
 
@@ -82,9 +84,17 @@ TEST_F(HostileInput, MessagesOfAnotherProgramWithWildAddressesEndNothing) {
     EXPECT_EQ(1, ::SendMessageW(dock.Bar(), message, 0xDEADBEEF, 0));
     ::PostMessageW(dock.Bar(), message, 0xDEADBEEF, 0);
   }
+  ::PostMessageW(dock.Bar(), WM_INITDIALOG, 0, 0);
+  EXPECT_EQ(FALSE, ::SendMessageW(dock.Field(), EM_SETCUEBANNER, 1, 0xDEADBEE0));
+  ::PostMessageW(dock.Field(), EM_SETCUEBANNER, 1, 8);
   EXPECT_TRUE(
       WaitFor([&] { return installation.Logged("ERROR: Message 1037 with an address that the dock didn't send"); }));
   EXPECT_TRUE(installation.Logged("ERROR: Message 1025 with an address that the dock didn't send"));
+  EXPECT_TRUE(WaitFor([&] {
+    return std::ranges::count_if(installation.LogLines(), [](const std::string &line) {
+             return line.find("ERROR: Message 5377 with an address that can't be read") != std::string::npos;
+           }) == 2;
+  })) << "the one that was sent and the one that was posted";
   EXPECT_EQ(0U, CloseByButton(dock));
 }
 

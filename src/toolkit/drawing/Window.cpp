@@ -141,13 +141,17 @@ BOOL Window::ProcessWindowMessage(HWND, UINT message, WPARAM wParam, LPARAM lPar
 BOOL Window::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT &result) {
   switch (message) {
   case WM_INITDIALOG:
-    return Answer(L"OnInitDialog", result, 1, [&] { OnInitDialog(); });
+    return Answer(L"OnInitDialog", result, 1, [&] {
+      if (!std::exchange(isComposed, true)) // any program of the desktop can send a second one
+        OnInitDialog();
+    });
   case WM_SHOWWINDOW:
     return Answer(L"OnShowWindow", [&] { return OnShowWindow(wParam != 0); });
   case WM_WINDOWPOSCHANGED:
     return Answer(L"OnWindowPosChanged",
                   [&] { return OnWindowPosChanged(*reinterpret_cast<const WINDOWPOS *>(lParam)); });
   case WM_DESTROY: // no Answer: the window is on its way already
+    isComposed = false;
     return Guarded(L"OnDestroy", [&] {
       OnDestroy();
       result = 0;

@@ -143,6 +143,7 @@ private:
   /// What waits for the first picture; none unless this window is being made and comes up visible.
   std::vector<std::function<void()>> postponed;
   bool postpones = false;
+  bool isComposed = false;
 
   int paintPending = 0;
   bool rendering = false;

@@ -21,6 +21,7 @@
 #include "support/MessagePump.h"
 #include "system/Handles.h"
 
+extern "C" decltype(&::FindWindowW) __imp_FindWindowW;
 extern "C" decltype(&::TerminateThread) __imp_TerminateThread;
 
 namespace lumenor {
@@ -421,6 +422,27 @@ TEST_F(MainDlg, AChangedDisplayPutsItBackInPlaceAtTheBottom) {
   dock->Left.Set(7);
   Send(WM_DISPLAYCHANGE);
   EXPECT_EQ((Numbers{190, 947, 1090, 1024}), Place());
+}
+
+TEST_F(MainDlg, IsComposedOnce) {
+  StartWith(1);
+  const HWND button = dock->GetUserButtons().at(0)->GetHandle();
+  Send(WM_INITDIALOG);
+  EXPECT_TRUE(::IsWindow(dock->handle));
+  EXPECT_EQ(1U, dock->GetUserButtons().size());
+  EXPECT_EQ(button, dock->GetUserButtons().at(0)->GetHandle());
+  EXPECT_EQ((std::vector<std::wstring>{}), eventLog.Reports());
+}
+
+HWND WINAPI FindNoWindow(LPCWSTR, LPCWSTR) { return nullptr; }
+
+TEST_F(MainDlg, AChangedDisplayWithoutATaskBarEndsTheWindow) {
+  StartWith(0);
+  const HWND window = dock->handle;
+  const tests::ImportSlot gone(&__imp_FindWindowW, &FindNoWindow);
+  Send(WM_DISPLAYCHANGE);
+  EXPECT_FALSE(::IsWindow(window));
+  EXPECT_EQ((std::vector<std::wstring>{L"caught an unhandled exception in OnDisplayChange"}), eventLog.Reports());
 }
 
 TEST_F(MainDlg, ComesToTheFrontWhenASecondDockAsks) {

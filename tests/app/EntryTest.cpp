@@ -14,6 +14,7 @@
 #include "system/Instance.h"
 #include "tracking/UsageTracker.h"
 
+extern "C" decltype(&::RegisterWindowMessageW) __imp_RegisterWindowMessageW;
 extern "C" decltype(&::SystemTimeToFileTime) __imp_SystemTimeToFileTime;
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int);
@@ -25,6 +26,20 @@ namespace {
 BOOL WINAPI HaveNoTime(const SYSTEMTIME *, LPFILETIME) {
   ::SetLastError(ERROR_INVALID_PARAMETER);
   return FALSE;
+}
+
+UINT WINAPI RegisterNothing(LPCWSTR) { return 0; }
+
+TEST(Entry, EndsWhereTheMessageOfASecondStartCannotBeRegistered) {
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  const desk::EventLogSpy eventLog;
+  const tests::CurrentFolder current(folders.Root());
+  const tests::ImportSlot nothing(&__imp_RegisterWindowMessageW, &RegisterNothing);
+  wchar_t noWords[] = L"";
+  EXPECT_EQ(-1, ::wWinMain(instanceHandle, nullptr, noWords, SW_SHOW));
+  EXPECT_EQ((std::vector<std::string>{"INFO: Dock Startup"}), log.Lines());
+  EXPECT_EQ((std::vector<std::wstring>{}), eventLog.Reports());
 }
 
 TEST(Entry, ReportsAFailureAheadOfTheFirstCycleAndEnds) {

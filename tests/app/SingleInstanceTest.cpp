@@ -5,7 +5,9 @@
 #include "support/ImportSlot.h"
 #include "support/MessagePump.h"
 
+extern "C" decltype(&::CreateEventW) __imp_CreateEventW;
 extern "C" decltype(&::OpenEventW) __imp_OpenEventW;
+extern "C" decltype(&::SetSecurityDescriptorDacl) __imp_SetSecurityDescriptorDacl;
 
 namespace lumenor {
 
@@ -19,6 +21,23 @@ LRESULT CALLBACK CountActivations(HWND window, UINT message, WPARAM wParam, LPAR
     ++activations;
   return ::DefWindowProcW(window, message, wParam, lParam);
 }
+
+/// How the guard event was made.
+struct EventRequest {
+  bool isDescribed = false;
+  BOOL isInherited = FALSE;
+  BOOL isManual = FALSE;
+  BOOL isSignalled = TRUE;
+};
+EventRequest request;
+decltype(__imp_CreateEventW) platformCreateEvent = nullptr;
+
+HANDLE WINAPI NoteEvent(LPSECURITY_ATTRIBUTES attributes, BOOL isManual, BOOL isSignalled, LPCWSTR name) {
+  request = {attributes != nullptr, attributes != nullptr && attributes->bInheritHandle, isManual, isSignalled};
+  return platformCreateEvent(attributes, isManual, isSignalled, name);
+}
+
+BOOL WINAPI RefuseList(PSECURITY_DESCRIPTOR, BOOL, PACL, BOOL) { return FALSE; }
 
 HANDLE WINAPI FindNoEvent(DWORD, BOOL, LPCWSTR) { return nullptr; }
 
@@ -99,6 +118,32 @@ TEST_F(SingleInstanceTest, LetsEveryUserOpenTheEvent) {
   ASSERT_TRUE(::GetSecurityDescriptorDacl(descriptor, &present, &list, &byDefault));
   EXPECT_TRUE(present);
   EXPECT_EQ(nullptr, list);
+}
+
+TEST_F(SingleInstanceTest, MakesAnInheritedEventThatStaysSignalled) {
+  const tests::ImportSlot noted(&__imp_CreateEventW, &NoteEvent);
+  platformCreateEvent = noted.Former();
+  SingleInstance first;
+  EXPECT_TRUE(first.Join(activateMessage));
+  EXPECT_TRUE(request.isDescribed);
+  EXPECT_TRUE(request.isInherited);
+  EXPECT_TRUE(request.isManual);
+  EXPECT_FALSE(request.isSignalled);
+}
+
+TEST_F(SingleInstanceTest, MakesTheEventWithoutSecurityWhereItCannotBeDescribed) {
+  const tests::ImportSlot noted(&__imp_CreateEventW, &NoteEvent);
+  platformCreateEvent = noted.Former();
+  SingleInstance first;
+  {
+    const tests::ImportSlot refused(&__imp_SetSecurityDescriptorDacl, &RefuseList);
+    EXPECT_TRUE(first.Join(activateMessage));
+  }
+  EXPECT_FALSE(request.isDescribed);
+  EXPECT_TRUE(request.isManual);
+  EXPECT_FALSE(request.isSignalled);
+  SingleInstance second;
+  EXPECT_FALSE(second.Join(activateMessage));
 }
 
 TEST_F(SingleInstanceTest, NeverSignalsTheEvent) {

@@ -4,6 +4,7 @@
 
 #include "e2e/DockProcess.h"
 #include "e2e/Input.h"
+#include "e2e/ResetDialog.h"
 #include "e2e/Screen.h"
 #include "e2e/TaskBar.h"
 
@@ -76,6 +77,9 @@ TEST_F(Edge, ASmallerDisplayPlacesTheBarAnew) {
   EXPECT_TRUE(WaitFor([&] { return StandsAt(dock.Bar(), {512 - 347, 1, 512 + 347, 78}); }));
   CaptureSettled(dock.BarRect());
   SaveShot("edge-1024");
+
+  const HWND dialog = OpenResetDialog(dock);
+  EXPECT_TRUE(StandsAt(dialog, {512 - 200, 77, 512 + 200, 249})) << "in the middle of the new display";
 }
 
 TEST_F(Edge, TheBarStandsUnderATaskBarAtTheTop) {

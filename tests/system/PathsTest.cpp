@@ -7,6 +7,7 @@
 #include "support/TestFolders.h"
 #include "system/Handles.h"
 
+extern "C" decltype(&::ExpandEnvironmentStringsW) __imp_ExpandEnvironmentStringsW;
 extern "C" decltype(&::GetFileAttributesW) __imp_GetFileAttributesW;
 
 namespace lumenor {
@@ -31,6 +32,31 @@ TEST(ExpandPath, TextWithoutVariablesStays) {
 
 TEST(ExpandPath, AnUnknownVariableStaysAsItIsWritten) {
   EXPECT_EQ(L"%LUMENOR_NO_SUCH%\\file", ExpandPath(L"%LUMENOR_NO_SUCH%\\file"));
+}
+
+int sizeChange = 0;
+
+/// A variable whose value changes its length by `sizeChange` between two calls.
+DWORD WINAPI ExpandAndChange(LPCWSTR, LPWSTR text, DWORD size) {
+  constexpr DWORD firstSize = 6;
+  if (size == 0)
+    return firstSize;
+  const DWORD newSize = firstSize + static_cast<DWORD>(sizeChange);
+  if (newSize <= size) {
+    std::fill_n(text, newSize - 1, L'v');
+    text[newSize - 1] = L'\0';
+  }
+  return newSize;
+}
+
+TEST(ExpandPath, AVariableThatChangesMeanwhileStaysAsItIsWritten) {
+  const tests::ImportSlot changing(&__imp_ExpandEnvironmentStringsW, &ExpandAndChange);
+  sizeChange = 0;
+  EXPECT_EQ(L"vvvvv", ExpandPath(L"%LUMENOR_TEST%"));
+  for (const int change : {-1, 1}) {
+    sizeChange = change;
+    EXPECT_EQ(L"%LUMENOR_TEST%", ExpandPath(L"%LUMENOR_TEST%")) << change;
+  }
 }
 
 TEST(ExpandPath, LongTextExpandsWhole) {

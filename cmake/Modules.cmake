@@ -11,6 +11,8 @@ target_compile_options(lumenor_options INTERFACE
   # Failures tell their source file, and no program holds the builder's folders; a compiler cache may have made the path
   # of a source relative to the build's folder.
   -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/= -fmacro-prefix-map=${way_to_sources}/=
+  # GCC 14 gives this one up in long sources, with a note each; script/format does what it is for.
+  $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_GREATER_EQUAL:$<CXX_COMPILER_VERSION>,14>>:-Wno-misleading-indentation>
   # As in script/lint: attributes are GCC's, and braces may be left away around the parts of a platform structure.
   $<$<CXX_COMPILER_ID:Clang>:-Wshadow -Wconversion -Wno-sign-conversion -Wno-unknown-attributes -Wno-missing-braces>
   $<$<CONFIG:Debug>:-Og -gdwarf-4 -fsanitize=undefined

@@ -12,7 +12,7 @@ set(CMAKE_CXX_COMPILER_TARGET ${toolchain_prefix})
 set(CMAKE_C_FLAGS_INIT "-nostdlibinc -isystem /usr/${toolchain_prefix}/include -femulated-tls")
 string(JOIN " " CMAKE_CXX_FLAGS_INIT
   -isystem ${gcc_folder}/include/c++ -isystem ${gcc_folder}/include/c++/${toolchain_prefix} ${CMAKE_C_FLAGS_INIT}
-  -include ${CMAKE_CURRENT_LIST_DIR}/clang-source-location.h)
+  "-include \"${CMAKE_CURRENT_LIST_DIR}/clang-source-location.h\"")
 foreach(kind EXE SHARED)
   string(APPEND CMAKE_${kind}_LINKER_FLAGS_INIT " -pthread -B${gcc_folder} -L${gcc_folder}")
 endforeach()

@@ -3,8 +3,8 @@ import re
 import struct
 import unicodedata
 
-from .facts import (ACTIONS, CHILDREN, COMMANDS, CYRILLIC_FEATURE, JUMP_LIST, LABEL_WIDTHS, LENGTHS, MAIN, PICTURE, PILLARS, USER,
-                    USER_PICTURE)
+from .facts import (ACTIONS, CHILDREN, COMMANDS, CYRILLIC_FEATURE, FOR_YOU_TEXTS, JUMP_LIST, LABEL_WIDTHS, LENGTHS, MAIN,
+                    PICTURE, PILLARS, USER, USER_PICTURE)
 from .findings import one_of
 
 
@@ -83,16 +83,33 @@ def check_entry(found, path, node, document, pictures, conditions):
         check_icon(found, (path, line_of(node, "Image")), node.text("Image"), pictures)
         return
     check_label(found, (path, line_of(node, "Head")), node.text("Head"), "button" if document in (MAIN, USER) else "row")
-    check_action(found, path, node)
+    check_action(found, path, node, is_on_bar=document in (MAIN, USER, FOR_YOU_TEXTS))
     check_picture_of(found, path, node, document, pictures)
 
 
-def check_action(found, path, node, actions=ACTIONS):
+def program_of(command_line):
+    """What a command line starts, in its quotation marks or without."""
+    quoted = re.match(r'\s*"([^"]*)"?', command_line)
+    return quoted[1] if quoted else (command_line.split() or [""])[0]
+
+
+def check_action(found, path, node, actions=ACTIONS, is_on_bar=False):
+    """`is_on_bar` says whether the entry is a button of the bar, which knows the commands of the dock."""
     action, params = node.text("ActionType"), node.text("ActionParams")
     place, params_place = (path, line_of(node, "ActionType")), (path, line_of(node, "ActionParams"))
-    if params in COMMANDS:
+    program = program_of(params)
+    if is_on_bar and action != "xml" and program in COMMANDS:
+        if params.strip(' "') != program:
+            found.warning(params_place, "command", f"'{params}' begins with a command of the dock",
+                          f"runs the command '{program}', whatever is behind it",
+                          "the command alone, or the whole path of the program")
         return
-    if action not in actions:
+    if action == "xml" and not is_on_bar:
+        found.error(place, "row-action", "a row opens no flyout", "does nothing at a click", "a button of the bar for it")
+    elif params in COMMANDS and not is_on_bar:
+        found.error(params_place, "row-action", f"'{params}' is a command of the dock, which rows don't know",
+                    "starts a program of that name", "a button of the bar for it")
+    elif action not in actions:
         found.error(place, "action-type", f"there is no action '{action}'", "does nothing at a click",
                     one_of(actions, action))
     elif not params:
@@ -108,7 +125,7 @@ def check_action(found, path, node, actions=ACTIONS):
     elif action == "url" and not re.match(r"[A-Za-z][A-Za-z0-9+.-]*:", params):
         found.error(params_place, "address", f"the address '{params}' has no scheme",
                     "hands it to the shell, which takes it for a file", "the whole address, with https:// or the like")
-    elif params.lower() in {command.lower() for command in COMMANDS}:
+    elif is_on_bar and params.lower() in {command.lower() for command in COMMANDS}:
         found.warning(params_place, "command", f"'{params}' differs from a command of the dock by its case alone",
                       "starts a program of that name", one_of(COMMANDS, params))
 

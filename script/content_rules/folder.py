@@ -13,6 +13,8 @@ PICTURES = (".png", ".ico", ".jpg", ".jpeg", ".bmp", ".gif")
 def check_folders(folders, installed=()):
     """What is found, and how many files were read. `installed` are folders whose resources/ pictures may be in."""
     found = Findings()
+    given = {folder.resolve(): folder for folder in folders}  # the names of those above tell what a file is
+    folders = list(given)
     files = sorted({path for folder in folders for path in ([folder] if folder.is_file() else folder.rglob("*"))
                     if path.is_file()})
     stub_files = [path for path in files if path.name.lower().endswith("dstb")]
@@ -22,8 +24,17 @@ def check_folders(folders, installed=()):
     pictures = Pictures([*folders, *beside, *map(Path, installed)], stub_roots)
     check_stubs(found, stub_files, pictures)
     read = len(stub_files) + check_files(found, other_files, pictures)
-    found.sort(key=lambda finding: (finding.file, finding.line))
+    found[:] = sorted((finding._replace(file=as_given(finding.file, given)) for finding in found),
+                      key=lambda finding: (finding.file, finding.line))
     return found, read
+
+
+def as_given(file, given):
+    """The file's path, from the folder on as it was given."""
+    for folder, name in given.items():
+        if Path(file).is_relative_to(folder):
+            return str(name / Path(file).relative_to(folder))
+    return file
 
 
 def check_stubs(found, paths, pictures):

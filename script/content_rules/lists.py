@@ -7,6 +7,8 @@ from .facts import (FIXED_BUTTONS, FOR_YOU_LIST, FOR_YOU_TEXTS, LIST_ROWS, MAIN,
 from .findings import one_of
 from .xml_lines import Unreadable, read
 
+ROW_ACTIONS = ("exe", "eccategory", "pillar")  # which are no search
+
 LABELS = {"ResetWindow.ResetButton": "dialog button", "ResetWindow.CancelButton": "dialog button",
           "TextBlock.ButtonClose": "dialog button", "TextBlock.ViewTour": "tour"}
 
@@ -99,7 +101,11 @@ def check_rows(found, path, nodes, children, actions, pictures):
         if not node.text("Head"):
             found.error((path, node.line), "label-empty", "a row has no label", "shows a row without a text", "a Head")
         check_label(found, (path, line_of(node, "Head")), node.text("Head"), "row")
-        if node.text("ActionType") != "helpSearch":
+        if actions is SEARCH_ACTIONS and node.text("ActionType") in ROW_ACTIONS:
+            found.error((path, line_of(node, "ActionType")), "provider-action",
+                        f"the action '{node.text('ActionType')}' is none of a search provider",
+                        "runs it when it is chosen, and doesn't search", one_of(SEARCH_ACTIONS))
+        elif node.text("ActionType") != "helpSearch":
             check_action(found, path, node, actions)
         if node.text("Image"):
             check_picture(found, (path, line_of(node, "Image")), node.text("Image"), pictures)

@@ -32,12 +32,13 @@ AllowSkipFiles off
 !define NAME "Lumenor Dock"
 !define MAKER "Tarnwick"
 !define PROGRAM "LumenorDock.exe"
+!define FOLDER "$PROGRAMFILES64\Tarnwick\Lumenor"
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\LumenorDock"
 
 Name "${NAME}"
 BrandingText "${NAME} ${VERSION}"
 OutFile "${TARGET}"
-InstallDir "$PROGRAMFILES64\Tarnwick\Lumenor"
+InstallDir "${FOLDER}"
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
@@ -174,6 +175,15 @@ Function .onInit
     ${VersionCompare} $0 "${VERSION}" $1
     ${If} $1 = 1
       !insertmacro Fail 4 "$(NewerIsThere)"
+    ${EndIf}
+  ${EndIf}
+
+  ; An upgrade goes where the older version is, unless the command line names another folder.
+  ${If} $INSTDIR == "${FOLDER}"
+    ReadRegStr $0 HKLM "${UNINSTALL_KEY}" "InstallLocation"
+    ${If} $0 != ""
+    ${AndIf} ${FileExists} "$0\Dock\${PROGRAM}"
+      StrCpy $INSTDIR $0
     ${EndIf}
   ${EndIf}
 FunctionEnd

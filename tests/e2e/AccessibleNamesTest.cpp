@@ -53,7 +53,9 @@ TEST_F(AccessibleNames, OfTheBarAreLabelsOrTips) {
                         L"button Suggestions for you and this computer",
                         L"button The bar is at the top: click to move it to the bottom",
                         L"button Close"};
-  EXPECT_EQ(Lines(ControlsOf(dock.Bar(), true)), Lines(bar));
+  const RECT place = dock.BarRect();
+  EXPECT_EQ(Lines(ControlsOf(dock.Bar(), true)), Lines(bar))
+      << "of a bar from " << place.left << " to " << place.right << ", whose row begins at " << RectOf(dock.Row()).left;
 
   Click(dock.PositionButton());
   EXPECT_TRUE(WaitFor([&] {

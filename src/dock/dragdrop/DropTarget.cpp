@@ -1,7 +1,6 @@
 #include "dock/dragdrop/DropTarget.h"
 
 #include <cstring>
-#include <string_view>
 
 #include "dock/DockMessages.h"
 #include "dock/dragdrop/DataObject.h"
@@ -27,7 +26,7 @@ using GlobalBlock = Owner<NullHandleTraits<HGLOBAL, &::GlobalFree>>;
 /// The list of files in `block` with an end behind it, in memory that stays where it is. The platform follows the list
 /// to its own end, which some programs forget. Empty, with a log line, when the list isn't in the block at all.
 GlobalBlock CopyFileList(HGLOBAL block) {
-  const std::string_view end("\0\0\0\0\0\0\0", 8);
+  constexpr std::size_t endBytes = 8; // two nulls of either kind of character, wherever the list breaks off
   const std::size_t size = ::GlobalSize(block);
   const auto *const bytes = static_cast<const char *>(::GlobalLock(block));
   const ScopeExit unlock([&] { ::GlobalUnlock(block); });
@@ -35,9 +34,8 @@ GlobalBlock CopyFileList(HGLOBAL block) {
     LogError("DropTarget: the list of the dropped files is damaged");
     return GlobalBlock();
   }
-  GlobalBlock copy(ThrowIfNull(::GlobalAlloc(GMEM_FIXED, size + end.size())));
+  GlobalBlock copy(ThrowIfNull(::GlobalAlloc(GMEM_FIXED | GMEM_ZEROINIT, size + endBytes)));
   std::memcpy(copy.Get(), bytes, size);
-  std::memcpy(static_cast<char *>(copy.Get()) + size, end.data(), end.size());
   return copy;
 }
 

@@ -55,7 +55,8 @@ TEST_F(AccessibleNames, OfTheBarAreLabelsOrTips) {
                         L"button Close"};
   const RECT place = dock.BarRect();
   EXPECT_EQ(Lines(ControlsOf(dock.Bar(), true)), Lines(bar))
-      << "of a bar from " << place.left << " to " << place.right << ", whose row begins at " << RectOf(dock.Row()).left;
+      << "of a bar from " << place.left << " to " << place.right << ", whose row begins at "
+      << RectOf(::GetParent(dock.Control(2000))).left;
 
   Click(dock.PositionButton());
   EXPECT_TRUE(WaitFor([&] {

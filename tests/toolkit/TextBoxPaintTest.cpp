@@ -363,11 +363,12 @@ TEST_F(PaintedTextBox, SecondPaintMakesNothingAnew) {
 
 namespace {
 
-/// What the text service was asked to draw; it draws nothing.
+/// In the place of IDWriteTextLayout::Draw.
 HRESULT STDMETHODCALLTYPE RefuseToDraw(IDWriteTextLayout *, void *, IDWriteTextRenderer *, FLOAT, FLOAT) {
   return E_OUTOFMEMORY;
 }
 
+/// One whose table of operations all of them share.
 Microsoft::WRL::ComPtr<IDWriteTextLayout> AnyLayout() {
   const auto factory = CreateTextFactory();
   const auto format = CreateStatusTextFormat(factory.Get(), DWRITE_FONT_WEIGHT_NORMAL, DWRITE_FONT_STYLE_NORMAL,

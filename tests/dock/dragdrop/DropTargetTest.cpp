@@ -292,10 +292,13 @@ TEST_F(DropTarget, RefusesAListThatBeginsBehindItsBlock) {
 }
 
 TEST_F(DropTarget, RefusesABlockThatIsTooShortForAList) {
-  const auto shortBlock = MakeData(fileListFormat, MakeMemory("short"));
+  const tests::TestFolders folders;
+  const tests::LogCapture log(folders);
+  const auto shortBlock = MakeData(fileListFormat, MakeMemory(std::string(5, '\0')));
   Enter(shortBlock.Get());
   EXPECT_EQ(S_OK, Drop(shortBlock.Get()));
   EXPECT_EQ((Arrivals{}), window.Take());
+  EXPECT_EQ((std::vector<std::string>{"ERROR: DropTarget: the list of the dropped files is damaged"}), log.Lines());
 }
 
 TEST_F(DropTarget, TakesTheFirstOfAnEndlessListOfFiles) {

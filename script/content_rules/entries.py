@@ -87,6 +87,15 @@ def check_entry(found, path, node, document, pictures, conditions):
     check_picture_of(found, path, node, document, pictures)
 
 
+def check_schema(found, path, root):
+    """An editor that finds the schema by itself adds the name of it to the file."""
+    for name in root.attributes:
+        if name.split(":")[-1] in ("schemaLocation", "noNamespaceSchemaLocation"):
+            found.error((path, root.line), "schema-location", f"the file names a schema by {name}",
+                        "may load that schema from where it says, and refuse the file",
+                        "the schema's name in the editor's settings, not in the file")
+
+
 def program_of(command_line):
     """What a command line starts, in its quotation marks or without."""
     quoted = re.match(r'\s*"([^"]*)"?', command_line)

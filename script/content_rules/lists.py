@@ -1,7 +1,8 @@
 """Files that aren't stubs: documents, texts, search providers, the For You list."""
 import re
 
-from .entries import check_action, check_children, check_entry, check_label, check_picture, is_document_name, line_of
+from .entries import (check_action, check_children, check_entry, check_label, check_picture, check_schema, is_document_name,
+                      line_of)
 from .facts import (FIXED_BUTTONS, FOR_YOU_LIST, FOR_YOU_TEXTS, LIST_ROWS, MAIN, PROVIDER_CHILDREN, SEARCH_ACTIONS,
                     SUGGESTION_CHILDREN, TEXT_IDS, USER, USER_BUTTONS)
 from .findings import one_of
@@ -15,10 +16,12 @@ LABELS = {"ResetWindow.ResetButton": "dialog button", "ResetWindow.CancelButton"
 
 def root_of(found, path, dock):
     try:
-        return read(path)
+        root = read(path)
     except Unreadable as error:
         found.error((path, error.line), "unreadable", error.what, dock, "well-formed XML without a DOCTYPE")
         return None
+    check_schema(found, path, root)
+    return root
 
 
 def entries_of(found, path, name, dock):

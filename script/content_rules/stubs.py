@@ -3,7 +3,7 @@ import re
 from collections import defaultdict, namedtuple
 
 from . import conditions
-from .entries import check_entry, is_document_name, line_of, number
+from .entries import check_entry, check_schema, is_document_name, line_of, number
 from .facts import ABBREVIATIONS, FIXED_BUTTONS, KNOWN_DOCUMENTS, LOCALE, MAIN, USER, USER_BUTTONS
 from .xml_lines import Unreadable, read
 
@@ -18,6 +18,7 @@ def read_stub(found, path, pictures):
         found.error((path, error.line), "unreadable", error.what, "skips the stub, with a line in its log",
                     "well-formed XML without a DOCTYPE")
         return None
+    check_schema(found, path, root)
     document = check_shape(found, path, root)
     entry = document and first_entry(found, path, document)
     if not entry:

@@ -107,6 +107,40 @@ TEST(ClaimedPictureSize, OfAnEndlessJpegIsOneThatNobodyBears) {
   }
 }
 
+/// A screen of 3 by 4 with a color table, and a comment of two blocks.
+const std::string gifStart = Gif(3, 4) + "\x81\0\0"s + std::string(12, 'c') + "!\xFE\2,x\1,\0"s;
+
+std::string GifFrame(std::uint32_t width, std::uint32_t height, bool hasColors = false) {
+  return "," + Number(1, 2) + Number(2, 2) + Number(width, 2) + Number(height, 2) +
+         (hasColors ? "\x80" + std::string(6, ',') : "\0"s) + "\2\3,,,\1;\0"s;
+}
+
+TEST(ClaimedPictureSize, OfAGifIsThatOfAFrameThatNobodyBears) {
+  EXPECT_EQ((PictureSize{3, 4}), SizeIn(gifStart + GifFrame(5, 6) + GifFrame(4096, 4096, true) + ";"));
+  EXPECT_EQ((PictureSize{65535, 65534}), SizeIn(gifStart + GifFrame(65535, 65534) + ";"));
+  EXPECT_EQ((PictureSize{4097, 4096}), SizeIn(gifStart + GifFrame(1, 1, true) + GifFrame(4097, 4096)));
+  EXPECT_EQ((PictureSize{4097, 4096}), SizeIn(gifStart + "stray" + GifFrame(4097, 4096)));
+  EXPECT_EQ((PictureSize{3, 4}), SizeIn(gifStart + ";" + GifFrame(65535, 65535))) << "behind the end";
+}
+
+TEST(ClaimedPictureSize, OfAGifThatBreaksOffIsAsFarAsItGoes) {
+  const std::string frame = GifFrame(4097, 4096);
+  for (std::size_t length = 0; length < 10; ++length)
+    EXPECT_EQ((PictureSize{3, 4}), SizeIn(gifStart + frame.substr(0, length))) << length;
+  for (std::size_t length = 10; length < gifStart.size(); ++length)
+    EXPECT_EQ((PictureSize{3, 4}), SizeIn(gifStart.substr(0, length))) << length;
+}
+
+TEST(ClaimedPictureSize, OfAGifWithVeryManyPixelsOrPartsIsOneThatNobodyBears) {
+  std::string frames = gifStart;
+  for (int i = 0; i < 8; ++i)
+    frames += GifFrame(4096, 4096);
+  EXPECT_EQ((PictureSize{3, 4}), SizeIn(frames));
+  EXPECT_FALSE(IsBearable(*SizeIn(frames + GifFrame(1, 1))));
+  EXPECT_FALSE(IsBearable(*SizeIn(gifStart + std::string(100'000, 'x'))));
+  EXPECT_FALSE(IsBearable(*SizeIn(gifStart + "!\xFE"s + std::string(100'000, '\1'))));
+}
+
 TEST(BearablePicture, HasNoMoreThan4096By4096PixelsAndNoSideAbove32768) {
   EXPECT_TRUE(IsBearable({4096, 4096}));
   EXPECT_TRUE(IsBearable({0, 0}));

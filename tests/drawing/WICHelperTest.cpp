@@ -16,6 +16,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 using namespace tests;
+using namespace std::literals;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -214,8 +215,11 @@ TEST_F(WICHelper, AHugePictureRaisesBeforeAnythingIsDecoded) {
   WriteBlackPicture(Path(L"huge.png"), 20000, 20000);
   WriteBytes(Path(L"huge.bmp"), ClaimingPicture(30000, -30000));
   WriteBytes(Path(L"wild.bmp"), ClaimingPicture(0x7FFFFFFF, 0x7FFFFFFF));
-  const std::vector<std::pair<const wchar_t *, const char *>> pictures = {
-      {L"huge.png", "20000 by 20000"}, {L"huge.bmp", "30000 by 30000"}, {L"wild.bmp", "2147483647 by 2147483647"}};
+  WriteBytes(Path(L"huge.gif"), "GIF89a\1\0\1\0\0\0\0,\0\0\0\0\x30\x75\x31\x75\0\2\1\4\0;"s);
+  const std::vector<std::pair<const wchar_t *, const char *>> pictures = {{L"huge.png", "20000 by 20000"},
+                                                                          {L"huge.bmp", "30000 by 30000"},
+                                                                          {L"wild.bmp", "2147483647 by 2147483647"},
+                                                                          {L"huge.gif", "30000 by 30001"}};
   const LogCapture log(folders);
   for (const auto &[name, size] : pictures) {
     const std::string line = "ERROR: WICHelper: " + Utf8(Path(name)) + " claims " + size + " pixels";

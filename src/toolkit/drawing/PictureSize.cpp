@@ -11,6 +11,9 @@ namespace {
 
 using namespace std::literals;
 
+constexpr std::uint64_t mostPixels = std::uint64_t{4096} * 4096;
+constexpr PictureSize unbearable{std::numeric_limits<UINT>::max(), std::numeric_limits<UINT>::max()};
+
 /// Bytes of a stream by their offset; none where the stream has no more.
 class PictureBytes {
 public:
@@ -97,7 +100,52 @@ std::optional<PictureSize> JpegSize(PictureBytes &bytes) {
       return PictureSize{bytes.SmallFromTop(7), bytes.SmallFromTop(5)};
     offset += StandsAlone(marker) ? 2 : 2 + bytes.SmallFromTop(2);
   }
-  return PictureSize{std::numeric_limits<UINT>::max(), std::numeric_limits<UINT>::max()};
+  return unbearable;
+}
+
+std::uint64_t GifColorTableBytes(std::uint32_t flags) {
+  return (flags & 0x80) != 0 ? std::uint64_t{6} << (flags & 7) : 0;
+}
+
+/// Where the data from `offset` on ends, a chain of blocks whose last one is empty. Takes a step for each.
+std::uint64_t BehindGifData(PictureBytes &bytes, std::uint64_t offset, int &steps) {
+  std::uint32_t length = 0;
+  do {
+    if (--steps <= 0 || !bytes.Read(offset, 1))
+      return offset;
+    length = bytes.Byte(0);
+    offset += 1 + length;
+  } while (length != 0);
+  return offset;
+}
+
+/// The size of the screen that the frames are put on; in its place that of the first frame that is too large, which a
+/// frame may be on any screen. Some decoders take all frames at once, so too many pixels are refused too, and so is
+/// what takes very many steps. Bytes between two parts are passed over.
+std::optional<PictureSize> GifSize(PictureBytes &bytes) {
+  constexpr std::uint64_t mostPixelsOfFrames = 8 * mostPixels;
+  const PictureSize screen{bytes.Small(6), bytes.Small(8)};
+  if (!bytes.Read(10, 3))
+    return screen;
+  std::uint64_t offset = 13 + GifColorTableBytes(bytes.Byte(0)), pixels = 0;
+  for (int steps = 1 << 16; steps > 0; --steps) {
+    if (!bytes.Read(offset, 1) || bytes.StartWith(";"sv))
+      return screen;
+    if (bytes.StartWith("!"sv)) {
+      offset = BehindGifData(bytes, offset + 2, steps);
+    } else if (bytes.StartWith(","sv)) {
+      if (!bytes.Read(offset, 10))
+        return screen;
+      const PictureSize frame{bytes.Small(5), bytes.Small(7)};
+      pixels += std::uint64_t{frame.width} * frame.height;
+      if (!IsBearable(frame) || pixels > mostPixelsOfFrames)
+        return IsBearable(frame) ? unbearable : frame;
+      offset = BehindGifData(bytes, offset + 11 + GifColorTableBytes(bytes.Byte(9)), steps);
+    } else {
+      ++offset;
+    }
+  }
+  return unbearable;
 }
 
 } // namespace
@@ -107,7 +155,7 @@ std::optional<PictureSize> ClaimedSize(IStream *stream) {
   if (!bytes.Read(0, 10))
     return {};
   if (bytes.StartWith("GIF8"sv))
-    return PictureSize{bytes.Small(6), bytes.Small(8)};
+    return GifSize(bytes);
   if (bytes.StartWith("BM"sv))
     return BitmapSize(bytes, sizeof(BITMAPFILEHEADER));
   if (bytes.StartWith("\0\0\1\0"sv))
@@ -119,7 +167,6 @@ std::optional<PictureSize> ClaimedSize(IStream *stream) {
 
 bool IsBearable(PictureSize size) {
   constexpr std::uint32_t longestSide = 32768;
-  constexpr std::uint64_t mostPixels = std::uint64_t{4096} * 4096;
   return size.width <= longestSide && size.height <= longestSide &&
          std::uint64_t{size.width} * size.height <= mostPixels;
 }

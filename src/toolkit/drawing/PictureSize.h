@@ -19,7 +19,8 @@ struct PictureSize {
 };
 
 /// The size that the PNG, BMP, GIF or JPEG in `stream`, or the first picture of the icon in it, claims; empty for all
-/// else and for what breaks off before its size. Leaves the stream's position anywhere.
+/// else and for what breaks off before its size. A GIF with a frame that isn't bearable, or with frames that aren't all
+/// together, claims a size that isn't. Leaves the stream's position anywhere.
 std::optional<PictureSize> ClaimedSize(IStream *stream);
 
 /// Whether a picture of this size may be decoded: it has no more pixels than one of 4096 by 4096 and no side above

@@ -211,6 +211,24 @@ TEST_F(GlowButtonPainterTest, APainterThatIsGoneBeforeTheFirstPictureMakesNoVari
   EXPECT_FALSE(Exists(Cache(L"Mail.png.hover")));
 }
 
+TEST_F(GlowButtonPainterTest, APainterThatGivesWayListensNoLonger) {
+  TestWindow window;
+  const std::wstring path = MakePicture(SolidPicture(20, 20, 0xFF000000));
+  std::shared_ptr<Button> button;
+  window.onInitialize = [&] {
+    button = std::make_shared<Button>(MakeFreshPainter(window.Target(), path));
+    window.canvas.AddChild(button.get());
+    const auto entries = [&] { return std::pair(button->Width.changed.Count(), button->Height.changed.Count()); };
+    const auto before = entries();
+    const std::shared_ptr<IButtonPainter> former = MakeFreshPainter(window.Target(), path);
+    button->SetPainter(former);
+    button->SetPainter(MakeFreshPainter(window.Target(), path));
+    EXPECT_EQ(before, entries());
+    EXPECT_EQ(nullptr, former->GetButton());
+  };
+  window.Create(nullptr);
+}
+
 TEST_F(GlowButtonPainterTest, ThePictureStandsInForAVariantThatCannotBeMade) {
   const std::wstring path = MakePicture(SolidPicture(20, 20, normalColor));
   const auto painter = MakeFreshPainter(surface.Target(), path);

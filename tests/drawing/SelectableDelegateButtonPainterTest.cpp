@@ -75,6 +75,14 @@ TEST_F(SelectableDelegateButtonPainterTest, AttachesTheUncheckedPainterFirst) {
   EXPECT_EQ(&button, blue->GetButton());
 }
 
+TEST_F(SelectableDelegateButtonPainterTest, DetachesBothPainters) {
+  painter->Attach(&button);
+  painter->Detach();
+  EXPECT_EQ(nullptr, painter->GetButton());
+  EXPECT_EQ(nullptr, red->GetButton());
+  EXPECT_EQ(nullptr, blue->GetButton());
+}
+
 TEST_F(SelectableDelegateButtonPainterTest, AnInvisibleButtonIsNotDrawn) {
   const ButtonStage stage(button, buttonBounds);
   stage.Hide();

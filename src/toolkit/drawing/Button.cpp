@@ -29,6 +29,7 @@ Button::Button(std::shared_ptr<IButtonPainter> painter) : painter(std::move(pain
 Button::~Button() = default;
 
 void Button::SetPainter(std::shared_ptr<IButtonPainter> newPainter) {
+  painter->Detach(); // an event with several dead entries may drop a living one for one of them
   painter = std::move(newPainter);
   painter->Attach(this);
   InvalidateWindow(TRUE);

@@ -140,10 +140,7 @@ D2D1_RECT_F GlowButtonPainter::ImageRectangle(const D2D1_RECT_F &rect) const {
 }
 
 void GlowButtonPainter::Attach(Button *newButton) {
-  if (button != nullptr) {
-    button->Width.changed.RemoveListener(sizeListener.get());
-    button->Height.changed.RemoveListener(sizeListener.get());
-  }
+  Detach();
   IButtonPainter::Attach(newButton);
   newButton->Width.changed.AddListener(sizeListener.get());
   newButton->Height.changed.AddListener(sizeListener.get());
@@ -152,6 +149,14 @@ void GlowButtonPainter::Attach(Button *newButton) {
     if (const auto painter = attached.lock())
       painter->LoadVariants();
   });
+}
+
+void GlowButtonPainter::Detach() {
+  if (button != nullptr) {
+    button->Width.changed.RemoveListener(sizeListener.get());
+    button->Height.changed.RemoveListener(sizeListener.get());
+  }
+  IButtonPainter::Detach();
 }
 
 void GlowButtonPainter::Layout() {

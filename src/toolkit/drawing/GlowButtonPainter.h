@@ -35,6 +35,7 @@ public:
 
   /// Also loads the variants, once the first picture of the button's window is on the screen.
   void Attach(Button *newButton) override;
+  void Detach() override;
 
   std::wstring GetLabel() const override { return text; }
 

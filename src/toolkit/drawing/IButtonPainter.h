@@ -15,12 +15,15 @@ class IButtonPainter : public Paintable {
 public:
   virtual ~IButtonPainter() = default;
 
-  /// The button that the painter is attached to, borrowed; null before Attach.
+  /// The button that the painter is attached to, borrowed; null before Attach and after Detach.
   virtual Button *GetButton() { return button; }
 
   /// Ties the painter to `newButton`, which outlives it. Called by the button, when it gets its window and when it
   /// takes a new painter.
   virtual void Attach(Button *newButton) { button = newButton; }
+
+  /// Ends what Attach began, as the button takes another painter.
+  virtual void Detach() { button = nullptr; }
 
   /// The text that the button shows, by which screen readers name it; empty without one.
   virtual std::wstring GetLabel() const { return {}; }

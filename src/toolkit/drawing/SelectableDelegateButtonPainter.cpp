@@ -25,4 +25,12 @@ void SelectableDelegateButtonPainter::Attach(Button *newButton) {
     checkedPainter->Attach(newButton);
 }
 
+void SelectableDelegateButtonPainter::Detach() {
+  IButtonPainter::Detach();
+  if (uncheckedPainter)
+    uncheckedPainter->Detach();
+  if (checkedPainter)
+    checkedPainter->Detach();
+}
+
 } // namespace lumenor

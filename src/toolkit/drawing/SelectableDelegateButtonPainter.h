@@ -17,6 +17,7 @@ public:
 
   /// Attaches both painters, the unchecked one first.
   void Attach(Button *newButton) override;
+  void Detach() override;
 
 private:
   std::shared_ptr<IButtonPainter> uncheckedPainter;

@@ -108,7 +108,7 @@ TEST(ClaimedPictureSize, OfAnEndlessJpegIsOneThatNobodyBears) {
 }
 
 /// A screen of 3 by 4 with a color table, and a comment of two blocks.
-const std::string gifStart = Gif(3, 4) + "\x81\0\0"s + std::string(12, 'c') + "!\xFE\2,x\1,\0"s;
+const std::string gifStart = Gif(3, 4) + "\x81\0\0"s + "," + std::string(11, '\xFF') + "!\xFE\2,x\1,\0"s;
 
 std::string GifFrame(std::uint32_t width, std::uint32_t height, bool hasColors = false) {
   return "," + Number(1, 2) + Number(2, 2) + Number(width, 2) + Number(height, 2) +

@@ -128,7 +128,7 @@ void ScrollViewer::Layout() {
   const long overhang = child->Width.Get() - Width.Get();
   if (overhang <= 0 || child->Left.Get() > 0)
     child->Left.Set(0);
-  else if (child->Left.Get() < 0 && child->Left.Get() < -overhang)
+  else if (child->Left.Get() < -overhang)
     child->Left.Set(-overhang); // the strip's end is never inside the viewer
   UpdateButtons();
 }

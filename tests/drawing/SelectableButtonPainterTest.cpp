@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "drawing/ButtonStage.h"
-#include "drawing/LowColorDisplay.h"
 #include "drawing/PaintSurface.h"
 #include "drawing/Pictures.h"
+#include "support/DisplayMode.h"
 #include "toolkit/drawing/CheckedButton.h"
 
 namespace lumenor {
@@ -129,7 +129,7 @@ TEST_F(SelectableButtonPainterTest, TheLabelStartsFivePixelsBehindTheBox) {
 }
 
 TEST_F(SelectableButtonPainterTest, OnALowColorDisplayTheWholeButtonIsFilledAndHasNoTick) {
-  const LowColorDisplay lowColor;
+  const tests::LowColorDisplay lowColor;
   for (const auto &[isPressed, isMouseOver] : {std::pair{0, 0}, {0, 1}, {1, 0}}) {
     const Picture unchecked = Paint(isPressed, isMouseOver, 0);
     ExpectRect({10, 20, 110, 40}, InkOf(unchecked));
@@ -143,7 +143,7 @@ TEST_F(SelectableButtonPainterTest, OnALowColorDisplayTheWholeButtonIsFilledAndH
 }
 
 TEST_F(SelectableButtonPainterTest, TheLabelIsDrawnOnALowColorDisplayToo) {
-  const LowColorDisplay lowColor;
+  const tests::LowColorDisplay lowColor;
   const Picture without = Paint(0, 0, 0);
   Put(L"M");
   EXPECT_NE(without, Paint(0, 0, 0));
@@ -153,7 +153,7 @@ TEST_F(SelectableButtonPainterTest, AnInvisibleButtonIsNotDrawn) {
   Put(L"M");
   stage->Hide();
   ExpectRect({}, InkOf(Paint(0, 1, 1)));
-  const LowColorDisplay lowColor;
+  const tests::LowColorDisplay lowColor;
   ExpectRect({}, InkOf(Paint(0, 1, 1)));
 }
 

@@ -6,9 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "drawing/ButtonStage.h"
-#include "drawing/LowColorDisplay.h"
 #include "drawing/PaintSurface.h"
 #include "drawing/Pictures.h"
+#include "support/DisplayMode.h"
 #include "support/TestFolders.h"
 #include "system/HResultError.h"
 #include "toolkit/TextElement.h"
@@ -128,7 +128,7 @@ TEST_F(SimpleButtonPainterTest, TheGradientIsStretchedToTheButtonsHeight) {
 
 TEST_F(SimpleButtonPainterTest, OnALowColorDisplayEveryStateIsASquareInTheUnscaledOutlineBrush) {
   Put(L"");
-  const LowColorDisplay lowColor;
+  const tests::LowColorDisplay lowColor;
   std::vector<Picture> painted;
   for (const auto &[isPressed, isMouseOver] : allStates) {
     painted.push_back(Paint(isPressed, isMouseOver));
@@ -168,7 +168,7 @@ TEST_F(SimpleButtonPainterTest, TheLabelIsOfTheLayoutsSizeAndMediumWeight) {
 
 TEST_F(SimpleButtonPainterTest, TheLabelIsDrawnOnALowColorDisplayToo) {
   Put(L"");
-  const LowColorDisplay lowColor;
+  const tests::LowColorDisplay lowColor;
   const Picture without = Paint(1, 0);
   stage.reset();
   Put(L"MMM");
@@ -187,7 +187,7 @@ TEST_F(SimpleButtonPainterTest, AnInvisibleButtonIsNotDrawn) {
   stage->Hide();
   for (const auto &[isPressed, isMouseOver] : allStates)
     ExpectRect({}, InkOf(Paint(isPressed, isMouseOver)));
-  const LowColorDisplay lowColor;
+  const tests::LowColorDisplay lowColor;
   ExpectRect({}, InkOf(Paint(0, 1)));
 }
 

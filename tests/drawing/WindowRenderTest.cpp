@@ -9,8 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "drawing/LowColorDisplay.h"
 #include "drawing/WindowOnScreen.h"
+#include "support/DisplayMode.h"
 #include "support/HandleCounts.h"
 #include "support/ImportSlot.h"
 #include "support/OperationSpy.h"

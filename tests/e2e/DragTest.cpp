@@ -10,6 +10,7 @@
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
 #include "e2e/UserSteps.h"
+#include "support/DisplayMode.h"
 #include "support/Shortcut.h"
 
 namespace lumenor::e2e {
@@ -30,7 +31,7 @@ protected:
   }
   ~Drags() override {
     ReleaseLeftButton();
-    ::ChangeDisplaySettingsW(nullptr, 0);
+    tests::ChangeDisplay(nullptr);
   }
 
   /// `count` buttons of the user's, "Head 0" and so on.
@@ -336,12 +337,7 @@ TEST_F(Drags, DuringWhichTheDisplayChangesGoOn) {
   MoveCursor(FirstHalf(dock, 0));
   PressLeftButton();
   MoveCursor(SecondHalf(dock, 0));
-  DEVMODEW mode = {};
-  mode.dmSize = sizeof mode;
-  mode.dmPelsWidth = 1024;
-  mode.dmPelsHeight = 768;
-  mode.dmFields = DM_PELSWIDTH | DM_PELSHEIGHT;
-  ASSERT_EQ(DISP_CHANGE_SUCCESSFUL, ::ChangeDisplaySettingsW(&mode, 0));
+  ASSERT_EQ(DISP_CHANGE_SUCCESSFUL, tests::MakeDisplaySmall());
   EXPECT_TRUE(WaitFor([&] { return dock.BarRect().right - dock.BarRect().left == 694; }));
   const RECT last = RectOf(dock.Control(2002));
   LetGo({last.left + 60, 40});

@@ -7,6 +7,7 @@
 #include "e2e/ResetDialog.h"
 #include "e2e/Screen.h"
 #include "e2e/TaskBar.h"
+#include "support/DisplayMode.h"
 
 namespace lumenor::e2e {
 namespace {
@@ -17,7 +18,7 @@ constexpr LONG bottomEdge = 1024 - 77;
 class Edge : public ::testing::Test {
 protected:
   Edge() { installation.WriteUsualStubs(); }
-  ~Edge() override { ::ChangeDisplaySettingsW(nullptr, 0); }
+  ~Edge() override { tests::ChangeDisplay(nullptr); }
 
   bool BarComesTo(const DockProcess &dock, LONG top) {
     return WaitFor([&] { return dock.BarRect().top == top; });
@@ -65,14 +66,8 @@ TEST_F(Edge, AnotherValueInTheKeyMovesNothing) {
 
 TEST_F(Edge, ASmallerDisplayPlacesTheBarAnew) {
   ShownDock dock(installation);
-
-  DEVMODEW mode = {};
-  mode.dmSize = sizeof(mode);
-  mode.dmFields = DM_PELSWIDTH | DM_PELSHEIGHT;
-  mode.dmPelsWidth = 1024;
-  mode.dmPelsHeight = 768;
   MoveCursor({500, 400}); // the server of the test platform doesn't survive a cursor that the new display lacks
-  ASSERT_EQ(DISP_CHANGE_SUCCESSFUL, ::ChangeDisplaySettingsW(&mode, 0));
+  ASSERT_EQ(DISP_CHANGE_SUCCESSFUL, tests::MakeDisplaySmall());
 
   EXPECT_TRUE(WaitFor([&] { return StandsAt(dock.Bar(), {512 - 347, 1, 512 + 347, 78}); }));
   CaptureSettled(dock.BarRect());
@@ -112,7 +107,7 @@ TEST(SmallWorkArea, ABarAtTheBottomStandsOnItsEnd) {
   EXPECT_TRUE(WaitFor([&] { return dock.BarRect().top == topEdge; }));
   Click(dock.PositionButton());
   EXPECT_TRUE(WaitFor(stands));
-  ::ChangeDisplaySettingsW(nullptr, 0); // which has the bar placed anew
+  tests::ChangeDisplay(nullptr); // which has the bar placed anew
   EXPECT_TRUE(HoldsFor(stands, std::chrono::milliseconds(500)));
 }
 

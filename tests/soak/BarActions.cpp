@@ -3,6 +3,7 @@
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
 #include "soak/Actions.h"
+#include "support/DisplayMode.h"
 
 namespace lumenor::soak {
 namespace {
@@ -58,14 +59,10 @@ void WriteEdge(Scene &scene) {
 }
 
 void ChangeDisplay(Scene &scene) {
-  DEVMODEW mode = {};
-  mode.dmSize = sizeof mode;
-  mode.dmFields = DM_PELSWIDTH | DM_PELSHEIGHT;
-  mode.dmPelsWidth = 1024;
-  mode.dmPelsHeight = 768;
   e2e::MoveCursor(farAway); // the test platform's server doesn't survive a cursor that the new display lacks
   scene.model.isSmallDisplay = !scene.model.isSmallDisplay;
-  if (::ChangeDisplaySettingsW(scene.model.isSmallDisplay ? &mode : nullptr, 0) != DISP_CHANGE_SUCCESSFUL)
+  if ((scene.model.isSmallDisplay ? tests::MakeDisplaySmall() : tests::ChangeDisplay(nullptr)) !=
+      DISP_CHANGE_SUCCESSFUL)
     throw std::runtime_error("no other display");
   scene.CheckPlace();
 }

@@ -7,6 +7,7 @@
 #include "e2e/Input.h"
 #include "e2e/Screen.h"
 #include "e2e/UserSteps.h"
+#include "support/DisplayMode.h"
 #include "support/InputEvents.h"
 
 namespace lumenor::soak {
@@ -55,7 +56,7 @@ Scene::Scene(std::uint64_t seed) : random(seed) {
 Scene::~Scene() {
   e2e::ReleaseLeftButton();
   dock.reset();
-  ::ChangeDisplaySettingsW(nullptr, 0);
+  tests::ChangeDisplay(nullptr);
 }
 
 void Scene::WriteContent() const {

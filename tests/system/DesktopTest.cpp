@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "support/ComApartment.h"
+#include "support/DisplayMode.h"
 #include "support/ImportSlot.h"
 #include "support/OperationSpy.h"
 #include "support/TestFolders.h"
@@ -114,25 +115,8 @@ TEST(CreateGdiRenderTarget, DrawsOnePixelForAUnitAtEveryDensity) {
 
 TEST(IsLowColorDisplay, IsFalseOnADisplayOf24Bits) { EXPECT_FALSE(IsLowColorDisplay()); }
 
-/// Shows the display at 16 bits a pixel for as long as it lives.
-class LowColorMode {
-public:
-  LowColorMode() {
-    DEVMODEW mode = {};
-    mode.dmSize = sizeof mode;
-    ::EnumDisplaySettingsW(nullptr, ENUM_CURRENT_SETTINGS, &mode);
-    mode.dmBitsPerPel = 16;
-    mode.dmFields = DM_BITSPERPEL | DM_PELSWIDTH | DM_PELSHEIGHT;
-    result = ::ChangeDisplaySettingsW(&mode, 0);
-  }
-  ~LowColorMode() { ::ChangeDisplaySettingsW(nullptr, 0); }
-
-  LONG result;
-};
-
 TEST(IsLowColorDisplay, IsTrueOnADisplayOf16Bits) {
-  const LowColorMode mode;
-  ASSERT_EQ(DISP_CHANGE_SUCCESSFUL, mode.result);
+  const tests::LowColorDisplay display;
   EXPECT_TRUE(IsLowColorDisplay());
 }
 

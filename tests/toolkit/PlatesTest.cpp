@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/DisplayMode.h"
 #include "support/OperationSpy.h"
 #include "support/RenderSurface.h"
 #include "toolkit/BackPlate.h"
@@ -197,28 +198,11 @@ TEST_F(BackPlateTest, GradientStartsAtTheElementsOwnPlace) {
   EXPECT_EQ(surface.At(10, 13) >> 24, 0U);
 }
 
-/// The display at 16 bits a pixel while it lives.
-class LowColorDisplay {
-public:
-  LowColorDisplay() {
-    DEVMODEW mode{};
-    mode.dmSize = sizeof mode;
-    ::EnumDisplaySettingsW(nullptr, ENUM_CURRENT_SETTINGS, &mode);
-    mode.dmBitsPerPel = 16;
-    mode.dmFields = DM_BITSPERPEL | DM_PELSWIDTH | DM_PELSHEIGHT;
-    changed = ::ChangeDisplaySettingsW(&mode, 0) == DISP_CHANGE_SUCCESSFUL;
-  }
-  ~LowColorDisplay() { ::ChangeDisplaySettingsW(nullptr, 0); }
-
-  bool changed = false;
-};
-
 TEST_F(BackPlateTest, HasSquareCornersAtSixteenBitsOfColor) {
   BackPlate plate(surface.Target(), 1, 1);
   Place(plate, 0, 0, 20, 16);
   {
-    const LowColorDisplay display;
-    ASSERT_TRUE(display.changed);
+    const tests::LowColorDisplay display;
     EXPECT_EQ(Paint(plate), Calls{"fill 0,0,20,16 [1 0 0 16 0 0]"});
     EXPECT_EQ(Shape(), Calls(16, "####################"));
   }

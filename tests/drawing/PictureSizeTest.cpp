@@ -95,7 +95,7 @@ TEST(ClaimedPictureSize, IsUnknownWhenThePictureBreaksOffBeforeIt) {
 
 TEST(ClaimedPictureSize, OfAJpegIsFoundBehindBytesOfNoSegment) {
   const std::string frame = Jpeg('\xC1', 30000, 25088).substr(2);
-  for (const std::string &stray : {"stray"s, "\xFF\0"s, "\xFF\xD3"s, "\xFF\x01"s, "x\xFF\xFF\xFF\0y"s})
+  for (const std::string &stray : {"stray"s, "\xFF\0"s, "\xFF\xD0\xFF\xD3\xFF\xD7"s, "\xFF\x01"s, "x\xFF\xFF\xFF\0y"s})
     EXPECT_EQ((PictureSize{30000, 25088}), SizeIn("\xFF\xD8" + Segment('\xE0', "JFIF") + stray + frame)) << stray;
 }
 
@@ -137,7 +137,9 @@ TEST(ClaimedPictureSize, OfAGifWithVeryManyPixelsOrPartsIsOneThatNobodyBears) {
     frames += GifFrame(4096, 4096);
   EXPECT_EQ((PictureSize{3, 4}), SizeIn(frames));
   EXPECT_FALSE(IsBearable(*SizeIn(frames + GifFrame(1, 1))));
-  EXPECT_FALSE(IsBearable(*SizeIn(gifStart + std::string(100'000, 'x'))));
+  const std::string noColors = Gif(3, 4) + std::string(3, '\0');
+  EXPECT_EQ((PictureSize{3, 4}), SizeIn(noColors + std::string(65'535, 'x') + ";"));
+  EXPECT_FALSE(IsBearable(*SizeIn(noColors + std::string(65'536, 'x') + ";")));
   EXPECT_FALSE(IsBearable(*SizeIn(gifStart + "!\xFE"s + std::string(200'000, '\1'))));
 }
 

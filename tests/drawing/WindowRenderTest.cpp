@@ -150,6 +150,22 @@ TEST_F(WindowRender, OneInvalidationCostsOneRepaint) {
   window.canvas.RemoveChild(&button);
 }
 
+TEST_F(WindowRender, PaintsNothingWhileItIsHeld) {
+  Open();
+  window.paints = 0;
+  {
+    const Window::RepaintHold hold(window);
+    {
+      const Window::RepaintHold inner(window);
+      window.Render();
+    }
+    window.Render();
+    EXPECT_EQ(window.paints, 0);
+  }
+  window.Render();
+  EXPECT_EQ(window.paints, 1);
+}
+
 TEST_F(WindowRender, WithoutAWindowShowsNothingAndDoesNotFail) {
   const LayerSpy layers;
   EXPECT_NO_THROW(window.Render());

@@ -199,6 +199,8 @@ TEST(MapProgramFiles, APathElsewhereStays) {
   const TestFolders folders;
   WriteBytes(folders.ProgramFilesX86() + L"\\tool.exe", "");
   EXPECT_EQ(L"%appdata%\\tool.exe", MapProgramFiles(L"%appdata%\\tool.exe"));
+  EXPECT_EQ(L"%localappdata%\\tool.exe", MapProgramFiles(L"%localappdata%\\tool.exe"));
+  EXPECT_EQ(L"%program_data%\\tool.exe", MapProgramFiles(L"%program_data%\\tool.exe")) << "as long a variable";
   EXPECT_EQ(L"", MapProgramFiles(L""));
   EXPECT_EQ(L"%programfiles%", MapProgramFiles(L"%programfiles%"));
 }

@@ -131,6 +131,20 @@ TEST_F(ProgramFile, MayHaveSectionsOfMemoryAlone) {
   EXPECT_FALSE(IsDamaged(program));
 }
 
+TEST_F(ProgramFile, WithMoreThan65536EntriesIsDamaged) {
+  const auto withNamesOfOneIcon = [](std::uint32_t count) {
+    constexpr std::uint32_t typeOffset = 20, languages = 56, directory = 0x80000000;
+    std::string names = std::string(14, '\0') + NumberBytes(count, 2);
+    for (std::uint32_t i = 0; i < count; ++i)
+      names += NumberBytes(i + 1, 4) + NumberBytes(directory | languages, 4);
+    std::string program = MakeProgram({{iconType, IconOf()}, {textType, names}});
+    const std::size_t place = program.find(names) - programHeadBytes;
+    return program.replace(programHeadBytes + typeOffset, 4, NumberBytes(directory | place, 4));
+  };
+  EXPECT_FALSE(IsDamaged(withNamesOfOneIcon(32'767))) << "and as many of their language, and two types";
+  EXPECT_TRUE(IsDamaged(withNamesOfOneIcon(32'768)));
+}
+
 TEST_F(ProgramFile, WhoseResourcesLeadOutOfItIsDamaged) {
   constexpr std::size_t root = programHeadBytes, names = root + 16 + 2 * 8, languages = names + 24,
                         leaf = languages + 24;

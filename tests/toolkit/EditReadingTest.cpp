@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "system/Handles.h"
 #include "toolkit/TextBoxScene.h"
 
 namespace lumenor {
@@ -49,6 +50,18 @@ TEST_F(LongEditReading, BeginsWithTheTextWhereThatIsInSight) {
   const EditReading reading = ReadEdit(box.handle);
   EXPECT_EQ(0u, IndexOf(reading.text.front()));
   EXPECT_EQ(last + unseen, reading.text.size());
+}
+
+TEST(EditReading, OfAnEmptyFieldHasTheLineWhereTheFieldHasIt) {
+  const WindowHandle field(
+      ::CreateWindowExW(0, L"EDIT", L"", WS_POPUP | WS_BORDER, 0, 0, 200, 60, nullptr, nullptr, nullptr, nullptr));
+  RECT line{};
+  ::SendMessageW(field.Get(), EM_GETRECT, 0, reinterpret_cast<LPARAM>(&line));
+  ASSERT_GT(line.left, 0);
+  ASSERT_GT(line.top, 0);
+  const EditReading reading = ReadEdit(field.Get());
+  EXPECT_EQ(line.left, reading.lineStart);
+  EXPECT_EQ(line.top, reading.top);
 }
 
 } // namespace

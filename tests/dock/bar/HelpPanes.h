@@ -17,9 +17,11 @@ inline std::vector<std::wstring> helpSearches;
 
 /// The operations of the platform's help pane, up to the one that searches.
 struct HelpPane {
-  virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void **object) {
-    *object = this;
-    return S_OK;
+  virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) {
+    constexpr IID helpPane = {0x8cec5884, 0x07a1, 0x11d9, {0xb1, 0x5e, 0x00, 0x0d, 0x56, 0xbf, 0xe6, 0xee}};
+    const bool isKnown = ::IsEqualIID(id, helpPane) || ::IsEqualIID(id, IID_IUnknown);
+    *object = isKnown ? this : nullptr;
+    return isKnown ? S_OK : E_NOINTERFACE;
   }
   virtual ULONG STDMETHODCALLTYPE AddRef() { return 1; }
   virtual ULONG STDMETHODCALLTYPE Release() { return 1; }
@@ -46,11 +48,8 @@ struct HelpPaneFactory {
   }
   virtual ULONG STDMETHODCALLTYPE AddRef() { return 1; }
   virtual ULONG STDMETHODCALLTYPE Release() { return 1; }
-  virtual HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown *, REFIID, void **object) {
-    if (!isThere)
-      return REGDB_E_CLASSNOTREG;
-    *object = &pane;
-    return S_OK;
+  virtual HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown *, REFIID id, void **object) {
+    return isThere ? pane.QueryInterface(id, object) : REGDB_E_CLASSNOTREG;
   }
   virtual HRESULT STDMETHODCALLTYPE LockServer(BOOL) { return S_OK; }
 

@@ -301,14 +301,19 @@ TEST_F(DropTarget, RefusesABlockThatIsTooShortForAList) {
   EXPECT_EQ((std::vector<std::string>{"ERROR: DropTarget: the list of the dropped files is damaged"}), log.Lines());
 }
 
-TEST_F(DropTarget, TakesTheFirstOfAnEndlessListOfFiles) {
+TEST_F(DropTarget, TakesTheFirst65536OfAListOfFiles) {
   const tests::TestFolders folders;
   const tests::LogCapture log(folders);
-  const auto many = MakeFileData(std::vector<std::wstring>(70'000, L"n"));
-  Enter(many.Get());
-  EXPECT_EQ(S_OK, Drop(many.Get()));
-  EXPECT_EQ(65'536U, window.Take().size());
-  EXPECT_EQ((std::vector<std::string>{"ERROR: DropTarget: of 70000 dropped files the first 65536 are taken"}),
+  const auto takenOf = [this](std::size_t count) {
+    const auto many = MakeFileData(std::vector<std::wstring>(count, L"n"));
+    Enter(many.Get());
+    EXPECT_EQ(S_OK, Drop(many.Get()));
+    return window.Take().size();
+  };
+  EXPECT_EQ(65'536U, takenOf(65'536));
+  EXPECT_EQ((std::vector<std::string>{}), log.Lines());
+  EXPECT_EQ(65'536U, takenOf(65'537));
+  EXPECT_EQ((std::vector<std::string>{"ERROR: DropTarget: of 65537 dropped files the first 65536 are taken"}),
             log.Lines());
 }
 
